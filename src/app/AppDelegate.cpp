@@ -1,0 +1,223 @@
+#include "AppDelegate.h"
+
+#include "app/Alerts.h"
+#include "app/Names.h"
+#include "app/ToolLog.h"
+#include "app/WorkFolder.h"
+#include "document/Document.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QUrl>
+#include <cstdio>
+#include <cstdlib>
+
+AppDelegate::AppDelegate() : b_Starting(true), u_Doc_Index(0) {
+    actionNew = makeAction(tr("&New"), QKeySequence::New);
+    actionOpen = makeAction(tr("&Open…"), QKeySequence::Open);
+    actionExport = makeAction(tr("&Export…"), QKeySequence::Save);
+    actionQuit = makeAction(tr("&Quit"), QKeySequence::Quit);
+    actionUndo = makeAction(tr("&Undo"), QKeySequence::Undo);
+    actionRedo = makeAction(tr("&Redo"), QKeySequence::Redo);
+    actionCut = makeAction(tr("Cu&t"), QKeySequence::Cut);
+    actionCopy = makeAction(tr("&Copy"), QKeySequence::Copy);
+    actionPaste = makeAction(tr("&Paste"), QKeySequence::Paste);
+    actionDelete = makeAction(tr("&Delete"), QKeySequence::Delete);
+    actionHomePage = makeAction(tr("Tanselo &Home Page"));
+    actionMakers = makeAction(tr("About the &Makers"));
+    actionPrivacy = makeAction(tr("&Privacy Policy"));
+    actionSupport = makeAction(tr("&Report a Problem"));
+    actionToolRuns = makeAction(tr("&Tool Runs"));
+
+    connect(actionNew, &QAction::triggered, this, [this] { newDocument(); });
+    connect(actionOpen, &QAction::triggered, this, &AppDelegate::openDocument);
+    connect(actionQuit, &QAction::triggered, this, &AppDelegate::OnMenuQuit);
+    connect(actionUndo, &QAction::triggered, this, &AppDelegate::undo);
+    connect(actionRedo, &QAction::triggered, this, &AppDelegate::redo);
+    connect(actionHomePage, &QAction::triggered, this, &AppDelegate::OnMenuAppHomePage);
+    connect(actionMakers, &QAction::triggered, this, &AppDelegate::OnMenuCompanyHomePage);
+    connect(actionPrivacy, &QAction::triggered, this, &AppDelegate::OnMenuPrivacyPolicy);
+    connect(actionSupport, &QAction::triggered, this, &AppDelegate::OnMenuSubmitTicket);
+    connect(actionToolRuns, &QAction::triggered, this, &AppDelegate::OnMenuToolRuns);
+    // Export and the clipboard commands come with their operations.
+    for (QAction* later : {actionExport, actionCut, actionCopy, actionPaste, actionDelete})
+        later->setEnabled(false);
+}
+
+AppDelegate::~AppDelegate() {
+    for (const QPointer<Document>& document : std::as_const(m_documents))
+        delete document.data();
+}
+
+QAction* AppDelegate::makeAction(const QString& text, QKeySequence::StandardKey key) {
+    auto* action = new QAction(text, this);
+    if (key != QKeySequence::UnknownKey)
+        action->setShortcuts(key);
+    return action;
+}
+
+std::optional<int> AppDelegate::applicationDidFinishLaunching() {
+    s_Title_Bar_Text = QStringLiteral("Tanselo");
+    u_Open_New_Document = 0;
+    QApplication::setApplicationDisplayName(s_Title_Bar_Text);
+
+    s_Output_Folder = workFolderPath();
+    if (!ensureWorkFolder(s_Output_Folder)) {
+        showErrorAlert(nullptr, QStringLiteral("Error #0001. Application will exit."));
+        return 0;
+    }
+    RemoveAllContentInFolder(s_Output_Folder);
+
+    const ToolPaths tools = locateTools(QCoreApplication::applicationDirPath());
+    sSoxPath = tools.sox;
+    sFFmpegPath = tools.ffmpeg;
+    for (const auto& [name, path] : {std::pair{"sox", sSoxPath}, std::pair{"ffmpeg", sFFmpegPath}}) {
+        if (path.isEmpty()) {
+            showErrorAlert(nullptr, missingToolMessage(name));
+            return 1;
+        }
+    }
+    m_runner = std::make_unique<PlanRunner>(tools);
+    connect(m_runner.get(), &PlanRunner::busyChanged, this, [this](bool busy) {
+        actionUndo->setEnabled(!busy);
+        actionRedo->setEnabled(!busy);
+    });
+
+    sSilenceWavPath = pathInFolder(s_Output_Folder, QStringLiteral("silence.wav"));
+    sSilenceWavURL = fileUrlText(s_Output_Folder, QStringLiteral("silence.wav"));
+    // Queued first, so every document's first load finds the track made.
+    m_runner->submit(buildSilenceTrackPlan(sSilenceWavPath), nullptr, {});
+
+    u_Current_ID = 0;
+    b_Starting = false;
+    u_Doc_Index = 0;
+    return std::nullopt;
+}
+
+void AppDelegate::RemoveAllContentInFolder(const QString& path) {
+    for (const QString& failure : removeAllContentInFolder(path))
+        qWarning("oops: %s", qPrintable(failure));
+}
+
+Document* AppDelegate::newDocument() {
+    // At most one document comes into being before start-up has finished.
+    if (b_Starting && ++u_Doc_Index >= 2)
+        return nullptr;
+    auto* document = new Document(*this, u_Current_ID++);
+    m_documents.append(document);
+    document->show();
+    return document;
+}
+
+void AppDelegate::openDocument() {
+    u_Open_New_Document = 1;
+    newDocument();
+}
+
+void AppDelegate::openPreGeneratedDocuments() {
+    u_Open_New_Document = 2;
+    // Entries shown by an open document are reloaded there; the others open in
+    // new documents, which take their entries from the list in order.
+    for (const QString& entry : std::as_const(array_Pre_Generated_Docs)) {
+        const QList<Document*> open = documents();
+        const auto shown =
+            std::find_if(open.begin(), open.end(), [&](Document* d) { return d->s_WAV_File_Path == entry; });
+        if (shown != open.end())
+            (*shown)->Refresh_Audio_Plot();
+        else
+            newDocument();
+    }
+}
+
+QList<Document*> AppDelegate::documents() const {
+    QList<Document*> open;
+    for (const QPointer<Document>& document : m_documents)
+        if (document)
+            open.append(document.data());
+    return open;
+}
+
+Document* AppDelegate::currentDocument() const {
+    for (Document* document : documents())
+        if (document->isActiveWindow())
+            return document;
+    return nullptr;
+}
+
+void AppDelegate::installMenus(QMainWindow* window) {
+    QMenuBar* bar = window->menuBar();
+    QMenu* file = bar->addMenu(tr("&File"));
+    file->addActions({actionNew, actionOpen, actionExport});
+    file->addSeparator();
+    file->addAction(actionQuit);
+    QMenu* edit = bar->addMenu(tr("&Edit"));
+    edit->addActions({actionUndo, actionRedo});
+    edit->addSeparator();
+    edit->addActions({actionCut, actionCopy, actionPaste, actionDelete});
+    QMenu* help = bar->addMenu(tr("&Help"));
+    help->addActions({actionHomePage, actionMakers, actionPrivacy, actionSupport});
+    help->addSeparator();
+    help->addAction(actionToolRuns);
+}
+
+void AppDelegate::undo() {
+    if (Document* document = currentDocument())
+        document->Operation_Undo();
+}
+
+void AppDelegate::redo() {
+    if (Document* document = currentDocument())
+        document->Operation_Redo();
+}
+
+void AppDelegate::OnMenuQuit() {
+    Terminate_App();
+}
+
+void AppDelegate::Terminate_App() {
+    // Ends at once: no saving, and the work folder keeps its files until the next start.
+    std::fflush(nullptr);
+    std::_Exit(0);
+}
+
+QString AppDelegate::helpPagePath(const QString& page) {
+    const QDir app(QCoreApplication::applicationDirPath());
+    for (const QString& folder :
+         {QStringLiteral("help"), QStringLiteral("../help"), QStringLiteral("../share/tanselo/help")}) {
+        const QString path = app.filePath(folder + u'/' + page);
+        if (QFileInfo::exists(path))
+            return QFileInfo(path).absoluteFilePath();
+    }
+    return {};
+}
+
+void AppDelegate::openHelpPage(const QString& page) {
+    const QString path = helpPagePath(page);
+    if (path.isEmpty()) {
+        showErrorAlert(currentDocument(), tr("The page \"%1\" is missing from this installation.").arg(page));
+        return;
+    }
+    QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+}
+
+void AppDelegate::OnMenuAppHomePage() {
+    openHelpPage(QStringLiteral("product.html"));
+}
+void AppDelegate::OnMenuCompanyHomePage() {
+    openHelpPage(QStringLiteral("makers.html"));
+}
+void AppDelegate::OnMenuPrivacyPolicy() {
+    openHelpPage(QStringLiteral("privacy.html"));
+}
+void AppDelegate::OnMenuSubmitTicket() {
+    openHelpPage(QStringLiteral("support.html"));
+}
+
+void AppDelegate::OnMenuToolRuns() {
+    showToolLog(currentDocument(), *m_runner);
+}

@@ -1,0 +1,98 @@
+#pragma once
+
+#include "app/PlanRunner.h"
+
+#include <QColor>
+#include <QKeySequence>
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <memory>
+#include <optional>
+
+class Document;
+class QAction;
+class QMainWindow;
+class QMenu;
+
+// The one object all document windows share: it starts the application,
+// owns the work folder, the tool runner and the state documents read, and
+// forwards the application's menu commands to the active document.
+class AppDelegate : public QObject {
+    Q_OBJECT
+public:
+    AppDelegate(); // the start phase begins here
+    ~AppDelegate() override;
+
+    // Prepares the work folder, finds the tools and makes the silence track.
+    // Returns an exit status when the application must end instead of running.
+    std::optional<int> applicationDidFinishLaunching();
+
+    // Deletes everything inside the folder; what cannot be deleted is logged.
+    static void RemoveAllContentInFolder(const QString& path);
+
+    PlanRunner& runner() { return *m_runner; }
+
+    Document* newDocument();
+    void openDocument();
+    void openPreGeneratedDocuments();
+    Document* currentDocument() const;
+    QList<Document*> documents() const;
+
+    // Gives a document window the application's menus.
+    void installMenus(QMainWindow* window);
+
+    // Commands forwarded to the current document; nothing happens without one.
+    void undo();
+    void redo();
+
+    void OnMenuQuit();
+    [[noreturn]] static void Terminate_App();
+    void OnMenuAppHomePage();
+    void OnMenuCompanyHomePage();
+    void OnMenuPrivacyPolicy();
+    void OnMenuSubmitTicket();
+    void OnMenuToolRuns();
+
+    // The local page behind one of the four help items.
+    static QString helpPagePath(const QString& page);
+
+    bool b_Starting = false;
+    QString s_Title_Bar_Text;
+    QString s_Output_Folder;
+    QString sSoxPath;
+    QString sFFmpegPath;
+    QString sSilenceWavPath;
+    QString sSilenceWavURL;
+    quint64 u_Current_ID = 0;
+    QString s_Copied_WAV_File;
+    quint64 u_Open_New_Document = 0;
+    quint64 u_Doc_Index = 0;
+    QStringList array_Pre_Generated_Docs;
+    quint64 u_Pre_Generated_Docs_Index = 0;
+    QColor color_Pre_Generated_Docs = Qt::green;
+    QString s_Mixed_WAV_File;
+
+    QAction* actionNew;
+    QAction* actionOpen;
+    QAction* actionExport;
+    QAction* actionQuit;
+    QAction* actionUndo;
+    QAction* actionRedo;
+    QAction* actionCut;
+    QAction* actionCopy;
+    QAction* actionPaste;
+    QAction* actionDelete;
+    QAction* actionHomePage;
+    QAction* actionMakers;
+    QAction* actionPrivacy;
+    QAction* actionSupport;
+    QAction* actionToolRuns;
+
+private:
+    QAction* makeAction(const QString& text, QKeySequence::StandardKey key = QKeySequence::UnknownKey);
+    void openHelpPage(const QString& page);
+
+    std::unique_ptr<PlanRunner> m_runner;
+    QList<QPointer<Document>> m_documents;
+};

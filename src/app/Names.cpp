@@ -1,0 +1,20 @@
+#include "Names.h"
+
+ResultNames::ResultNames(const QString& workFolder, const QDateTime& when)
+    : m_folder(workFolder), m_stamp(when.toString(QStringLiteral("yyyy-MM-dd-HH-mm-ss"))) {}
+
+QString ResultNames::name(const QString& suffix) const {
+    return m_stamp + suffix + QStringLiteral(".wav");
+}
+
+QString ResultNames::path(const QString& suffix) const {
+    return pathInFolder(m_folder, name(suffix));
+}
+
+QString pathInFolder(const QString& folder, const QString& name) {
+    return folder + u'/' + name;
+}
+
+QString fileUrlText(const QString& folder, const QString& name) {
+    return QStringLiteral("file://") + pathInFolder(folder, name);
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+
+// Result files are named by the local date and time, to the second, plus an
+// optional suffix: "2024-03-05-14-07-59Before.wav". Every name of one operation
+// comes from one ResultNames, so they all share one stamp.
+class ResultNames {
+public:
+    ResultNames(const QString& workFolder, const QDateTime& when = QDateTime::currentDateTime());
+
+    const QString& stamp() const { return m_stamp; }
+    QString name(const QString& suffix = {}) const; // stamp + suffix + ".wav"
+    QString path(const QString& suffix = {}) const; // work folder + "/" + name
+
+private:
+    QString m_folder;
+    QString m_stamp;
+};
+
+// "%@/%@": a file name inside a folder.
+QString pathInFolder(const QString& folder, const QString& name);
+// "file://%@/%@": the same as a URL text, the path not percent-escaped.
+QString fileUrlText(const QString& folder, const QString& name);

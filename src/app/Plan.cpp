@@ -1,0 +1,67 @@
+#include "Plan.h"
+
+#include "Duration.h"
+#include "ToolPaths.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace {
+template <class... Ts> struct Overloaded : Ts... { using Ts::operator()...; };
+} // namespace
+
+QString toolName(Tool tool) {
+    return tool == Tool::Sox ? QStringLiteral("sox") : QStringLiteral("ffmpeg");
+}
+
+QList<PlannedRun> plannedRuns(const Plan& plan) {
+    QList<PlannedRun> runs;
+    for (const Step& s : plan.steps) {
+        std::visit(Overloaded{[&](const step::Run& r) {
+                                  runs.append({r.tool, r.arguments});
+                              },
+                              [&](const step::ProbeDuration& p) {
+                                  runs.append({Tool::FFmpeg, probeArguments(p.path)});
+                              },
+                              [](const auto&) {}},
+                   s);
+    }
+    return runs;
+}
+
+PlanOutcome executePlan(const Plan& plan, const ToolPaths& tools, const PlanProgress& progress) {
+    PlanOutcome outcome;
+    const int count = int(plannedRuns(plan).size());
+    auto run = [&](Tool tool, const QStringList& arguments) -> const ToolRun& {
+        if (progress)
+            progress(int(outcome.runs.size()), count, toolName(tool));
+        outcome.runs.append(runTool(tool == Tool::Sox ? tools.sox : tools.ffmpeg, arguments));
+        return outcome.runs.last();
+    };
+    for (const Step& s : plan.steps) {
+        const bool carryOn = std::visit(Overloaded{[&](const step::DeleteFile& d) {
+                                                       QFile::remove(d.path);
+                                                       return true;
+                                                   },
+                                                   [&](const step::Run& r) {
+                                                       run(r.tool, r.arguments);
+                                                       return true;
+                                                   },
+                                                   [&](const step::RequireFile& r) {
+                                                       if (QFileInfo::exists(r.path))
+                                                           return true;
+                                                       outcome.ok = false;
+                                                       outcome.alert = r.alert;
+                                                       return false;
+                                                   },
+                                                   [&](const step::ProbeDuration& p) {
+                                                       outcome.seconds = secondsFromProbeOutput(
+                                                           run(Tool::FFmpeg, probeArguments(p.path)).output);
+                                                       return true;
+                                                   }},
+                                        s);
+        if (!carryOn)
+            break;
+    }
+    return outcome;
+}

@@ -1,0 +1,60 @@
+#include "PlanRunner.h"
+
+PlanRunner::PlanRunner(ToolPaths tools, QObject* parent)
+    : QObject(parent), m_tools(std::move(tools)), m_worker(new QObject) {
+    m_thread.setObjectName(QStringLiteral("PlanRunner"));
+    m_worker->moveToThread(&m_thread);
+    connect(&m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
+    m_thread.start();
+}
+
+PlanRunner::~PlanRunner() {
+    m_thread.quit();
+    m_thread.wait();
+}
+
+void PlanRunner::submit(Plan plan, QObject* receiver, Completion done) {
+    m_queue.push_back({std::move(plan), receiver != nullptr, receiver, std::move(done)});
+    setBusy(true);
+    if (!m_running)
+        startNext();
+}
+
+void PlanRunner::startNext() {
+    if (m_queue.empty()) {
+        setBusy(false);
+        return;
+    }
+    m_running = true;
+    const Plan plan = m_queue.front().plan;
+    const ToolPaths tools = m_tools;
+    QMetaObject::invokeMethod(m_worker, [this, plan, tools] {
+        const PlanOutcome outcome =
+            executePlan(plan, tools, [this](int index, int count, const QString& tool) {
+                const QString text = tr("Running %1 (step %2 of %3)…").arg(tool).arg(index + 1).arg(count);
+                QMetaObject::invokeMethod(this, [this, text] { emit progress(text); });
+            });
+        QMetaObject::invokeMethod(this, [this, outcome] { finish(outcome); });
+    });
+}
+
+void PlanRunner::finish(const PlanOutcome& outcome) {
+    for (const ToolRun& run : outcome.runs) {
+        m_runs.append(run);
+        emit runFinished(run);
+    }
+    Job job = std::move(m_queue.front());
+    m_queue.pop_front();
+    m_running = false;
+    if (job.done && (!job.hasReceiver || job.receiver))
+        job.done(outcome);
+    if (!m_running)
+        startNext();
+}
+
+void PlanRunner::setBusy(bool busy) {
+    if (busy == m_busy)
+        return;
+    m_busy = busy;
+    emit busyChanged(busy);
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Plan.h"
+#include "ToolPaths.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QThread>
+#include <deque>
+#include <functional>
+
+// The one place where tool runs happen. Plans queue up and run on a worker
+// thread one at a time, in the order they were submitted, so no two tool runs
+// ever overlap and the interface thread never waits for a child process.
+// Each plan's completion is called back on the interface thread.
+class PlanRunner : public QObject {
+    Q_OBJECT
+public:
+    using Completion = std::function<void(const PlanOutcome&)>;
+
+    explicit PlanRunner(ToolPaths tools, QObject* parent = nullptr);
+    ~PlanRunner() override;
+
+    // Queues a plan. `done` runs on this object's thread when the plan has
+    // ended, unless `receiver` was given and has been destroyed by then.
+    void submit(Plan plan, QObject* receiver, Completion done);
+
+    bool isBusy() const { return m_busy; }
+    const ToolPaths& tools() const { return m_tools; }
+    // Every run of this session, oldest first.
+    const QList<ToolRun>& runs() const { return m_runs; }
+
+signals:
+    void busyChanged(bool busy);
+    // Before each tool run: "Running ffmpeg (step 2 of 3)…".
+    void progress(const QString& text);
+    void runFinished(const ToolRun& run);
+
+private:
+    struct Job {
+        Plan plan;
+        bool hasReceiver;
+        QPointer<QObject> receiver;
+        Completion done;
+    };
+    void startNext();
+    void finish(const PlanOutcome& outcome);
+    void setBusy(bool busy);
+
+    ToolPaths m_tools;
+    QThread m_thread;
+    QObject* m_worker; // lives on m_thread
+    std::deque<Job> m_queue;
+    bool m_running = false;
+    bool m_busy = false;
+    QList<ToolRun> m_runs;
+};

@@ -1,0 +1,356 @@
+#include "Document.h"
+
+#include "app/Alerts.h"
+#include "app/AppDelegate.h"
+#include "app/Duration.h"
+#include "app/Icons.h"
+#include "app/Names.h"
+#include "document/FileSize.h"
+#include "document/ImportPlans.h"
+#include "document/Waveform.h"
+#include "document/WaveformPlot.h"
+#include "timeline/View_Audio_Wave.h"
+#include "timeline/View_Time_Rule.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QColorDialog>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QFutureWatcher>
+#include <QLabel>
+#include <QScrollArea>
+#include <QStatusBar>
+#include <QTimer>
+#include <QToolBar>
+#include <QVBoxLayout>
+#include <QtConcurrent>
+
+namespace {
+// The kinds of file the open dialog offers; ffmpeg decides whether it can read one.
+const QStringList AudioExtensions = {"ac3",  "aifc", "aiff", "aif", "amr", "au",  "caf", "cda",
+                                     "flac", "mp3",  "ogg",  "raw", "spx", "wav", "wma"};
+
+QString chooseAudioFile(QWidget* parent) {
+    QStringList patterns;
+    for (const QString& extension : AudioExtensions)
+        patterns << "*." + extension << "*." + extension.toUpper();
+    QFileDialog dialog(parent, QStringLiteral("Select an audio file."));
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setNameFilter(QObject::tr("Audio files (%1)").arg(patterns.join(u' ')));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return {};
+    return dialog.selectedFiles().first();
+}
+
+// The plot lies exactly over the overlay, whatever size the overlay takes.
+class FollowGeometry : public QObject {
+public:
+    FollowGeometry(QWidget* follower, QWidget* leader) : QObject(follower), m_follower(follower) {
+        leader->installEventFilter(this);
+    }
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Resize)
+            m_follower->setGeometry(static_cast<QWidget*>(watched)->rect());
+        return false;
+    }
+
+private:
+    QWidget* m_follower;
+};
+} // namespace
+
+Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(app.s_Title_Bar_Text);
+    setMinimumSize(800, 140);
+    resize(1000, 380);
+
+    viewTimeRule = new View_Time_Rule;
+    viewAudioPlot = new View_Audio_Wave;
+    audioPlot = new WaveformPlot(viewAudioPlot);
+    new FollowGeometry(audioPlot, viewAudioPlot);
+    viewTimeRule->u_ID = id;
+    viewAudioPlot->u_ID = id;
+
+    scrollviewAudioPlot = new QScrollArea;
+    scrollviewAudioPlot->setFrameShape(QFrame::NoFrame);
+    scrollviewAudioPlot->setWidgetResizable(true);
+    scrollviewAudioPlot->setWidget(viewAudioPlot);
+
+    viewTimePlusAudioPlot = new QWidget;
+    auto* layout = new QVBoxLayout(viewTimePlusAudioPlot);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(viewTimeRule);
+    layout->addWidget(scrollviewAudioPlot, 1);
+    setCentralWidget(viewTimePlusAudioPlot);
+
+    m_toolBar = buildToolBar();
+    addToolBar(m_toolBar);
+    labelDuration = new QLabel;
+    labelSize = new QLabel;
+    statusBar()->addPermanentWidget(labelDuration);
+    statusBar()->addPermanentWidget(labelSize);
+    app.installMenus(this);
+
+    PlanRunner& runner = app.runner();
+    connect(&runner, &PlanRunner::busyChanged, this, [this](bool busy) { setEditingEnabled(!busy); });
+    connect(&runner, &PlanRunner::progress, this,
+            [this](const QString& text) { statusBar()->showMessage(text); });
+    setEditingEnabled(!runner.isBusy());
+
+    QTimer::singleShot(100, this, &Document::TimerHandleStartupRoutine);
+}
+
+Document::~Document() = default;
+
+QToolBar* Document::buildToolBar() {
+    auto* bar = new QToolBar(tr("Track"), this);
+    bar->setMovable(false);
+    bar->setIconSize(QSize(24, 24));
+    auto add = [bar](const QString& icon, const QString& text, const QString& tip) {
+        QAction* action = bar->addAction(toolbarIcon(icon), text);
+        action->setToolTip(tip);
+        return action;
+    };
+    btnOpen = add("open", tr("Open"), tr("Open an audio file in this window"));
+    bar->addSeparator();
+    btnPlay = add("play", tr("Play"), tr("Play the track"));
+    btnPause = add("pause", tr("Pause"), tr("Pause playback"));
+    btnStop = add("stop", tr("Stop"), tr("Stop playback"));
+    btnRecord = add("record", tr("Record"), tr("Record from the microphone"));
+    btnSoundPreferences = add("sound-settings", tr("Sound Settings"), tr("Open the system's sound settings"));
+    bar->addSeparator();
+    btnZoomPlus = add("zoom-in", tr("Zoom In"), tr("Widen the waveform"));
+    btnZoomMinus = add("zoom-out", tr("Zoom Out"), tr("Narrow the waveform"));
+    bar->addSeparator();
+    btnUndo = add("undo", tr("Undo"), tr("Go back to the previous version of the track"));
+    btnRedo = add("redo", tr("Redo"), tr("Go forward to the next version of the track"));
+    btnCopy = add("copy", tr("Copy"), tr("Copy the selection"));
+    btnCut = add("cut", tr("Cut"), tr("Cut the selection out"));
+    btnPaste = add("paste", tr("Paste"), tr("Paste the copied audio"));
+    btnDelete = add("delete", tr("Delete"), tr("Delete the selection"));
+    btnTools = add("tools", tr("Effects"), tr("Apply an effect"));
+    bar->addSeparator();
+    btnSave = add("export", tr("Export"), tr("Export the track as WAV, M4A or MP3"));
+    btnColour = add("colour", tr("Colour"), tr("Choose the waveform's colour"));
+
+    connect(btnOpen, &QAction::triggered, this, &Document::OnToolbarOpen);
+    connect(btnUndo, &QAction::triggered, this, &Document::Operation_Undo);
+    connect(btnRedo, &QAction::triggered, this, &Document::Operation_Redo);
+    connect(btnColour, &QAction::triggered, this, &Document::chooseColour);
+    return bar;
+}
+
+void Document::setEditingEnabled(bool enabled) {
+    m_toolBar->setEnabled(enabled);
+    viewTimePlusAudioPlot->setEnabled(enabled);
+    if (enabled)
+        statusBar()->clearMessage();
+}
+
+void Document::TimerHandleStartupRoutine() {
+    for (QAction* on : {btnRecord, btnSoundPreferences, btnUndo, btnRedo, btnPaste})
+        on->setEnabled(true);
+    for (QAction* off : {btnPlay, btnPause, btnStop, btnZoomPlus, btnZoomMinus, btnSave, btnCopy, btnCut,
+                         btnDelete, btnTools})
+        off->setEnabled(false);
+    audioPlot->setBackgroundColor(QColor::fromRgbF(0, 0, 0, 1));
+    audioPlot->setColor(QColor::fromRgbF(0, 1, 0, 1));
+    audioPlot->setPlotOpacity(0.5);
+    viewAudioPlot->f_Selection_Start = 40;
+    viewAudioPlot->f_Selection_End = 60;
+    QTimer::singleShot(100, this, &Document::TimerOpenFilePanelRoutine);
+}
+
+void Document::TimerOpenFilePanelRoutine() {
+    switch (m_app.u_Open_New_Document) {
+    case 2:
+        Open_Pre_Generated_Audio_File();
+        if (++m_app.u_Pre_Generated_Docs_Index >= quint64(m_app.array_Pre_Generated_Docs.size()))
+            m_app.u_Open_New_Document = 0;
+        break;
+    case 1:
+        Open_And_Select_An_Audio_File();
+        m_app.u_Open_New_Document = 0;
+        break;
+    case 0:
+        Open_And_Select_Silence_File();
+        break;
+    default:
+        break;
+    }
+}
+
+void Document::OnToolbarOpen() {
+    Open_And_Select_An_Audio_File();
+}
+
+void Document::Open_And_Select_An_Audio_File() {
+    const QString path = chooseAudioFile(this);
+    if (path.isEmpty())
+        Open_And_Select_Silence_File();
+    else
+        importFile(path);
+}
+
+void Document::importFile(const QString& path) {
+    const QFileInfo source(path);
+    const qint64 size = source.size();
+    const ResultNames names(m_app.s_Output_Folder);
+    m_app.runner().submit(buildImportPlan(path, names.path()), this, [=, this](const PlanOutcome& outcome) {
+        if (!outcome.ok) {
+            showErrorAlert(this, outcome.alert);
+            return;
+        }
+        s_File_URL = QStringLiteral("file://") + path;
+        s_File_Path = path;
+        s_File_Extension = source.suffix();
+        s_File_Name_Without_Extension = source.completeBaseName();
+        s_Folder_Path = source.path();
+        s_File_Size = fileSizeText(size);
+        s_WAV_File_Path = names.path();
+        s_WAV_File_URL = fileUrlText(m_app.s_Output_Folder, names.name());
+        setWindowTitle(names.name());
+        finishLoading(outcome.seconds.value_or(0));
+    });
+}
+
+void Document::Open_And_Select_Silence_File() {
+    s_File_Path = s_WAV_File_Path = m_app.sSilenceWavPath;
+    s_File_URL = s_WAV_File_URL = m_app.sSilenceWavURL;
+    s_File_Extension = QFileInfo(s_File_Path).suffix();
+    s_File_Size.clear();
+    setWindowTitle(QStringLiteral("silence.wav"));
+    m_app.runner().submit(buildProbePlan(s_WAV_File_Path), this,
+                          [this](const PlanOutcome& outcome) { finishLoading(outcome.seconds.value_or(0)); });
+}
+
+void Document::Open_Pre_Generated_Audio_File() {
+    const QStringList& batch = m_app.array_Pre_Generated_Docs;
+    const quint64 index = m_app.u_Pre_Generated_Docs_Index;
+    if (index >= quint64(batch.size())) { // only after an empty batch
+        Open_And_Select_Silence_File();
+        return;
+    }
+    s_File_Path = s_WAV_File_Path = batch.at(qsizetype(index));
+    s_File_URL = s_WAV_File_URL = QStringLiteral("file://") + s_File_Path;
+    s_File_Extension = QFileInfo(s_File_Path).suffix();
+    s_File_Size.clear();
+    setWindowTitle(QFileInfo(s_File_Path).fileName());
+    Refresh_Audio_Plot();
+}
+
+void Document::Refresh_Audio_Plot() {
+    openFileWithFilePathURL(s_WAV_File_URL);
+    changeColor(m_app.color_Pre_Generated_Docs);
+    m_app.runner().submit(buildProbePlan(s_WAV_File_Path), this, [this](const PlanOutcome& outcome) {
+        finishLoading(outcome.seconds.value_or(0), false);
+    });
+}
+
+void Document::finishLoading(qint64 seconds, bool showFile) {
+    if (showFile)
+        openFileWithFilePathURL(s_WAV_File_URL);
+    takeDuration(seconds);
+    setLoadedButtons();
+    b_Audio_Loaded = viewAudioPlot->b_Audio_Loaded = viewTimeRule->b_Audio_Loaded = true;
+    viewTimeRule->update();
+    viewAudioPlot->update();
+    // The loaded file becomes version 0 of a fresh history.
+    Clear_Array_Of_WAV_Files();
+    history.u_array_WAV_Files_Length = 0;
+    history.u_array_WAV_Files_Position = 0;
+    Add_WAV_File_To_Undo_Redo_Array();
+    labelSize->setText(s_File_Size);
+    labelSize->setVisible(!s_File_Size.isEmpty());
+    emit loaded();
+}
+
+void Document::setLoadedButtons() {
+    for (QAction* on : {btnPlay, btnRecord, btnSoundPreferences, btnZoomPlus, btnZoomMinus, btnSave, btnCopy,
+                        btnCut, btnDelete, btnTools})
+        on->setEnabled(true);
+    for (QAction* off : {btnPause, btnStop})
+        off->setEnabled(false);
+}
+
+void Document::takeDuration(qint64 seconds) {
+    i_Audio_Duration_Seconds = seconds;
+    viewAudioPlot->f_Audio_Length = float(seconds);
+    viewAudioPlot->f_Audio_Position = 0;
+    viewTimeRule->i_Audio_Duration_Seconds = seconds;
+    labelDuration->setText(tr("Length %1").arg(clockText(seconds)));
+    viewTimeRule->update();
+    viewAudioPlot->update();
+}
+
+void Document::openFileWithFilePathURL(const QString& url) {
+    const QString path = url.startsWith(QStringLiteral("file://")) ? url.mid(7) : url;
+    audioPlot->clear();
+    const int request = ++m_plotRequest;
+    auto* watcher = new QFutureWatcher<Waveform>(this);
+    connect(watcher, &QFutureWatcher<Waveform>::finished, this, [this, watcher, request] {
+        watcher->deleteLater();
+        if (request != m_plotRequest) // a newer file has been asked for meanwhile
+            return;
+        const Waveform waveform = watcher->result();
+        audioPlot->setPoints(waveform.ok && !waveform.channels.empty() ? waveform.channels.front()
+                                                                       : std::vector<float>());
+        viewAudioPlot->update();
+        ++m_plotGeneration;
+        emit plotUpdated();
+    });
+    watcher->setFuture(QtConcurrent::run(reduceWaveform, path, 1024));
+}
+
+void Document::Add_WAV_File_To_Undo_Redo_Array() {
+    history.add(s_WAV_File_Path);
+}
+
+void Document::Clear_Array_Of_WAV_Files() {
+    history.clear();
+}
+
+void Document::Operation_Undo() {
+    if (history.array_WAV_Files.isEmpty()) // nothing loaded yet
+        return;
+    history.undo();
+    reloadCurrentVersion();
+}
+
+void Document::Operation_Redo() {
+    if (history.array_WAV_Files.isEmpty())
+        return;
+    history.redo();
+    reloadCurrentVersion();
+}
+
+void Document::reloadCurrentVersion() {
+    // Markers, zoom, buttons and the history itself stay as they are.
+    s_WAV_File_Path = history.current();
+    setWindowTitle(QFileInfo(s_WAV_File_Path).fileName());
+    s_WAV_File_URL = versionUrlText(s_WAV_File_Path, m_app.s_Output_Folder, m_app.sSilenceWavURL);
+    openFileWithFilePathURL(s_WAV_File_URL);
+    m_app.runner().submit(buildProbePlan(s_WAV_File_Path), this, [this](const PlanOutcome& outcome) {
+        takeDuration(outcome.seconds.value_or(0));
+        emit loaded();
+    });
+}
+
+void Document::changeColor(const QColor& color) {
+    audioPlot->setColor(color);
+}
+
+void Document::chooseColour() {
+    const QColor color = QColorDialog::getColor(audioPlot->color(), this, tr("Waveform Colour"));
+    if (color.isValid())
+        changeColor(color);
+}
+
+void Document::closeEvent(QCloseEvent* event) {
+    // Playback stops with the window; the history's files stay until the next start.
+    event->accept();
+}

@@ -1,0 +1,107 @@
+#pragma once
+
+#include "document/VersionHistory.h"
+
+#include <QColor>
+#include <QMainWindow>
+#include <QPointer>
+
+class AppDelegate;
+class QAction;
+class QLabel;
+class QScrollArea;
+class QToolBar;
+class View_Audio_Wave;
+class View_Time_Rule;
+class WaveformPlot;
+struct PlanOutcome;
+
+// One window holding one audio track. Whatever the user opens is converted
+// into a working WAV in the work folder; every later version is a new file, and
+// the version history chooses which one is current.
+class Document : public QMainWindow {
+    Q_OBJECT
+public:
+    Document(AppDelegate& app, quint64 id);
+    ~Document() override;
+
+    // Loading, chosen by the application's opening mode 0.2 s after creation.
+    void TimerHandleStartupRoutine();
+    void TimerOpenFilePanelRoutine();
+    void Open_And_Select_An_Audio_File();
+    void Open_And_Select_Silence_File();
+    void Open_Pre_Generated_Audio_File();
+    void OnToolbarOpen();
+    void openFileWithFilePathURL(const QString& url);
+    void Refresh_Audio_Plot();
+
+    // Version history.
+    void Add_WAV_File_To_Undo_Redo_Array();
+    void Operation_Undo();
+    void Operation_Redo();
+    void Clear_Array_Of_WAV_Files();
+
+    void changeColor(const QColor& color);
+
+    quint64 u_ID;
+    QString s_File_URL, s_File_Path, s_Folder_Path, s_File_Name_Without_Extension, s_File_Extension,
+        s_File_Size;
+    QString s_WAV_File_Path, s_WAV_File_URL;
+    qint64 i_Audio_Duration_Seconds = 0;
+    bool b_Audio_Loaded = false;
+    quint64 u_Zoom_Factor = 1;
+    VersionHistory history;
+
+    WaveformPlot* audioPlot;
+    View_Audio_Wave* viewAudioPlot;
+    View_Time_Rule* viewTimeRule;
+    QScrollArea* scrollviewAudioPlot;
+    QWidget* viewTimePlusAudioPlot;
+
+    QAction* btnOpen;
+    QAction* btnPlay;
+    QAction* btnRecord;
+    QAction* btnPause;
+    QAction* btnStop;
+    QAction* btnSoundPreferences;
+    QAction* btnZoomPlus;
+    QAction* btnZoomMinus;
+    QAction* btnSave;
+    QAction* btnUndo;
+    QAction* btnRedo;
+    QAction* btnCopy;
+    QAction* btnCut;
+    QAction* btnPaste;
+    QAction* btnDelete;
+    QAction* btnTools;
+    QAction* btnColour;
+
+    // The status bar's texts, for the user and for tests.
+    QLabel* labelDuration;
+    QLabel* labelSize;
+
+    // Set when the waveform of the current file has been drawn (tests wait on it).
+    int plotGeneration() const { return m_plotGeneration; }
+
+signals:
+    void loaded();      // a load or reload has finished
+    void plotUpdated(); // new waveform points are on screen
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    QToolBar* buildToolBar();
+    void setEditingEnabled(bool enabled);
+    void setLoadedButtons();
+    void importFile(const QString& path);
+    void finishLoading(qint64 seconds, bool showFile = true);
+    void takeDuration(qint64 seconds);
+    void reloadCurrentVersion();
+    void chooseColour();
+
+    AppDelegate& m_app;
+    QToolBar* m_toolBar;
+    int m_plotRequest = 0;
+    int m_plotGeneration = 0;
+};

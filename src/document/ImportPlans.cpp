@@ -1,0 +1,21 @@
+#include "ImportPlans.h"
+
+#include "app/ToolArguments.h"
+
+#include <QFileInfo>
+
+Plan buildImportPlan(const QString& source, const QString& result) {
+    // ffmpeg is never told to overwrite, so whatever holds the name goes first.
+    return {{step::DeleteFile{result}, step::Run{Tool::FFmpeg, importArguments(source, result)},
+             step::RequireFile{result, unreadableFileMessage(source)}, step::ProbeDuration{result}}};
+}
+
+Plan buildProbePlan(const QString& path) {
+    return {{step::ProbeDuration{path}}};
+}
+
+QString unreadableFileMessage(const QString& source) {
+    return QStringLiteral("The file \"%1\" could not be read as audio. It may be damaged, empty or of a kind "
+                          "that cannot be converted.\n\n%2")
+        .arg(QFileInfo(source).fileName(), source);
+}

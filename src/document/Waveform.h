@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+#include <vector>
+
+// A track reduced for drawing: `points` values per channel, each the RMS
+// level (0..1) of an equal stretch of the file.
+struct Waveform {
+    std::vector<std::vector<float>> channels;
+    qint64 frames = 0;
+    int sampleRate = 0;
+    bool ok = false; // false when the file could not be opened as audio
+};
+
+// Streams the file in blocks, so memory stays constant whatever its length.
+// Blocks the calling thread: the document calls it on a worker thread.
+Waveform reduceWaveform(const QString& path, int points = 1024);

@@ -1,0 +1,48 @@
+#include "app/Names.h"
+#include "app/ToolArguments.h"
+
+#include <QTest>
+
+class tst_Names : public QObject {
+    Q_OBJECT
+private slots:
+    void stampFormat() {
+        const ResultNames names("/w", QDateTime(QDate(2024, 3, 5), QTime(14, 7, 59)));
+        QCOMPARE(names.stamp(), QString("2024-03-05-14-07-59"));
+        QCOMPARE(names.name(), QString("2024-03-05-14-07-59.wav"));
+        QCOMPARE(names.path("Before"), QString("/w/2024-03-05-14-07-59Before.wav"));
+        QCOMPARE(names.path("SelectionAfterAmplify"),
+                 QString("/w/2024-03-05-14-07-59SelectionAfterAmplify.wav"));
+    }
+
+    void namesOfOneOperationShareTheStamp() {
+        const ResultNames names("/w");
+        const QStringList suffixes = {"", "Before", "After", "Selection", "SelectionAfterAmplify", "Silence"};
+        for (const QString& suffix : suffixes)
+            QVERIFY2(names.path(suffix).startsWith("/w/" + names.stamp() + suffix), qPrintable(suffix));
+    }
+
+    void stampIsLocalTimeToTheSecond() {
+        const QDateTime before = QDateTime::currentDateTime();
+        const ResultNames names("/w");
+        const QDateTime parsed = QDateTime::fromString(names.stamp(), "yyyy-MM-dd-HH-mm-ss");
+        QVERIFY(parsed.isValid());
+        QVERIFY(qAbs(parsed.secsTo(before)) <= 1);
+    }
+
+    void pathsAndUrls() {
+        QCOMPARE(pathInFolder("/home/u/Documents/Tanselo", "a b.wav"),
+                 QString("/home/u/Documents/Tanselo/a b.wav"));
+        QCOMPARE(fileUrlText("/home/u/Documents/Tanselo", "a b.wav"),
+                 QString("file:///home/u/Documents/Tanselo/a b.wav"));
+    }
+
+    void importArgumentsEndWithTheConversionTail() {
+        QCOMPARE(
+            importArguments("/in/x.mp3", "/w/r.wav"),
+            QStringList({"-i", "/in/x.mp3", "-acodec", "pcm_s16le", "-ar", "44100", "-ac", "2", "/w/r.wav"}));
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_Names)
+#include "tst_names.moc"

@@ -1,0 +1,139 @@
+#include "app/Plan.h"
+#include "app/ToolPaths.h"
+#include "app/ToolRunner.h"
+#include "document/ImportPlans.h"
+#include "support/Fixtures.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+ToolPaths realTools() {
+    return {QStandardPaths::findExecutable("sox"), QStandardPaths::findExecutable("ffmpeg")};
+}
+
+void writeScript(const QString& path, const QByteArray& body) {
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("#!/bin/sh\n" + body);
+    file.close();
+    QVERIFY(file.setPermissions(file.permissions() | QFileDevice::ExeOwner));
+}
+} // namespace
+
+class tst_ToolRunner : public QObject {
+    Q_OBJECT
+    QTemporaryDir m_dir;
+
+private slots:
+    void initTestCase() {
+        QVERIFY(!realTools().sox.isEmpty());
+        QVERIFY(!realTools().ffmpeg.isEmpty());
+    }
+
+    void outputAndErrorArriveInterleavedInOneText() {
+        const QString script = m_dir.filePath("both.sh");
+        writeScript(script, "echo one\necho two >&2\necho three\n");
+        const ToolRun run = runTool(script, {});
+        QCOMPARE(run.output, QString("one\ntwo\nthree\n"));
+        QCOMPARE(run.exitCode, 0);
+    }
+
+    void argumentsArePassedElementByElementWithoutAShell() {
+        const QString script = m_dir.filePath("args.sh");
+        writeScript(script, "for a in \"$@\"; do printf '[%s]' \"$a\"; done\n");
+        const ToolRun run = runTool(script, {"a b", "$(echo no)", "x;y", "'q'", "\"d\"", "ünï"});
+        QCOMPARE(run.output, QString("[a b][$(echo no)][x;y]['q'][\"d\"][ünï]"));
+    }
+
+    void standardInputIsTheNullDevice() {
+        // ffmpeg asks before overwriting; with no input it must answer "no" at
+        // once instead of waiting forever.
+        const QString tone = m_dir.filePath("stdin-tone.wav");
+        fixtures::makeTone(tone, 1);
+        const QString existing = m_dir.filePath("existing.wav");
+        QVERIFY(QFile::copy(tone, existing));
+        const qint64 sizeBefore = QFileInfo(existing).size();
+        QFile::resize(existing, sizeBefore / 2);
+        QElapsedTimer clock;
+        clock.start();
+        const ToolRun run = runTool(realTools().ffmpeg, {"-i", tone, existing});
+        QVERIFY(clock.elapsed() < 20000);
+        QVERIFY(run.output.contains("already exists"));
+        QCOMPARE(QFileInfo(existing).size(), sizeBefore / 2);
+    }
+
+    void aChildThatWritesNothingGivesEmptyOutput() {
+        const ToolRun run = runTool(QStandardPaths::findExecutable("true"), {});
+        QVERIFY(run.output.isEmpty());
+        QCOMPARE(run.exitCode, 0);
+    }
+
+    void aMissingProgramGivesEmptyOutput() {
+        const ToolRun run = runTool(m_dir.filePath("no-such-tool"), {"x"});
+        QVERIFY(run.output.isEmpty());
+        QCOMPARE(run.exitCode, -1);
+    }
+
+    void importAndProbeArgumentLists() {
+        const Plan plan = buildImportPlan("/in/My Song.mp3", "/w/2024-03-05-14-07-59.wav");
+        const QList<PlannedRun> expected = {
+            {Tool::FFmpeg,
+             {"-i", "/in/My Song.mp3", "-acodec", "pcm_s16le", "-ar", "44100", "-ac", "2",
+              "/w/2024-03-05-14-07-59.wav"}},
+            {Tool::FFmpeg, {"-i", "/w/2024-03-05-14-07-59.wav"}},
+        };
+        QCOMPARE(plannedRuns(plan), expected);
+        // The result is deleted before ffmpeg writes it, and required afterwards.
+        QVERIFY(std::holds_alternative<step::DeleteFile>(plan.steps.front()));
+        QCOMPARE(std::get<step::DeleteFile>(plan.steps.front()).path, QString("/w/2024-03-05-14-07-59.wav"));
+        QVERIFY(std::holds_alternative<step::RequireFile>(plan.steps[2]));
+        QCOMPARE(plannedRuns(buildProbePlan("/w/a b.wav")),
+                 QList<PlannedRun>({{Tool::FFmpeg, {"-i", "/w/a b.wav"}}}));
+    }
+
+    void aHostilePathReachesFfmpegIntactAndConverts() {
+        const QString folder = m_dir.filePath("dir with blanks ; $(touch pwned) 'q' \"d\" ünïcødé");
+        QVERIFY(QDir().mkpath(folder));
+        const QString source = folder + "/to ne $(rm -rf x); 'it''s' \"ok\" – ïß.flac";
+        const QString wav = m_dir.filePath("hostile-source.wav");
+        fixtures::makeTone(wav, 2);
+        QCOMPARE(fixtures::run("ffmpeg", {"-i", wav, source}), 0);
+        const QString result = folder + "/rés ult; $(x).wav";
+        const PlanOutcome outcome = executePlan(buildImportPlan(source, result), realTools());
+        QVERIFY2(outcome.ok, qPrintable(outcome.alert));
+        QCOMPARE(outcome.runs.size(), 2);
+        QCOMPARE(outcome.runs[0].arguments[1], source);
+        const fixtures::WavInfo info = fixtures::wavInfo(result);
+        QVERIFY(info.isWorkingWav());
+        QVERIFY(qAbs(info.seconds() - 2.0) < 0.05);
+        QCOMPARE(outcome.seconds, std::optional<qint64>(2));
+        QVERIFY(!QFile::exists(QDir::current().filePath("pwned")));
+        QVERIFY(!QFile::exists(folder + "/pwned"));
+    }
+
+    void locatesToolsBesideTheExecutableThenLibexecThenPath() {
+        const QString app = m_dir.filePath("install/bin");
+        QVERIFY(QDir().mkpath(app));
+        QVERIFY(QDir().mkpath(m_dir.filePath("install/libexec/tanselo")));
+        QCOMPARE(locateTool("sox", app), realTools().sox);
+        writeScript(m_dir.filePath("install/libexec/tanselo/sox"), "exit 0\n");
+        QCOMPARE(locateTool("sox", app), m_dir.filePath("install/libexec/tanselo/sox"));
+        writeScript(app + "/sox", "exit 0\n");
+        QCOMPARE(locateTool("sox", app), app + "/sox");
+        QVERIFY(locateTool("tanselo-no-such-tool", app).isEmpty());
+    }
+
+    void missingToolMessageNamesProgramAndPackage() {
+        const QString text = missingToolMessage("ffmpeg");
+        QVERIFY(text.contains("\"ffmpeg\""));
+        QVERIFY(text.contains("apt-get install ffmpeg"));
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_ToolRunner)
+#include "tst_toolrunner.moc"

@@ -1,0 +1,76 @@
+#include "Fixtures.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTest>
+#include <cmath>
+#include <sndfile.h>
+#include <vector>
+
+namespace fixtures {
+
+int run(const QString& program, const QStringList& arguments, QString* output) {
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.start(program, arguments);
+    process.waitForFinished(-1);
+    if (output)
+        *output = QString::fromUtf8(process.readAll());
+    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+}
+
+void makeTone(const QString& path, double seconds, int frequency, double gain) {
+    QString output;
+    const int code =
+        run("sox",
+            {"-D", "-n", "-r", "44100", "-c", "2", "-b", "16", path, "synth", QString::number(seconds),
+             "sine", QString::number(frequency), "vol", QString::number(gain)},
+            &output);
+    if (code != 0)
+        qFatal("sox could not make a tone: %s", qPrintable(output));
+}
+
+bool WavInfo::isWorkingWav() const {
+    return ok && sampleRate == 44100 && channels == 2 && (format & SF_FORMAT_TYPEMASK) == SF_FORMAT_WAV &&
+           (format & SF_FORMAT_SUBMASK) == SF_FORMAT_PCM_16;
+}
+
+WavInfo wavInfo(const QString& path) {
+    WavInfo result;
+    SF_INFO info{};
+    SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
+    if (!file)
+        return result;
+    result = {true, info.frames, info.samplerate, info.channels, info.format};
+    sf_close(file);
+    return result;
+}
+
+double rms(const QString& path, double fromSeconds, double toSeconds) {
+    SF_INFO info{};
+    SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
+    if (!file)
+        return -1.0;
+    const sf_count_t from = sf_count_t(fromSeconds * info.samplerate);
+    const sf_count_t count = std::max<sf_count_t>(0, sf_count_t(toSeconds * info.samplerate) - from);
+    std::vector<double> frames(std::size_t(count * info.channels));
+    sf_seek(file, from, SEEK_SET);
+    const sf_count_t got = sf_readf_double(file, frames.data(), count);
+    sf_close(file);
+    double sum = 0.0;
+    for (sf_count_t i = 0; i < got; ++i)
+        sum += frames[std::size_t(i * info.channels)] * frames[std::size_t(i * info.channels)];
+    return got > 0 ? std::sqrt(sum / double(got)) : 0.0;
+}
+
+QString useTemporaryHome(const QString& root) {
+    QDir().mkpath(root);
+    qputenv("HOME", QFile::encodeName(root));
+    qunsetenv("XDG_CONFIG_HOME");
+    qunsetenv("XDG_DOCUMENTS_DIR");
+    return root;
+}
+
+} // namespace fixtures

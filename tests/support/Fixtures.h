@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace fixtures {
+
+// Runs a command to the end (no shell) and returns its exit code; its output
+// goes into `output` when given.
+int run(const QString& program, const QStringList& arguments, QString* output = nullptr);
+
+// A stereo 44.1 kHz 16-bit sine tone made by the real sox.
+void makeTone(const QString& path, double seconds, int frequency = 1000, double gain = 0.5);
+
+// What libsndfile reads from a file.
+struct WavInfo {
+    bool ok = false;
+    qint64 frames = 0;
+    int sampleRate = 0;
+    int channels = 0;
+    int format = 0; // libsndfile's SF_FORMAT_* bits
+    double seconds() const { return sampleRate > 0 ? double(frames) / sampleRate : 0.0; }
+    bool isWorkingWav() const; // 16-bit PCM WAV, 44100 Hz, 2 channels
+};
+WavInfo wavInfo(const QString& path);
+
+// RMS level (0..1) of the first channel between two times.
+double rms(const QString& path, double fromSeconds, double toSeconds);
+
+// Points HOME at a fresh folder, so the work folder lands inside it.
+QString useTemporaryHome(const QString& root);
+
+} // namespace fixtures
