@@ -199,7 +199,7 @@ void Document::Open_And_Select_An_Audio_File() {
 void Document::importFile(const QString& path) {
     const QFileInfo source(path);
     const qint64 size = source.size();
-    const ResultNames names(m_app.s_Output_Folder);
+    const ResultNames names = importNames(m_app.s_Output_Folder, history.array_WAV_Files);
     m_app.runner().submit(buildImportPlan(path, names.path()), this, [=, this](const PlanOutcome& outcome) {
         if (!outcome.ok) {
             showErrorAlert(this, outcome.alert);

@@ -19,3 +19,11 @@ QString unreadableFileMessage(const QString& source) {
                           "that cannot be converted.\n\n%2")
         .arg(QFileInfo(source).fileName(), source);
 }
+
+ResultNames importNames(const QString& workFolder, const QStringList& listed, const QDateTime& now) {
+    QDateTime when = now;
+    auto taken = [&](const QString& path) { return listed.contains(path) || QFileInfo::exists(path); };
+    while (taken(ResultNames(workFolder, when).path()))
+        when = when.addSecs(1);
+    return ResultNames(workFolder, when);
+}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/Names.h"
 #include "app/Plan.h"
 
 // Converts the chosen file into the working WAV at `result` and probes the
@@ -12,3 +13,10 @@ Plan buildProbePlan(const QString& path);
 
 // The alert text of a file ffmpeg could not read as audio.
 QString unreadableFileMessage(const QString& source);
+
+// The names of an import's working WAV: the stamp of `now`, unless a file of
+// that name exists or the document lists it, in which case the next free
+// second. Opening a file then never deletes another document's version, nor,
+// when the file is refused, this document's own.
+ResultNames importNames(const QString& workFolder, const QStringList& listed,
+                        const QDateTime& now = QDateTime::currentDateTime());

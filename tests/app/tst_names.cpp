@@ -1,6 +1,9 @@
 #include "app/Names.h"
 #include "app/ToolArguments.h"
+#include "document/ImportPlans.h"
 
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 class tst_Names : public QObject {
@@ -28,6 +31,19 @@ private slots:
         const QDateTime parsed = QDateTime::fromString(names.stamp(), "yyyy-MM-dd-HH-mm-ss");
         QVERIFY(parsed.isValid());
         QVERIFY(qAbs(parsed.secsTo(before)) <= 1);
+    }
+
+    void anImportNeverTakesTheNameOfAListedVersion() {
+        const QDateTime now(QDate(2024, 3, 5), QTime(14, 7, 59));
+        QCOMPARE(importNames("/w", {}, now).name(), QString("2024-03-05-14-07-59.wav"));
+        QCOMPARE(importNames("/w", {"/w/2024-03-05-14-07-59.wav", "/w/2024-03-05-14-08-00.wav"}, now).name(),
+                 QString("2024-03-05-14-08-01.wav"));
+        QCOMPARE(importNames("/w", {"/elsewhere/2024-03-05-14-07-59.wav"}, now).name(),
+                 QString("2024-03-05-14-07-59.wav"));
+        QTemporaryDir dir;
+        QFile existing(dir.filePath("2024-03-05-14-07-59.wav"));
+        QVERIFY(existing.open(QIODevice::WriteOnly));
+        QCOMPARE(importNames(dir.path(), {}, now).name(), QString("2024-03-05-14-08-00.wav"));
     }
 
     void pathsAndUrls() {

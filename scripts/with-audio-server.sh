@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Runs a command beside a private PulseAudio server with a null sink and a
+# microphone that records whatever is played into that sink. The server is
+# stopped by its own pid when the command ends.
+set -euo pipefail
+
+runtime=$(mktemp -d)
+export XDG_RUNTIME_DIR=$runtime
+pulseaudio --daemonize=yes --exit-idle-time=-1 -n \
+    --load=module-native-protocol-unix \
+    --load="module-null-sink sink_name=nullsink" \
+    --load=module-always-sink 2>/dev/null
+pid=""
+for _ in $(seq 50); do
+    pid=$(cat "$runtime/pulse/pid" 2>/dev/null || true)
+    [ -n "$pid" ] && pactl info >/dev/null 2>&1 && break
+    sleep 0.1
+done
+stop() {
+    [ -n "$pid" ] && kill "$pid" 2>/dev/null || true
+    rm -rf "$runtime"
+}
+trap stop EXIT
+pactl load-module module-remap-source master=nullsink.monitor source_name=mic \
+    source_properties=device.description=Mic >/dev/null
+pactl set-default-source mic
+pactl set-default-sink nullsink
+
+"$@"

@@ -1,0 +1,176 @@
+#include "app/AppDelegate.h"
+#include "document/Document.h"
+#include "support/Fixtures.h"
+#include "support/Gui.h"
+
+#include <QAction>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUrl>
+#include <sndfile.h>
+
+namespace {
+void touch(const QString& path) {
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("old");
+}
+} // namespace
+
+class tst_Startup : public QObject {
+    Q_OBJECT
+    QTemporaryDir m_root;
+    QList<QUrl> m_opened;
+
+public slots:
+    void openUrl(const QUrl& url) { m_opened.append(url); }
+
+private slots:
+    void startCreatesAndEmptiesTheWorkFolderAndMakesSilence() {
+        const QString home = m_root.filePath("home-a");
+        const QString folder = home + "/Documents/Tanselo";
+        touch(folder + "/stale.wav");
+        touch(folder + "/sub/deeper/file.wav");
+        auto app = gui::startApplication(home);
+        QVERIFY(app);
+        QCOMPARE(app->s_Output_Folder, folder);
+        QCOMPARE(app->s_Title_Bar_Text, QString("Tanselo"));
+        QCOMPARE(app->sSilenceWavPath, folder + "/silence.wav");
+        QCOMPARE(app->sSilenceWavURL, "file://" + folder + "/silence.wav");
+        QCOMPARE(app->u_Current_ID, 0u);
+        QCOMPARE(app->u_Open_New_Document, 0u);
+        QVERIFY(!app->b_Starting);
+        QVERIFY(gui::waitIdle(*app));
+        QCOMPARE(QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+                 QStringList({"silence.wav"}));
+        const fixtures::WavInfo silence = fixtures::wavInfo(folder + "/silence.wav");
+        // sox writes the null input's own 32-bit precision for exactly these arguments.
+        QVERIFY(silence.ok);
+        QCOMPARE(silence.sampleRate, 44100);
+        QCOMPARE(silence.channels, 2);
+        QCOMPARE(silence.format, SF_FORMAT_WAV | SF_FORMAT_PCM_32);
+        QCOMPARE(silence.frames, qint64(60 * 44100));
+        QCOMPARE(fixtures::rms(folder + "/silence.wav", 0, 60), 0.0);
+        QCOMPARE(
+            app->runner().runs().first().arguments,
+            QStringList({"-n", "-r", "44100", "-c", "2", folder + "/silence.wav", "trim", "0.0", "60.0"}));
+    }
+
+    void startingAgainEmptiesTheFolderAgain() {
+        const QString home = m_root.filePath("home-b");
+        {
+            auto first = gui::startApplication(home);
+            QVERIFY(first && gui::waitIdle(*first));
+        }
+        touch(home + "/Documents/Tanselo/left-by-the-last-run.wav");
+        auto second = gui::startApplication(home);
+        QVERIFY(second && gui::waitIdle(*second));
+        QVERIFY(!QFile::exists(home + "/Documents/Tanselo/left-by-the-last-run.wav"));
+        QVERIFY(QFile::exists(home + "/Documents/Tanselo/silence.wav"));
+    }
+
+    void anUncreatableWorkFolderEndsTheApplication() {
+        const QString home = m_root.filePath("home-c");
+        touch(home + "/Documents"); // a file where the folder should be
+        fixtures::useTemporaryHome(home);
+        AppDelegate app;
+        const auto alert = gui::answerAlert();
+        const std::optional<int> status = app.applicationDidFinishLaunching();
+        QVERIFY(alert->shown);
+        QCOMPARE(alert->text, QString("Error"));
+        QCOMPARE(alert->informativeText, QString("Error #0001. Application will exit."));
+        QCOMPARE(alert->buttons, QStringList({"Close"}));
+        QCOMPARE(status, std::optional<int>(0));
+    }
+
+    void aMissingToolIsNamedWithItsPackage() {
+        const QByteArray path = qgetenv("PATH");
+        QTemporaryDir emptyBin;
+        QTemporaryDir bin;
+        // Only ffmpeg is missing: sox is reachable through a link.
+        QVERIFY(QFile::link(QStandardPaths::findExecutable("sox"), bin.filePath("sox")));
+        qputenv("PATH", QFile::encodeName(bin.path()));
+        fixtures::useTemporaryHome(m_root.filePath("home-d"));
+        AppDelegate app;
+        const auto alert = gui::answerAlert();
+        const std::optional<int> status = app.applicationDidFinishLaunching();
+        qputenv("PATH", path);
+        QVERIFY(alert->shown);
+        QCOMPARE(alert->text, QString("Error"));
+        QVERIFY2(alert->informativeText.contains("\"ffmpeg\""), qPrintable(alert->informativeText));
+        QVERIFY(alert->informativeText.contains("apt-get install ffmpeg"));
+        QVERIFY(status.has_value());
+        QVERIFY(*status != 0);
+    }
+
+    void aSecondDocumentDuringStartUpClosesItself() {
+        auto app = gui::startApplication(m_root.filePath("home-e"));
+        QVERIFY(app);
+        app->b_Starting = true;
+        app->u_Doc_Index = 0;
+        Document* first = app->newDocument();
+        QVERIFY(first);
+        QCOMPARE(app->newDocument(), nullptr);
+        QCOMPARE(app->u_Doc_Index, 2u);
+        QCOMPARE(app->documents().size(), 1);
+        app->b_Starting = false;
+        Document* later = app->newDocument();
+        QVERIFY(later);
+        QCOMPARE(first->u_ID, 0u);
+        QCOMPARE(later->u_ID, 1u);
+        QCOMPARE(app->u_Current_ID, 2u);
+        QVERIFY(gui::waitIdle(*app));
+    }
+
+    void menuCommandsGoToTheActiveDocumentOrNowhere() {
+        auto app = gui::startApplication(m_root.filePath("home-f"));
+        QVERIFY(app);
+        app->undo(); // no document: nothing happens
+        app->redo();
+        QCOMPARE(app->currentDocument(), nullptr);
+
+        Document* document = gui::firstDocument(*app);
+        QVERIFY(document);
+        document->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(document));
+        QCOMPARE(app->currentDocument(), document);
+        QSignalSpy reloaded(document, &Document::loaded);
+        app->actionUndo->trigger();
+        QVERIFY(reloaded.wait(10000));
+        QCOMPARE(document->history.u_array_WAV_Files_Position, 0u);
+        app->actionRedo->trigger();
+        QVERIFY(reloaded.wait(10000));
+        QCOMPARE(app->actionUndo->shortcut(), QKeySequence(QKeySequence::Undo));
+        QCOMPARE(app->actionOpen->shortcut(), QKeySequence(QKeySequence::Open));
+    }
+
+    void theFourHelpPagesOpenLocally() {
+        auto app = gui::startApplication(m_root.filePath("home-g"));
+        QVERIFY(app);
+        QDesktopServices::setUrlHandler("file", this, "openUrl");
+        m_opened.clear();
+        for (QAction* item : {app->actionHomePage, app->actionMakers, app->actionPrivacy, app->actionSupport})
+            item->trigger();
+        QDesktopServices::unsetUrlHandler("file");
+        QCOMPARE(m_opened.size(), 4);
+        QStringList names;
+        for (const QUrl& url : std::as_const(m_opened)) {
+            QVERIFY(url.isLocalFile());
+            QFile page(url.toLocalFile());
+            QVERIFY2(page.open(QIODevice::ReadOnly), qPrintable(url.toString()));
+            QVERIFY(page.readAll().contains("<title>"));
+            names << QFileInfo(page).fileName();
+        }
+        QCOMPARE(names, QStringList({"product.html", "makers.html", "privacy.html", "support.html"}));
+        QVERIFY(gui::waitIdle(*app));
+    }
+};
+
+QTEST_MAIN(tst_Startup)
+#include "tst_startup.moc"

@@ -1,0 +1,291 @@
+#include "app/AppDelegate.h"
+#include "document/Document.h"
+#include "document/WaveformPlot.h"
+#include "support/Fixtures.h"
+#include "support/Gui.h"
+#include "timeline/View_Audio_Wave.h"
+#include "timeline/View_Time_Rule.h"
+
+#include <QAction>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QSignalSpy>
+#include <QStatusBar>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolBar>
+
+namespace {
+using States = QList<bool>;
+States buttonStates(const Document* d) {
+    // Play, Record, Pause, Stop, SoundPreferences, ZoomPlus, ZoomMinus, Save, Undo, Redo, Copy, Cut, Paste,
+    // Delete, Tools
+    return {d->btnPlay->isEnabled(),
+            d->btnRecord->isEnabled(),
+            d->btnPause->isEnabled(),
+            d->btnStop->isEnabled(),
+            d->btnSoundPreferences->isEnabled(),
+            d->btnZoomPlus->isEnabled(),
+            d->btnZoomMinus->isEnabled(),
+            d->btnSave->isEnabled(),
+            d->btnUndo->isEnabled(),
+            d->btnRedo->isEnabled(),
+            d->btnCopy->isEnabled(),
+            d->btnCut->isEnabled(),
+            d->btnPaste->isEnabled(),
+            d->btnDelete->isEnabled(),
+            d->btnTools->isEnabled()};
+}
+const States AfterFirstTimer = {false, true, false, false, true, false, false, false,
+                                true,  true, false, false, true, false, false};
+const States AfterLoading = {true, true, false, false, true, true, true, true,
+                             true, true, true,  true,  true, true, true};
+
+bool waitLoaded(Document* d) {
+    QSignalSpy loaded(d, &Document::loaded);
+    return loaded.wait(20000);
+}
+} // namespace
+
+class tst_Document : public QObject {
+    Q_OBJECT
+    QTemporaryDir m_root;
+    std::unique_ptr<AppDelegate> m_app;
+    QString m_folder;
+    QString m_tone;
+
+    QString workCopy(const QString& name, double seconds) {
+        const QString path = m_folder + "/" + name;
+        fixtures::makeTone(path, seconds);
+        return path;
+    }
+
+private slots:
+    void initTestCase() {
+        m_app = gui::startApplication(m_root.filePath("home"));
+        QVERIFY(m_app);
+        m_folder = m_app->s_Output_Folder;
+        m_tone = m_root.filePath("tone 10 s.wav");
+        fixtures::makeTone(m_tone, 10, 1000, 0.5);
+    }
+
+    void cleanup() {
+        for (Document* d : m_app->documents())
+            delete d;
+        QVERIFY(gui::waitIdle(*m_app));
+        // Loading over the silence track deletes it with the old history, as
+        // it must; the next test starts from a fresh one.
+        if (!QFile::exists(m_app->sSilenceWavPath))
+            QCOMPARE(fixtures::run("sox", {"-n", "-r", "44100", "-c", "2", m_app->sSilenceWavPath, "trim",
+                                           "0.0", "60.0"}),
+                     0);
+    }
+
+    void buttonStatesAfterTheFirstTimerAndAfterLoading() {
+        Document* d = m_app->newDocument();
+        QCOMPARE(d->minimumSize(), QSize(800, 140));
+        QVERIFY(QTest::qWaitFor([d] { return d->audioPlot->plotOpacity() == 0.5; }, 5000));
+        QVERIFY(!d->b_Audio_Loaded);
+        QCOMPARE(buttonStates(d), AfterFirstTimer);
+        QCOMPARE(d->audioPlot->backgroundColor(), QColor(0, 0, 0));
+        QCOMPARE(d->audioPlot->color(), QColor(0, 255, 0));
+        QCOMPARE(d->viewAudioPlot->f_Selection_Start, 40.0f);
+        QCOMPARE(d->viewAudioPlot->f_Selection_End, 60.0f);
+        QVERIFY(waitLoaded(d));
+        QCOMPARE(buttonStates(d), AfterLoading);
+        QVERIFY(d->b_Audio_Loaded && d->viewAudioPlot->b_Audio_Loaded && d->viewTimeRule->b_Audio_Loaded);
+        QCOMPARE(d->windowTitle(), QString("silence.wav"));
+        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(60));
+        QCOMPARE(d->viewAudioPlot->f_Audio_Length, 60.0f);
+        QCOMPARE(d->viewTimeRule->i_Audio_Duration_Seconds, qint64(60));
+        QCOMPARE(d->labelDuration->text(), QString("Length 00:01:00"));
+        QCOMPARE(d->history.array_WAV_Files, QStringList({m_app->sSilenceWavPath}));
+    }
+
+    void aCancelledOpenDialogLoadsTheSilenceTrack() {
+        gui::answerFileDialog({});
+        m_app->openDocument();
+        QCOMPARE(m_app->u_Open_New_Document, 1u);
+        Document* d = m_app->documents().last();
+        QVERIFY(waitLoaded(d));
+        QCOMPARE(m_app->u_Open_New_Document, 0u);
+        QCOMPARE(d->windowTitle(), QString("silence.wav"));
+        QCOMPARE(d->s_WAV_File_Path, m_app->sSilenceWavPath);
+        QCOMPARE(d->s_WAV_File_URL, m_app->sSilenceWavURL);
+        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(60));
+    }
+
+    void theWaveformOfAToneShowsGreenOverBlack() {
+        Document* d = gui::firstDocument(*m_app);
+        QVERIFY(d);
+        QVERIFY(gui::openInto(d, m_tone, [d] { d->OnToolbarOpen(); }));
+        QCOMPARE(d->s_File_Path, m_tone);
+        d->resize(1000, 400);
+        QTest::qWait(50);
+        QCOMPARE(d->audioPlot->geometry(), d->viewAudioPlot->rect());
+        QCOMPARE(d->audioPlot->points().size(), std::size_t(1024));
+        const QImage image = d->viewAudioPlot->grab().toImage();
+        const int mid = image.height() / 2;
+        const QColor wave = image.pixelColor(image.width() / 10, mid);
+        QVERIFY2(wave.green() > 100 && wave.red() < 40 && wave.blue() < 40, qPrintable(wave.name()));
+        const QColor above = image.pixelColor(image.width() / 10, 3);
+        QVERIFY2(above.red() < 10 && above.green() < 10 && above.blue() < 10, qPrintable(above.name()));
+        const QColor inBand = image.pixelColor(image.width() / 2, mid);
+        QVERIFY2(inBand.green() > inBand.red() + 40 && inBand.red() > 40, qPrintable(inBand.name()));
+        const QColor right = image.pixelColor(image.width() * 95 / 100, mid);
+        QVERIFY2(right.green() > 100, qPrintable(right.name()));
+    }
+
+    void editingInputIsDisabledWhileAPlanRuns() {
+        Document* d = gui::firstDocument(*m_app);
+        QVERIFY(d);
+        QVERIFY(d->centralWidget()->isEnabled());
+        const QToolBar* toolBar = d->findChild<QToolBar*>();
+        QVERIFY(toolBar->isEnabled());
+        bool done = false;
+        m_app->runner().submit(
+            {{step::Run{Tool::FFmpeg, {"-re", "-f", "lavfi", "-i", "anullsrc=d=1", "-f", "null", "-"}}}},
+            nullptr, [&](const PlanOutcome&) { done = true; });
+        QVERIFY(!toolBar->isEnabled());
+        QVERIFY(!d->centralWidget()->isEnabled());
+        QVERIFY(!m_app->actionUndo->isEnabled());
+        QTRY_COMPARE(d->statusBar()->currentMessage(), QString("Running ffmpeg (step 1 of 1)…"));
+        QTRY_VERIFY_WITH_TIMEOUT(done, 10000);
+        QTRY_VERIFY(toolBar->isEnabled());
+        QVERIFY(d->centralWidget()->isEnabled());
+        QVERIFY(m_app->actionUndo->isEnabled());
+        QVERIFY(d->statusBar()->currentMessage().isEmpty());
+    }
+
+    void undoAndRedoReloadTheChosenVersion() {
+        Document* d = gui::firstDocument(*m_app);
+        QVERIFY(d);
+        const QString two = workCopy("2024-01-01-00-00-02.wav", 2);
+        const QString three = workCopy("2024-01-01-00-00-03.wav", 3);
+        for (const QString& version : {two, three}) {
+            d->s_WAV_File_Path = version;
+            d->Add_WAV_File_To_Undo_Redo_Array();
+        }
+        d->viewAudioPlot->f_Selection_Start = 12;
+        d->viewAudioPlot->f_Selection_End = 34;
+        d->Operation_Undo();
+        QVERIFY(waitLoaded(d));
+        QCOMPARE(d->s_WAV_File_Path, two);
+        QCOMPARE(d->windowTitle(), QString("2024-01-01-00-00-02.wav"));
+        QCOMPARE(d->s_WAV_File_URL, "file://" + two);
+        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(2));
+        QCOMPARE(d->viewAudioPlot->f_Audio_Length, 2.0f);
+        QCOMPARE(d->viewTimeRule->i_Audio_Duration_Seconds, qint64(2));
+        QCOMPARE(d->viewAudioPlot->f_Selection_Start, 12.0f);
+        QCOMPARE(d->viewAudioPlot->f_Selection_End, 34.0f);
+        d->Operation_Undo();
+        QVERIFY(waitLoaded(d));
+        QCOMPARE(d->windowTitle(), QString("silence.wav"));
+        QCOMPARE(d->s_WAV_File_URL, m_app->sSilenceWavURL);
+        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(60));
+        d->Operation_Undo(); // stays at the oldest version, reloaded all the same
+        QVERIFY(waitLoaded(d));
+        QCOMPARE(d->history.u_array_WAV_Files_Position, 0u);
+        d->Operation_Redo();
+        QVERIFY(waitLoaded(d));
+        d->Operation_Redo();
+        QVERIFY(waitLoaded(d));
+        QCOMPARE(d->s_WAV_File_Path, three);
+        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(3));
+        d->Operation_Redo(); // nothing undone: the newest version again
+        QVERIFY(waitLoaded(d));
+        QCOMPARE(d->s_WAV_File_Path, three);
+        QCOMPARE(buttonStates(d), AfterLoading);
+    }
+
+    void aVersionOutsideTheWorkFolderIsShownFromInsideIt() {
+        Document* d = gui::firstDocument(*m_app);
+        QVERIFY(d);
+        const QString outside = m_root.filePath("outside.wav");
+        fixtures::makeTone(outside, 4);
+        d->s_WAV_File_Path = outside;
+        d->Add_WAV_File_To_Undo_Redo_Array();
+        d->Operation_Redo();
+        QVERIFY(waitLoaded(d));
+        QCOMPARE(d->s_WAV_File_Path, outside);
+        QCOMPARE(d->s_WAV_File_URL, "file://" + m_folder + "/outside.wav");
+        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(4));
+    }
+
+    void undoBeforeAnythingIsLoadedDoesNothing() {
+        Document* d = m_app->newDocument();
+        d->Operation_Undo();
+        d->Operation_Redo();
+        QVERIFY(d->history.array_WAV_Files.isEmpty());
+        QCOMPARE(d->history.u_array_WAV_Files_Position, 0u);
+        QVERIFY(waitLoaded(d));
+    }
+
+    void openingIntoTheSameWindowRestartsTheHistoryAndDeletesItsFiles() {
+        Document* d = gui::firstDocument(*m_app);
+        QVERIFY(d);
+        const QString edit = workCopy("2024-01-01-00-01-00.wav", 1);
+        d->s_WAV_File_Path = edit;
+        d->Add_WAV_File_To_Undo_Redo_Array();
+        QVERIFY(gui::openInto(d, m_tone, [d] { d->OnToolbarOpen(); }));
+        QCOMPARE(d->s_File_Path, m_tone);
+        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(10));
+        QCOMPARE(d->history.array_WAV_Files, QStringList({d->s_WAV_File_Path}));
+        QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
+        QVERIFY(!QFile::exists(edit));
+        QVERIFY(!QFile::exists(m_app->sSilenceWavPath)); // listed, so deleted: required
+        const QString imported = d->s_WAV_File_Path;
+        QVERIFY(imported.startsWith(m_folder + "/"));
+
+        // Cancelling the dialog there replaces the track with the (now missing) silence track.
+        gui::answerFileDialog({});
+        d->OnToolbarOpen();
+        QVERIFY(waitLoaded(d));
+        QCOMPARE(d->windowTitle(), QString("silence.wav"));
+        QCOMPARE(d->history.array_WAV_Files, QStringList({m_app->sSilenceWavPath}));
+        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(0));
+        QVERIFY(!QFile::exists(imported));
+        QVERIFY(QFile::exists(m_tone)); // the opened file is never touched
+    }
+
+    void aChosenColourBecomesTheWaveformColour() {
+        Document* d = gui::firstDocument(*m_app);
+        QVERIFY(d);
+        d->changeColor(QColor(200, 30, 180));
+        QCOMPARE(d->audioPlot->color(), QColor(200, 30, 180));
+    }
+
+    void theWindowCannotShrinkBelowItsMinimum() {
+        Document* d = gui::firstDocument(*m_app);
+        QVERIFY(d);
+        d->resize(100, 50);
+        QVERIFY(d->width() >= 800);
+        QVERIFY(d->height() >= 140);
+    }
+
+    void aBatchOpensInNewWindowsInListOrderInTheProducersColour() {
+        Document* producer = gui::firstDocument(*m_app);
+        QVERIFY(producer);
+        const QString p1 = workCopy("part_PART_1.wav", 1);
+        const QString p2 = workCopy("part_PART_2.wav", 2);
+        m_app->array_Pre_Generated_Docs = {p1, p2};
+        m_app->u_Pre_Generated_Docs_Index = 0;
+        m_app->color_Pre_Generated_Docs = QColor(255, 0, 0);
+        m_app->openPreGeneratedDocuments();
+        QCOMPARE(m_app->documents().size(), 3);
+        Document* first = m_app->documents()[1];
+        Document* second = m_app->documents()[2];
+        QVERIFY(QTest::qWaitFor([&] { return first->b_Audio_Loaded && second->b_Audio_Loaded; }, 20000));
+        QCOMPARE(first->windowTitle(), QString("part_PART_1.wav"));
+        QCOMPARE(second->windowTitle(), QString("part_PART_2.wav"));
+        QCOMPARE(second->i_Audio_Duration_Seconds, qint64(2));
+        QCOMPARE(first->audioPlot->color(), QColor(255, 0, 0));
+        QCOMPARE(first->history.array_WAV_Files, QStringList({p1}));
+        QCOMPARE(m_app->u_Open_New_Document, 0u);
+        QCOMPARE(m_app->u_Pre_Generated_Docs_Index, 2u);
+    }
+};
+
+QTEST_MAIN(tst_Document)
+#include "tst_document.moc"

@@ -1,0 +1,91 @@
+#include "Gui.h"
+
+#include "Fixtures.h"
+#include "app/AppDelegate.h"
+#include "document/Document.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+namespace gui {
+
+std::unique_ptr<AppDelegate> startApplication(const QString& home) {
+    fixtures::useTemporaryHome(home);
+    auto app = std::make_unique<AppDelegate>();
+    if (app->applicationDidFinishLaunching())
+        return nullptr;
+    return app;
+}
+
+bool waitIdle(AppDelegate& app, int timeoutMs) {
+    return QTest::qWaitFor([&] { return !app.runner().isBusy(); }, timeoutMs);
+}
+
+Document* firstDocument(AppDelegate& app) {
+    Document* document = app.newDocument();
+    QSignalSpy loaded(document, &Document::loaded);
+    if (!loaded.wait(20000))
+        return nullptr;
+    waitIdle(app);
+    return document;
+}
+
+namespace {
+// Polls until a modal widget of type T is up, then hands it to `act`.
+template <typename T> void whenModal(std::function<void(T*)> act, int triesLeft = 3000) {
+    QTimer::singleShot(10, [act, triesLeft] {
+        if (auto* widget = qobject_cast<T*>(QApplication::activeModalWidget()))
+            act(widget);
+        else if (triesLeft > 0)
+            whenModal<T>(act, triesLeft - 1);
+    });
+}
+} // namespace
+
+void answerFileDialog(const QString& path) {
+    whenModal<QFileDialog>([path](QFileDialog* dialog) {
+        if (path.isEmpty()) {
+            dialog->reject();
+            return;
+        }
+        // Typed as a user would, then closed with done() rather than accept():
+        // accept() checks the name against a directory listing the dialog may
+        // still be gathering in the background.
+        dialog->setDirectory(QFileInfo(path).absolutePath());
+        auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        QVERIFY(name);
+        name->setText(QFileInfo(path).fileName());
+        QCOMPARE(dialog->selectedFiles(), QStringList({QFileInfo(path).absoluteFilePath()}));
+        static_cast<QDialog*>(dialog)->done(QDialog::Accepted);
+    });
+}
+
+std::shared_ptr<AlertSeen> answerAlert() {
+    auto seen = std::make_shared<AlertSeen>();
+    whenModal<QMessageBox>([seen](QMessageBox* box) {
+        seen->shown = true;
+        seen->text = box->text();
+        seen->informativeText = box->informativeText();
+        for (QAbstractButton* button : box->buttons())
+            seen->buttons << button->text();
+        box->buttons().first()->click();
+    });
+    return seen;
+}
+
+bool openInto(Document* document, const QString& path, const std::function<void()>& open) {
+    QSignalSpy loaded(document, &Document::loaded);
+    QSignalSpy plotted(document, &Document::plotUpdated);
+    answerFileDialog(path);
+    open();
+    return (loaded.size() > 0 || loaded.wait(30000)) && (plotted.size() > 0 || plotted.wait(30000));
+}
+
+} // namespace gui

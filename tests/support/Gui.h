@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <functional>
+#include <memory>
+
+class AppDelegate;
+class Document;
+class QWidget;
+
+namespace gui {
+
+// Starts the application's delegate as main() does, with HOME at `home`.
+std::unique_ptr<AppDelegate> startApplication(const QString& home);
+
+// Waits until no plan is queued or running.
+bool waitIdle(AppDelegate& app, int timeoutMs = 30000);
+
+// The first document window, made as at launch and loaded with the silence track.
+Document* firstDocument(AppDelegate& app);
+
+// Answers the next modal file dialog: selects `path`, or cancels when empty.
+void answerFileDialog(const QString& path);
+
+// What an alert said, captured when it was closed with its only button.
+struct AlertSeen {
+    bool shown = false;
+    QString text;
+    QString informativeText;
+    QStringList buttons;
+};
+// Closes the next alert with "Close" and records what it said.
+std::shared_ptr<AlertSeen> answerAlert();
+
+// Runs `open` (which shows the file dialog), answers it with `path` and waits
+// until the document has finished loading and drawn its waveform.
+bool openInto(Document* document, const QString& path, const std::function<void()>& open);
+
+} // namespace gui
