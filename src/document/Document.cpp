@@ -15,6 +15,7 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QColorDialog>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFutureWatcher>
@@ -32,15 +33,18 @@ const QStringList AudioExtensions = {"ac3",  "aifc", "aiff", "aif", "amr", "au",
                                      "flac", "mp3",  "ogg",  "raw", "spx", "wav", "wma"};
 
 QString chooseAudioFile(QWidget* parent) {
+    // The dialog starts where the last file of this session came from.
+    static QString lastFolder = QDir::homePath();
     QStringList patterns;
     for (const QString& extension : AudioExtensions)
-        patterns << "*." + extension << "*." + extension.toUpper();
-    QFileDialog dialog(parent, QStringLiteral("Select an audio file."));
+        patterns << "*." + extension; // the dialog matches names case-insensitively
+    QFileDialog dialog(parent, QStringLiteral("Select an audio file."), lastFolder);
     dialog.setFileMode(QFileDialog::ExistingFile);
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setNameFilter(QObject::tr("Audio files (%1)").arg(patterns.join(u' ')));
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return {};
+    lastFolder = QFileInfo(dialog.selectedFiles().first()).path();
     return dialog.selectedFiles().first();
 }
 
@@ -89,8 +93,10 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
 
     m_toolBar = buildToolBar();
     addToolBar(m_toolBar);
+    labelSource = new QLabel;
     labelDuration = new QLabel;
     labelSize = new QLabel;
+    statusBar()->addPermanentWidget(labelSource);
     statusBar()->addPermanentWidget(labelDuration);
     statusBar()->addPermanentWidget(labelSize);
     app.installMenus(this);
@@ -264,6 +270,7 @@ void Document::finishLoading(qint64 seconds, bool showFile) {
     history.u_array_WAV_Files_Length = 0;
     history.u_array_WAV_Files_Position = 0;
     Add_WAV_File_To_Undo_Redo_Array();
+    labelSource->setText(QFileInfo(s_File_Path).fileName());
     labelSize->setText(s_File_Size);
     labelSize->setVisible(!s_File_Size.isEmpty());
     emit loaded();

@@ -77,6 +77,7 @@ public:
     QAction* btnColour;
 
     // The status bar's texts, for the user and for tests.
+    QLabel* labelSource; // the name of the file that was opened
     QLabel* labelDuration;
     QLabel* labelSize;
 

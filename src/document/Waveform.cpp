@@ -1,9 +1,10 @@
 #include "Waveform.h"
 
 #include <QFile>
-#include <cmath>
+#include <algorithm>
 #include <memory>
 #include <sndfile.h>
+#include <thread>
 
 namespace {
 struct SndfileCloser {
@@ -12,81 +13,97 @@ struct SndfileCloser {
 using SndfileHandle = std::unique_ptr<SNDFILE, SndfileCloser>;
 
 constexpr sf_count_t BlockFrames = 1 << 15;
+constexpr float FullScale = 32768.0f;
 
-// Adds each channel's sum of squares over `frames` interleaved frames. Exact
-// integer arithmetic: a square fits in 31 bits, a stretch's sum in 64. The
-// stereo case is written so that the compiler vectorises it.
-void addSquares(const short* sample, sf_count_t frames, int channels, std::vector<qint64>& sums) {
+// Raises each channel's peak to the largest magnitude among `frames`
+// interleaved frames. The stereo case is written so that the compiler
+// vectorises it.
+void raisePeaks(const short* sample, sf_count_t frames, int channels, std::vector<int>& peaks) {
     if (channels == 2) {
-        qint64 left = 0, right = 0;
+        int left = peaks[0], right = peaks[1];
         for (sf_count_t i = 0; i < frames; ++i) {
-            const int l = sample[2 * i], r = sample[2 * i + 1];
-            left += l * l;
-            right += r * r;
+            left = std::max(left, std::abs(int(sample[2 * i])));
+            right = std::max(right, std::abs(int(sample[2 * i + 1])));
         }
-        sums[0] += left;
-        sums[1] += right;
+        peaks[0] = left;
+        peaks[1] = right;
         return;
     }
     for (int c = 0; c < channels; ++c) {
-        qint64 sum = 0;
+        int peak = peaks[std::size_t(c)];
         const short* s = sample + c;
         for (sf_count_t i = 0; i < frames; ++i, s += channels)
-            sum += *s * *s;
-        sums[std::size_t(c)] += sum;
+            peak = std::max(peak, std::abs(int(*s)));
+        peaks[std::size_t(c)] = peak;
     }
 }
-constexpr double FullScale = 32768.0;
-} // namespace
 
-Waveform reduceWaveform(const QString& path, int points) {
-    Waveform waveform;
-    SF_INFO info{};
-    SndfileHandle file(sf_open(QFile::encodeName(path).constData(), SFM_READ, &info));
-    if (!file || info.channels < 1 || points < 1)
-        return waveform;
-
+// Reduces points [first, last) of an open file into `out`, reading only their frames.
+void reducePoints(SNDFILE* file, const SF_INFO& info, int points, int first, int last,
+                  std::vector<std::vector<float>>& out) {
     const int channels = info.channels;
-    waveform.frames = info.frames;
-    waveform.sampleRate = info.samplerate;
-    waveform.channels.assign(std::size_t(channels), std::vector<float>(std::size_t(points), 0.0f));
-
-    // Bucket b covers frames [b * frames / points, (b + 1) * frames / points).
-    auto bucketEnd = [&](int b) { return (sf_count_t(b) + 1) * info.frames / points; };
-    std::vector<qint64> sums(std::size_t(channels), 0);
-    int bucket = 0;
-    sf_count_t frame = 0; // index of the next frame read
-    sf_count_t bucketStart = 0;
-    sf_count_t end = bucketEnd(0);
-    auto closeBucket = [&] {
-        const double count = double(end - bucketStart);
+    auto pointStart = [&](int b) { return sf_count_t(b) * info.frames / points; };
+    std::vector<int> peaks(std::size_t(channels), 0);
+    int point = first;
+    sf_count_t frame = pointStart(first); // index of the next frame to take
+    sf_count_t end = pointStart(first + 1);
+    auto closePoint = [&] {
         for (int c = 0; c < channels; ++c) {
-            waveform.channels[std::size_t(c)][std::size_t(bucket)] =
-                count > 0 ? float(std::sqrt(double(sums[std::size_t(c)]) / count) / FullScale) : 0.0f;
-            sums[std::size_t(c)] = 0;
+            out[std::size_t(c)][std::size_t(point)] = float(peaks[std::size_t(c)]) / FullScale;
+            peaks[std::size_t(c)] = 0;
         }
-        bucketStart = end;
-        ++bucket;
-        end = bucket < points ? bucketEnd(bucket) : info.frames;
+        ++point;
+        end = pointStart(point + 1);
     };
-
+    if (sf_seek(file, frame, SEEK_SET) < 0)
+        return;
+    const sf_count_t lastFrame = pointStart(last);
     std::vector<short> block(std::size_t(BlockFrames * channels));
-    sf_count_t got = 0;
-    while (bucket < points && (got = sf_readf_short(file.get(), block.data(), BlockFrames)) > 0) {
+    while (frame < lastFrame) {
+        const sf_count_t got = sf_readf_short(file, block.data(), std::min(BlockFrames, lastFrame - frame));
+        if (got <= 0)
+            break;
         const short* sample = block.data();
-        sf_count_t remaining = got;
-        while (remaining > 0) {
-            while (bucket < points && frame >= end)
-                closeBucket();
-            const sf_count_t take = std::min(remaining, bucket < points ? end - frame : remaining);
-            addSquares(sample, take, channels, sums);
+        for (sf_count_t remaining = got; remaining > 0;) {
+            while (frame >= end)
+                closePoint();
+            const sf_count_t take = std::min(remaining, end - frame);
+            raisePeaks(sample, take, channels, peaks);
             sample += take * channels;
             remaining -= take;
             frame += take;
         }
     }
-    while (bucket < points)
-        closeBucket();
+    while (point < last)
+        closePoint();
+}
+} // namespace
+
+Waveform reduceWaveform(const QString& path, int points) {
+    Waveform waveform;
+    const QByteArray name = QFile::encodeName(path);
+    SF_INFO info{};
+    SndfileHandle file(sf_open(name.constData(), SFM_READ, &info));
+    if (!file || info.channels < 1 || points < 1)
+        return waveform;
+
+    waveform.frames = info.frames;
+    waveform.sampleRate = info.samplerate;
+    waveform.channels.assign(std::size_t(info.channels), std::vector<float>(std::size_t(points), 0.0f));
+
+    // A long file is read in two halves at once, each through its own handle.
+    const bool split = info.seekable && info.frames >= (sf_count_t(1) << 20) && points >= 2;
+    SF_INFO secondInfo{};
+    SndfileHandle second(split ? sf_open(name.constData(), SFM_READ, &secondInfo) : nullptr);
+    if (!second) {
+        reducePoints(file.get(), info, points, 0, points, waveform.channels);
+    } else {
+        const int middle = points / 2;
+        std::thread secondHalf(
+            [&] { reducePoints(second.get(), info, points, middle, points, waveform.channels); });
+        reducePoints(file.get(), info, points, 0, middle, waveform.channels);
+        secondHalf.join();
+    }
     waveform.ok = true;
     return waveform;
 }

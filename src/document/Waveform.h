@@ -3,8 +3,8 @@
 #include <QString>
 #include <vector>
 
-// A track reduced for drawing: `points` values per channel, each the RMS
-// level (0..1) of an equal stretch of the file.
+// A track reduced for drawing: `points` values per channel, each the peak
+// level (0..1, the largest magnitude) of an equal stretch of the file.
 struct Waveform {
     std::vector<std::vector<float>> channels;
     qint64 frames = 0;

@@ -153,6 +153,8 @@ private slots:
     void theFourHelpPagesOpenLocally() {
         auto app = gui::startApplication(m_root.filePath("home-g"));
         QVERIFY(app);
+        for (const char* page : {"product.html", "makers.html", "privacy.html", "support.html"})
+            QVERIFY2(!AppDelegate::helpPagePath(page).isEmpty(), page);
         QDesktopServices::setUrlHandler("file", this, "openUrl");
         m_opened.clear();
         for (QAction* item : {app->actionHomePage, app->actionMakers, app->actionPrivacy, app->actionSupport})

@@ -128,6 +128,20 @@ private slots:
         QVERIFY(locateTool("tanselo-no-such-tool", app).isEmpty());
     }
 
+    void theLogShowsCommandLinesAUserCanPaste() {
+        ToolRun run{"/usr/bin/ffmpeg", {"-i", "/w/it's a $(test).wav", "-ac", "2"}, "Duration: x\n", 1, 12};
+        QCOMPARE(commandLine(run), QString("/usr/bin/ffmpeg -i '/w/it'\\''s a $(test).wav' -ac 2"));
+        QCOMPARE(toolLogText({run}), QString("$ /usr/bin/ffmpeg -i '/w/it'\\''s a $(test).wav' -ac 2\n# exit "
+                                             "code 1, 12 ms\nDuration: x\n\n"));
+        // Pasted into a shell, the line gives the program exactly these arguments.
+        const QString script = m_dir.filePath("echo-args.sh");
+        writeScript(script, "for a in \"$@\"; do printf '[%s]' \"$a\"; done\n");
+        run.program = script;
+        QString output;
+        QCOMPARE(fixtures::run("sh", {"-c", commandLine(run)}, &output), 0);
+        QCOMPARE(output, QString("[-i][/w/it's a $(test).wav][-ac][2]"));
+    }
+
     void missingToolMessageNamesProgramAndPackage() {
         const QString text = missingToolMessage("ffmpeg");
         QVERIFY(text.contains("\"ffmpeg\""));

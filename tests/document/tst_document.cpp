@@ -7,8 +7,10 @@
 #include "timeline/View_Time_Rule.h"
 
 #include <QAction>
+#include <QColorDialog>
 #include <QDir>
 #include <QFile>
+#include <QFileDialog>
 #include <QLabel>
 #include <QSignalSpy>
 #include <QStatusBar>
@@ -104,7 +106,7 @@ private slots:
     }
 
     void aCancelledOpenDialogLoadsTheSilenceTrack() {
-        gui::answerFileDialog({});
+        const auto dialog = gui::answerFileDialog({});
         m_app->openDocument();
         QCOMPARE(m_app->u_Open_New_Document, 1u);
         Document* d = m_app->documents().last();
@@ -114,6 +116,17 @@ private slots:
         QCOMPARE(d->s_WAV_File_Path, m_app->sSilenceWavPath);
         QCOMPARE(d->s_WAV_File_URL, m_app->sSilenceWavURL);
         QCOMPARE(d->i_Audio_Duration_Seconds, qint64(60));
+        QCOMPARE(d->history.array_WAV_Files, QStringList({m_app->sSilenceWavPath}));
+
+        // The dialog asked for one existing file of the fifteen accepted kinds.
+        QVERIFY(dialog->shown);
+        QCOMPARE(dialog->title, QString("Select an audio file."));
+        QCOMPARE(dialog->fileMode, int(QFileDialog::ExistingFile));
+        QCOMPARE(dialog->nameFilters.size(), 1);
+        const QStringList offered = dialog->nameFilters.first().section('(', 1).chopped(1).split(' ');
+        QCOMPARE(offered,
+                 QStringList({"*.ac3", "*.aifc", "*.aiff", "*.aif", "*.amr", "*.au", "*.caf", "*.cda",
+                              "*.flac", "*.mp3", "*.ogg", "*.raw", "*.spx", "*.wav", "*.wma"}));
     }
 
     void theWaveformOfAToneShowsGreenOverBlack() {
@@ -249,11 +262,52 @@ private slots:
         QVERIFY(QFile::exists(m_tone)); // the opened file is never touched
     }
 
-    void aChosenColourBecomesTheWaveformColour() {
+    void aColourChosenInTheColourDialogBecomesTheWaveformColour() {
         Document* d = gui::firstDocument(*m_app);
         QVERIFY(d);
-        d->changeColor(QColor(200, 30, 180));
+        bool asked = false;
+        gui::whenModal<QColorDialog>([&](QColorDialog* dialog) {
+            asked = true;
+            QCOMPARE(dialog->currentColor(), QColor(0, 255, 0));
+            dialog->setCurrentColor(QColor(200, 30, 180));
+            dialog->accept();
+        });
+        d->btnColour->trigger();
+        QVERIFY(asked);
         QCOMPARE(d->audioPlot->color(), QColor(200, 30, 180));
+    }
+
+    void aBatchEntryShownByAnOpenDocumentRefreshesItThere() {
+        // P1 is already open: that document reloads it (and clears its history,
+        // deleting P1, as required); the one new document takes entry 0 again
+        // and the mode stays 2 for the next new document, which takes P2.
+        Document* d = gui::firstDocument(*m_app);
+        QVERIFY(d);
+        const QString p1 = workCopy("split_PART_1.wav", 1);
+        const QString p2 = workCopy("split_PART_2.wav", 2);
+        d->s_WAV_File_Path = p1;
+        d->s_WAV_File_URL = "file://" + p1;
+        d->Add_WAV_File_To_Undo_Redo_Array();
+        m_app->array_Pre_Generated_Docs = {p1, p2};
+        m_app->u_Pre_Generated_Docs_Index = 0;
+        m_app->color_Pre_Generated_Docs = QColor(0, 0, 255);
+        QSignalSpy refreshed(d, &Document::loaded);
+        m_app->openPreGeneratedDocuments();
+        QCOMPARE(m_app->documents().size(), 2);
+        QVERIFY(refreshed.wait(10000));
+        QCOMPARE(d->audioPlot->color(), QColor(0, 0, 255));
+        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(1));
+        QCOMPARE(d->history.array_WAV_Files, QStringList({p1}));
+        QVERIFY(!QFile::exists(p1));
+        Document* added = m_app->documents()[1];
+        QVERIFY(QTest::qWaitFor([&] { return added->b_Audio_Loaded; }, 10000));
+        QCOMPARE(added->windowTitle(), QString("split_PART_1.wav"));
+        QCOMPARE(added->i_Audio_Duration_Seconds, qint64(0));
+        QCOMPARE(m_app->u_Open_New_Document, 2u);
+        Document* next = m_app->newDocument();
+        QVERIFY(QTest::qWaitFor([&] { return next->b_Audio_Loaded; }, 10000));
+        QCOMPARE(next->windowTitle(), QString("split_PART_2.wav"));
+        QCOMPARE(m_app->u_Open_New_Document, 0u);
     }
 
     void theWindowCannotShrinkBelowItsMinimum() {

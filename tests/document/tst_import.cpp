@@ -152,6 +152,7 @@ private slots:
         QCOMPARE(d->labelDuration->text(), "Length " + clockText(qint64(std::floor(wav.seconds()))));
         QCOMPARE(d->s_File_Size, fileSizeText(QFileInfo(source).size()));
         QCOMPARE(d->labelSize->text(), d->s_File_Size);
+        QCOMPARE(d->labelSource->text(), name);
         QCOMPARE(d->history.array_WAV_Files, QStringList({d->s_WAV_File_Path}));
         QCOMPARE(m_app->u_Open_New_Document, 0u);
     }

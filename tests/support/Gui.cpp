@@ -37,20 +37,13 @@ Document* firstDocument(AppDelegate& app) {
     return document;
 }
 
-namespace {
-// Polls until a modal widget of type T is up, then hands it to `act`.
-template <typename T> void whenModal(std::function<void(T*)> act, int triesLeft = 3000) {
-    QTimer::singleShot(10, [act, triesLeft] {
-        if (auto* widget = qobject_cast<T*>(QApplication::activeModalWidget()))
-            act(widget);
-        else if (triesLeft > 0)
-            whenModal<T>(act, triesLeft - 1);
-    });
-}
-} // namespace
-
-void answerFileDialog(const QString& path) {
-    whenModal<QFileDialog>([path](QFileDialog* dialog) {
+std::shared_ptr<FileDialogSeen> answerFileDialog(const QString& path) {
+    auto seen = std::make_shared<FileDialogSeen>();
+    whenModal<QFileDialog>([path, seen](QFileDialog* dialog) {
+        seen->shown = true;
+        seen->title = dialog->windowTitle();
+        seen->nameFilters = dialog->nameFilters();
+        seen->fileMode = dialog->fileMode();
         if (path.isEmpty()) {
             dialog->reject();
             return;
@@ -65,6 +58,7 @@ void answerFileDialog(const QString& path) {
         QCOMPARE(dialog->selectedFiles(), QStringList({QFileInfo(path).absoluteFilePath()}));
         static_cast<QDialog*>(dialog)->done(QDialog::Accepted);
     });
+    return seen;
 }
 
 std::shared_ptr<AlertSeen> answerAlert() {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QApplication>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 #include <functional>
 #include <memory>
 
@@ -20,8 +22,25 @@ bool waitIdle(AppDelegate& app, int timeoutMs = 30000);
 // The first document window, made as at launch and loaded with the silence track.
 Document* firstDocument(AppDelegate& app);
 
+// Polls until a modal widget of type T is up, then hands it to `act`.
+template <typename T> void whenModal(std::function<void(T*)> act, int triesLeft = 3000) {
+    QTimer::singleShot(10, [act, triesLeft] {
+        if (auto* widget = qobject_cast<T*>(QApplication::activeModalWidget()))
+            act(widget);
+        else if (triesLeft > 0)
+            whenModal<T>(act, triesLeft - 1);
+    });
+}
+
+// What a file dialog offered, captured when it was answered.
+struct FileDialogSeen {
+    bool shown = false;
+    QString title;
+    QStringList nameFilters;
+    int fileMode = -1;
+};
 // Answers the next modal file dialog: selects `path`, or cancels when empty.
-void answerFileDialog(const QString& path);
+std::shared_ptr<FileDialogSeen> answerFileDialog(const QString& path);
 
 // What an alert said, captured when it was closed with its only button.
 struct AlertSeen {

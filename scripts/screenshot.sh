@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# Takes a screenshot of the real editor under Xvfb with a track loaded:
+#   scripts/screenshot.sh OUTPUT.png [AUDIO_FILE]
+# Without a file, a speech recording is put together from alsa-utils' samples.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+output=$(realpath -m "$1")
+work=$(mktemp -d)
+trap 'kill $app $xvfb 2>/dev/null || true; rm -rf "$work"' EXIT
+
+audio=${2:-}
+if [ -z "$audio" ]; then
+    audio="$work/Speaker check.flac"
+    alsa=/usr/share/sounds/alsa
+    sox $alsa/Front_Left.wav $alsa/Front_Center.wav $alsa/Front_Right.wav $alsa/Side_Right.wav \
+        $alsa/Rear_Right.wav $alsa/Rear_Center.wav $alsa/Rear_Left.wav $alsa/Side_Left.wav "$audio"
+fi
+
+export DISPLAY=:97
+Xvfb $DISPLAY -screen 0 1100x480x24 >/dev/null 2>&1 &
+xvfb=$!
+sleep 1
+HOME="$work/home" ./build/tanselo >/dev/null 2>&1 &
+app=$!
+first=$(xdotool search --sync --name 'silence.wav' | head -1)
+xdotool windowfocus "$first"
+xdotool key ctrl+o
+dialog=$(xdotool search --sync --name 'Select an audio file.' | head -1)
+sleep 0.5
+xdotool windowfocus "$dialog"
+xdotool type --delay 5 "$audio"
+xdotool key Return
+window=$(timeout 20 xdotool search --sync --name '^[0-9-]+\.wav$' | head -1)
+sleep 1.5
+import -window "$window" "$output"
+echo "$output"
