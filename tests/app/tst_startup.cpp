@@ -50,11 +50,14 @@ private slots:
         QCOMPARE(QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
                  QStringList({"silence.wav"}));
         const fixtures::WavInfo silence = fixtures::wavInfo(folder + "/silence.wav");
-        // sox writes the null input's own 32-bit precision for exactly these arguments.
+        // For exactly these arguments sox writes the null input's own 32-bit
+        // precision (as an extensible WAV); every edit later writes 16-bit.
         QVERIFY(silence.ok);
         QCOMPARE(silence.sampleRate, 44100);
         QCOMPARE(silence.channels, 2);
-        QCOMPARE(silence.format, SF_FORMAT_WAV | SF_FORMAT_PCM_32);
+        QCOMPARE(silence.format & SF_FORMAT_SUBMASK, SF_FORMAT_PCM_32);
+        QVERIFY((silence.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_WAV ||
+                (silence.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_WAVEX);
         QCOMPARE(silence.frames, qint64(60 * 44100));
         QCOMPARE(fixtures::rms(folder + "/silence.wav", 0, 60), 0.0);
         QCOMPARE(
