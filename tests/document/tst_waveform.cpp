@@ -30,10 +30,8 @@ private slots:
         const QString gap = m_dir.filePath("gap.wav");
         const QString joined = m_dir.filePath("tone-gap.wav");
         fixtures::makeTone(tone, 2, 440, 0.8);
-        QCOMPARE(
-            fixtures::run("sox", {"-D", "-n", "-r", "44100", "-c", "2", "-b", "16", gap, "trim", "0", "2"}),
-            0);
-        QCOMPARE(fixtures::run("sox", {"-D", tone, gap, joined}), 0);
+        fixtures::makeSilence(gap, 2);
+        fixtures::join({tone, gap}, joined);
         const Waveform w = reduceWaveform(joined, 100);
         QCOMPARE(w.channels[0].size(), std::size_t(100));
         for (int i = 0; i < 49; ++i)
@@ -48,10 +46,8 @@ private slots:
         const QString gap = m_dir.filePath("ten-gap.wav");
         const QString joined = m_dir.filePath("thirty.wav");
         fixtures::makeTone(tone, 10, 440, 0.5);
-        QCOMPARE(
-            fixtures::run("sox", {"-D", "-n", "-r", "44100", "-c", "2", "-b", "16", gap, "trim", "0", "10"}),
-            0);
-        QCOMPARE(fixtures::run("sox", {"-D", tone, gap, tone, joined}), 0);
+        fixtures::makeSilence(gap, 10);
+        fixtures::join({tone, gap, tone}, joined);
         const Waveform w = reduceWaveform(joined);
         QCOMPARE(w.frames, qint64(30 * 44100));
         for (const auto& channel : w.channels) {
@@ -91,9 +87,7 @@ private slots:
 
     void anEmptyWavGivesSilentPoints() {
         const QString empty = m_dir.filePath("empty.wav");
-        QCOMPARE(
-            fixtures::run("sox", {"-D", "-n", "-r", "44100", "-c", "2", "-b", "16", empty, "trim", "0", "0"}),
-            0);
+        fixtures::makeSilence(empty, 0);
         const Waveform w = reduceWaveform(empty);
         QVERIFY(w.ok);
         QCOMPARE(w.frames, qint64(0));

@@ -32,6 +32,20 @@ void makeTone(const QString& path, double seconds, int frequency, double gain) {
         qFatal("sox could not make a tone: %s", qPrintable(output));
 }
 
+void makeSilence(const QString& path, double seconds) {
+    QString output;
+    if (run("sox",
+            {"-D", "-n", "-r", "44100", "-c", "2", "-b", "16", path, "trim", "0", QString::number(seconds)},
+            &output) != 0)
+        qFatal("sox could not make silence: %s", qPrintable(output));
+}
+
+void join(const QStringList& parts, const QString& path) {
+    QString output;
+    if (run("sox", QStringList{"-D"} + parts + QStringList{path}, &output) != 0)
+        qFatal("sox could not join: %s", qPrintable(output));
+}
+
 bool WavInfo::isWorkingWav() const {
     return ok && sampleRate == 44100 && channels == 2 && (format & SF_FORMAT_TYPEMASK) == SF_FORMAT_WAV &&
            (format & SF_FORMAT_SUBMASK) == SF_FORMAT_PCM_16;

@@ -12,6 +12,12 @@ int run(const QString& program, const QStringList& arguments, QString* output = 
 // A stereo 44.1 kHz 16-bit sine tone made by the real sox.
 void makeTone(const QString& path, double seconds, int frequency = 1000, double gain = 0.5);
 
+// Silence of the same format.
+void makeSilence(const QString& path, double seconds);
+
+// Joins files end to end into `path`, with sox.
+void join(const QStringList& parts, const QString& path);
+
 // What libsndfile reads from a file.
 struct WavInfo {
     bool ok = false;
