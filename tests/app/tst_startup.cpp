@@ -5,8 +5,10 @@
 
 #include <QAction>
 #include <QDesktopServices>
+#include <QDialog>
 #include <QDir>
 #include <QFile>
+#include <QPlainTextEdit>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -151,6 +153,20 @@ private slots:
         QVERIFY(reloaded.wait(10000));
         QCOMPARE(app->actionUndo->shortcut(), QKeySequence(QKeySequence::Undo));
         QCOMPARE(app->actionOpen->shortcut(), QKeySequence(QKeySequence::Open));
+    }
+
+    void toolRunsShowsTheCommandLinesOfTheSession() {
+        auto app = gui::startApplication(m_root.filePath("home-h"));
+        QVERIFY(app && gui::waitIdle(*app));
+        QString shown;
+        gui::whenModal<QDialog>([&](QDialog* dialog) {
+            shown = dialog->findChild<QPlainTextEdit*>()->toPlainText();
+            dialog->reject();
+        });
+        app->actionToolRuns->trigger();
+        QVERIFY2(shown.startsWith("$ " + app->sSoxPath + " -n -r 44100 -c 2 " + app->s_Output_Folder +
+                                  "/silence.wav trim 0.0 60.0\n# exit code 0, "),
+                 qPrintable(shown));
     }
 
     void theFourHelpPagesOpenLocally() {
