@@ -13,7 +13,6 @@
 #include "timeline/View_Time_Rule.h"
 
 #include <QAction>
-#include <QCloseEvent>
 #include <QColorDialog>
 #include <QDir>
 #include <QFileDialog>
@@ -307,7 +306,6 @@ void Document::openFileWithFilePathURL(const QString& url) {
         audioPlot->setPoints(waveform.ok && !waveform.channels.empty() ? waveform.channels.front()
                                                                        : std::vector<float>());
         viewAudioPlot->update();
-        ++m_plotGeneration;
         emit plotUpdated();
     });
     watcher->setFuture(QtConcurrent::run(reduceWaveform, path, 1024));
@@ -355,9 +353,4 @@ void Document::chooseColour() {
     const QColor color = QColorDialog::getColor(audioPlot->color(), this, tr("Waveform Colour"));
     if (color.isValid())
         changeColor(color);
-}
-
-void Document::closeEvent(QCloseEvent* event) {
-    // Playback stops with the window; the history's files stay until the next start.
-    event->accept();
 }

@@ -81,15 +81,9 @@ public:
     QLabel* labelDuration;
     QLabel* labelSize;
 
-    // Set when the waveform of the current file has been drawn (tests wait on it).
-    int plotGeneration() const { return m_plotGeneration; }
-
 signals:
     void loaded();      // a load or reload has finished
     void plotUpdated(); // new waveform points are on screen
-
-protected:
-    void closeEvent(QCloseEvent* event) override;
 
 private:
     QToolBar* buildToolBar();
@@ -104,5 +98,4 @@ private:
     AppDelegate& m_app;
     QToolBar* m_toolBar;
     int m_plotRequest = 0;
-    int m_plotGeneration = 0;
 };
