@@ -1,14 +1,17 @@
 #!/usr/bin/env bash
 # Takes a screenshot of the real editor under Xvfb with a track loaded:
-#   scripts/screenshot.sh OUTPUT.png [AUDIO_FILE]
-# Without a file, a speech recording is put together from alsa-utils' samples.
+#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [AUDIO_FILE]
+# The play position is set by a click a third of the way along the visible
+# waveform. Without a file, a speech recording is put together from
+# alsa-utils' samples.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 output=$(realpath -m "$1")
 work=$(mktemp -d)
 trap 'kill $app $xvfb 2>/dev/null || true; rm -rf "$work"' EXIT
 
-audio=${2:-}
+zoom=${2:-0}
+audio=${3:-}
 if [ -z "$audio" ]; then
     audio="$work/Speaker check.flac"
     alsa=/usr/share/sounds/alsa
@@ -31,6 +34,10 @@ xdotool windowfocus "$dialog"
 xdotool type --delay 5 "$audio"
 xdotool key Return
 window=$(timeout 20 xdotool search --sync --name '^[0-9-]+\.wav$' | head -1)
-sleep 1.5
+sleep 1
+xdotool windowfocus "$window"
+for _ in $(seq "$zoom"); do xdotool key ctrl+plus; sleep 0.2; done
+xdotool mousemove --window "$window" 330 200 click 1
+sleep 0.5
 import -window "$window" "$output"
 echo "$output"

@@ -9,6 +9,7 @@
 #include "document/ImportPlans.h"
 #include "document/Waveform.h"
 #include "document/WaveformPlot.h"
+#include "timeline/TimeStrings.h"
 #include "timeline/View_Audio_Wave.h"
 #include "timeline/View_Time_Rule.h"
 
@@ -47,20 +48,21 @@ QString chooseAudioFile(QWidget* parent) {
     return dialog.selectedFiles().first();
 }
 
-// The plot lies exactly over the overlay, whatever size the overlay takes.
-class FollowGeometry : public QObject {
+// Calls back whenever a widget is resized.
+class ResizeWatcher : public QObject {
 public:
-    FollowGeometry(QWidget* follower, QWidget* leader) : QObject(follower), m_follower(follower) {
-        leader->installEventFilter(this);
+    ResizeWatcher(QWidget* watched, std::function<void()> resized)
+        : QObject(watched), m_resized(std::move(resized)) {
+        watched->installEventFilter(this);
     }
-    bool eventFilter(QObject* watched, QEvent* event) override {
+    bool eventFilter(QObject*, QEvent* event) override {
         if (event->type() == QEvent::Resize)
-            m_follower->setGeometry(static_cast<QWidget*>(watched)->rect());
+            m_resized();
         return false;
     }
 
 private:
-    QWidget* m_follower;
+    std::function<void()> m_resized;
 };
 } // namespace
 
@@ -70,31 +72,40 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
     setMinimumSize(800, 140);
     resize(1000, 380);
 
+    // The ruler stands above the overlay in one container, which the scroll
+    // area scrolls once a zoom has made it wider than the visible width.
     viewTimeRule = new View_Time_Rule;
     viewAudioPlot = new View_Audio_Wave;
     audioPlot = new WaveformPlot(viewAudioPlot);
-    new FollowGeometry(audioPlot, viewAudioPlot);
+    viewAudioPlot->setPlotView(audioPlot);
     viewTimeRule->u_ID = id;
     viewAudioPlot->u_ID = id;
-
-    scrollviewAudioPlot = new QScrollArea;
-    scrollviewAudioPlot->setFrameShape(QFrame::NoFrame);
-    scrollviewAudioPlot->setWidgetResizable(true);
-    scrollviewAudioPlot->setWidget(viewAudioPlot);
 
     viewTimePlusAudioPlot = new QWidget;
     auto* layout = new QVBoxLayout(viewTimePlusAudioPlot);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(viewTimeRule);
-    layout->addWidget(scrollviewAudioPlot, 1);
-    setCentralWidget(viewTimePlusAudioPlot);
+    layout->addWidget(viewAudioPlot, 1);
+
+    scrollviewAudioPlot = new QScrollArea;
+    scrollviewAudioPlot->setFrameShape(QFrame::NoFrame);
+    scrollviewAudioPlot->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scrollviewAudioPlot->setWidgetResizable(false);
+    scrollviewAudioPlot->setWidget(viewTimePlusAudioPlot);
+    new ResizeWatcher(scrollviewAudioPlot->viewport(), [this] { followViewport(); });
+    setCentralWidget(scrollviewAudioPlot);
+    connect(viewAudioPlot, &View_Audio_Wave::markersChanged, this, &Document::showMarkers);
 
     m_toolBar = buildToolBar();
     addToolBar(m_toolBar);
+    labelSelection = new QLabel;
+    labelPosition = new QLabel;
     labelSource = new QLabel;
     labelDuration = new QLabel;
     labelSize = new QLabel;
+    statusBar()->addWidget(labelSelection);
+    statusBar()->addWidget(labelPosition);
     statusBar()->addPermanentWidget(labelSource);
     statusBar()->addPermanentWidget(labelDuration);
     statusBar()->addPermanentWidget(labelSize);
@@ -146,12 +157,16 @@ QToolBar* Document::buildToolBar() {
     connect(btnUndo, &QAction::triggered, this, &Document::Operation_Undo);
     connect(btnRedo, &QAction::triggered, this, &Document::Operation_Redo);
     connect(btnColour, &QAction::triggered, this, &Document::chooseColour);
+    btnZoomPlus->setShortcuts(QKeySequence::ZoomIn);
+    btnZoomMinus->setShortcuts(QKeySequence::ZoomOut);
+    connect(btnZoomPlus, &QAction::triggered, this, &Document::OnToolbarZoomPlus);
+    connect(btnZoomMinus, &QAction::triggered, this, &Document::OnToolbarZoomMinus);
     return bar;
 }
 
 void Document::setEditingEnabled(bool enabled) {
     m_toolBar->setEnabled(enabled);
-    viewTimePlusAudioPlot->setEnabled(enabled);
+    scrollviewAudioPlot->setEnabled(enabled);
     if (enabled)
         statusBar()->clearMessage();
 }
@@ -291,6 +306,7 @@ void Document::takeDuration(qint64 seconds) {
     labelDuration->setText(tr("Length %1").arg(clockText(seconds)));
     viewTimeRule->update();
     viewAudioPlot->update();
+    showMarkers();
 }
 
 void Document::openFileWithFilePathURL(const QString& url) {
@@ -353,4 +369,62 @@ void Document::chooseColour() {
     const QColor color = QColorDialog::getColor(audioPlot->color(), this, tr("Waveform Colour"));
     if (color.isValid())
         changeColor(color);
+}
+
+SegmentVariables Document::segmentVariables() const {
+    return calculateSegmentVariables({viewAudioPlot->f_Audio_Length, viewAudioPlot->f_Selection_Start,
+                                      viewAudioPlot->f_Selection_End, viewAudioPlot->f_Audio_Position,
+                                      i_Audio_Duration_Seconds});
+}
+
+void Document::Calculate_Segment_Variables() {
+    const SegmentVariables v = segmentVariables();
+    f_StartSelection = v.f_StartSelection;
+    f_EndSelection = v.f_EndSelection;
+    f_CurrentPosition = v.f_CurrentPosition;
+    sStart = v.sStart;
+    sStartSelection = v.sStartSelection;
+    sEndSelection = v.sEndSelection;
+    sCurrentPosition = v.sCurrentPosition;
+    sDurationSelection = v.sDurationSelection;
+    sDurationLastSegment = v.sDurationLastSegment;
+    sDurationSegmentAfterStartSelection = v.sDurationSegmentAfterStartSelection;
+    sDurationSegmentAfterCurrentPosition = v.sDurationSegmentAfterCurrentPosition;
+}
+
+void Document::showMarkers() {
+    const SegmentVariables v = segmentVariables();
+    labelSelection->setText(b_Audio_Loaded ? selectionStatusText(v) : QString());
+    labelPosition->setText(b_Audio_Loaded ? positionStatusText(v) : QString());
+}
+
+void Document::OnToolbarZoomPlus() {
+    ++u_Zoom_Factor;
+    layOutZoom();
+}
+
+void Document::OnToolbarZoomMinus() {
+    u_Zoom_Factor = u_Zoom_Factor - 1 <= 1 ? 1 : u_Zoom_Factor - 1;
+    layOutZoom();
+}
+
+void Document::layOutZoom() {
+    // Overlay, container and ruler become Z visible widths wide; the overlay's
+    // plot width follows, so the markers keep their percentages at new x.
+    m_zoomed = true;
+    const int width = int(u_Zoom_Factor) * scrollviewAudioPlot->viewport()->width();
+    viewTimePlusAudioPlot->resize(width, scrollviewAudioPlot->viewport()->height());
+    viewTimePlusAudioPlot->layout()->activate();
+    viewAudioPlot->f_AudioPlot_Width = float(viewAudioPlot->width());
+    viewAudioPlot->placePlotView();
+    viewTimeRule->update();
+    viewAudioPlot->update();
+}
+
+void Document::followViewport() {
+    // Before the first zoom the container fills the visible area; afterwards
+    // only its height follows the window, its width waits for the next zoom.
+    const QSize visible = scrollviewAudioPlot->viewport()->size();
+    viewTimePlusAudioPlot->resize(m_zoomed ? viewTimePlusAudioPlot->width() : visible.width(),
+                                  visible.height());
 }

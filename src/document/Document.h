@@ -1,6 +1,7 @@
 #pragma once
 
 #include "document/VersionHistory.h"
+#include "timeline/TimeStrings.h"
 
 #include <QColor>
 #include <QMainWindow>
@@ -43,6 +44,14 @@ public:
 
     void changeColor(const QColor& color);
 
+    // The markers in seconds and as the time strings every cutting operation
+    // passes to the tools; recomputed from the overlay on each call.
+    void Calculate_Segment_Variables();
+
+    // Zoom: the whole track spans u_Zoom_Factor visible widths.
+    void OnToolbarZoomPlus();
+    void OnToolbarZoomMinus();
+
     quint64 u_ID;
     QString s_File_URL, s_File_Path, s_Folder_Path, s_File_Name_Without_Extension, s_File_Extension,
         s_File_Size;
@@ -51,6 +60,10 @@ public:
     bool b_Audio_Loaded = false;
     quint64 u_Zoom_Factor = 1;
     VersionHistory history;
+
+    float f_StartSelection = 0, f_EndSelection = 0, f_CurrentPosition = 0;
+    QString sStart, sStartSelection, sEndSelection, sCurrentPosition, sDurationSelection,
+        sDurationLastSegment, sDurationSegmentAfterStartSelection, sDurationSegmentAfterCurrentPosition;
 
     WaveformPlot* audioPlot;
     View_Audio_Wave* viewAudioPlot;
@@ -77,6 +90,8 @@ public:
     QAction* btnColour;
 
     // The status bar's texts, for the user and for tests.
+    QLabel* labelSelection;
+    QLabel* labelPosition;
     QLabel* labelSource; // the name of the file that was opened
     QLabel* labelDuration;
     QLabel* labelSize;
@@ -94,8 +109,13 @@ private:
     void takeDuration(qint64 seconds);
     void reloadCurrentVersion();
     void chooseColour();
+    void layOutZoom();
+    void followViewport();
+    void showMarkers();
+    SegmentVariables segmentVariables() const;
 
     AppDelegate& m_app;
     QToolBar* m_toolBar;
+    bool m_zoomed = false; // the width has been set by a zoom action
     int m_plotRequest = 0;
 };

@@ -1,32 +1,155 @@
 #include "View_Audio_Wave.h"
 
+#include "timeline/OverlayGeometry.h"
+
+#include <QMouseEvent>
 #include <QPainter>
+#include <QPainterPath>
+#include <cmath>
+
+namespace {
+// Painting takes any stored value: what is not finite is not drawn, and huge
+// coordinates are pinned far outside the view.
+bool drawable(double value) {
+    return std::isfinite(value);
+}
+double pinned(double value) {
+    return std::clamp(value, -1.0e7, 1.0e7);
+}
+QRectF pinned(const QRectF& r) {
+    return {pinned(r.x()), pinned(r.y()), r.width(), r.height()};
+}
+bool drawable(const QRectF& r) {
+    return drawable(r.x()) && drawable(r.y());
+}
+} // namespace
 
 View_Audio_Wave::View_Audio_Wave(QWidget* parent) : QWidget(parent) {
     setAttribute(Qt::WA_OpaquePaintEvent);
-    setMinimumHeight(80);
+    setMinimumHeight(60);
+}
+
+void View_Audio_Wave::setPlotView(QWidget* plot) {
+    m_plot = plot;
+    placePlotView();
+}
+
+void View_Audio_Wave::placePlotView() {
+    if (!m_plot)
+        return;
+    const double width = f_AudioPlot_Width > 0.0f && std::isfinite(f_AudioPlot_Width)
+                             ? std::min(double(f_AudioPlot_Width), 1.0e6)
+                             : double(this->width());
+    m_plot->setGeometry(0, 0, int(std::lround(width)), height());
+}
+
+void View_Audio_Wave::resizeEvent(QResizeEvent*) {
+    placePlotView();
+}
+
+QPointF View_Audio_Wave::toViewCoordinates(const QPointF& p) const {
+    return {p.x(), height() - p.y()};
 }
 
 void View_Audio_Wave::paintEvent(QPaintEvent*) {
+    // Every redraw the view and the document ask for is a full one.
     QPainter painter(this);
-    const qreal w = width();
-    const qreal h = height();
+    const double w = width();
+    const double h = height();
     painter.fillRect(rect(), Qt::black);
     if (b_Recording)
         return;
     if (!b_Audio_Loaded) {
-        painter.setPen(QColor::fromRgbF(1.0, 0.0, 0.0, 1.0));
         QFont font(QStringLiteral("Verdana"));
         font.setPixelSize(24);
         painter.setFont(font);
-        // The notice's origin sits W/20 from the left and H/6 from the bottom.
+        painter.setPen(QColor::fromRgbF(1, 0, 0, 1));
         painter.drawText(QPointF(std::trunc(w / 20), h - std::trunc(h / 6)),
                          QStringLiteral("No Audio Loaded"));
         return;
     }
-    if (f_AudioPlot_Width == 0.0f)
-        f_AudioPlot_Width = float(w);
-    const qreal xs = f_Selection_Start * f_AudioPlot_Width / 100.0f;
-    const qreal xe = f_Selection_End * f_AudioPlot_Width / 100.0f;
-    painter.fillRect(QRectF(QPointF(std::min(xs, xe), 0), QPointF(std::max(xs, xe), h)), Qt::white);
+
+    const overlay::SelectionEdges edges =
+        overlay::selectionEdges(f_Selection_Start, f_Selection_End, f_AudioPlot_Width, w);
+    if (edges.learnedWidth != 0.0f) {
+        f_AudioPlot_Width = edges.learnedWidth; // the first pass teaches the view its width
+        QMetaObject::invokeMethod(this, &View_Audio_Wave::placePlotView, Qt::QueuedConnection);
+    }
+    rect_Selection_Start = overlay::handleRect(edges.xs, h);
+    rect_Selection_End = overlay::handleRect(edges.xe, h);
+
+    // Drawn in the view's own coordinates: origin at the lower left, y upwards.
+    painter.translate(0, h);
+    painter.scale(1, -1);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (drawable(edges.xs) && drawable(edges.xe)) {
+        const double xs = pinned(edges.xs), xe = pinned(edges.xe);
+        QPainterPath band(QPointF(xs, 0));
+        band.lineTo(xs, h);
+        band.lineTo(xe, h);
+        band.lineTo(xe, 0);
+        band.closeSubpath();
+        painter.fillPath(band, Qt::white);
+    }
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::white);
+    for (const QRectF& handle : {rect_Selection_Start, rect_Selection_End})
+        if (drawable(handle))
+            painter.drawEllipse(pinned(handle));
+
+    if (overlay::hasPositionMarker(f_Audio_Length)) {
+        const overlay::PositionMarker marker =
+            overlay::positionMarker(f_Audio_Position, f_Audio_Length, f_AudioPlot_Width, h);
+        rect_Position_Top = marker.top;
+        rect_Position_Bottom = marker.bottom;
+        if (drawable(marker.bar)) {
+            painter.setBrush(QColor(Qt::red));
+            painter.drawEllipse(pinned(marker.top));
+            painter.drawEllipse(pinned(marker.bottom));
+            painter.fillRect(pinned(marker.bar), Qt::red);
+        }
+    }
+}
+
+void View_Audio_Wave::mousePressEvent(QMouseEvent* event) {
+    if (!b_Audio_Loaded)
+        return;
+    const QPointF p = toViewCoordinates(event->position());
+    if (overlay::contains(rect_Selection_Start, p.x(), p.y())) {
+        b_Mouse_Down_Start = true;
+    } else if (overlay::contains(rect_Selection_End, p.x(), p.y())) {
+        b_Mouse_Down_End = true;
+    } else {
+        f_Audio_Position = overlay::positionAt(p.x(), f_AudioPlot_Width, f_Audio_Length);
+        update();
+        emit markersChanged();
+    }
+}
+
+void View_Audio_Wave::mouseMoveEvent(QMouseEvent* event) {
+    if (!b_Audio_Loaded)
+        return;
+    const double x = toViewCoordinates(event->position()).x();
+    if (b_Mouse_Down_Start) {
+        f_Selection_Start = overlay::dragStartPercent(x, f_AudioPlot_Width);
+        update();
+        emit markersChanged();
+    }
+    if (b_Mouse_Down_End) {
+        f_Selection_End = overlay::dragEndPercent(x, f_AudioPlot_Width);
+        update();
+        emit markersChanged();
+    }
+}
+
+void View_Audio_Wave::mouseReleaseEvent(QMouseEvent*) {
+    if (!b_Audio_Loaded)
+        return;
+    b_Mouse_Down_Start = false;
+    b_Mouse_Down_End = false;
+    if (f_Selection_Start > f_Selection_End) {
+        std::swap(f_Selection_Start, f_Selection_End);
+        update();
+        emit markersChanged();
+    }
 }

@@ -1,5 +1,8 @@
 #include "View_Time_Rule.h"
 
+#include "timeline/RulerScale.h"
+
+#include <QFontMetricsF>
 #include <QPainter>
 
 View_Time_Rule::View_Time_Rule(QWidget* parent) : QWidget(parent) {
@@ -8,7 +11,22 @@ View_Time_Rule::View_Time_Rule(QWidget* parent) : QWidget(parent) {
 
 void View_Time_Rule::paintEvent(QPaintEvent*) {
     QPainter painter(this);
+    const double w = width();
+    const double h = height();
     painter.fillRect(rect(), Qt::white);
+    // The ruler's own coordinates have y growing upwards from the bottom: a
+    // height y there is h - y here.
+    auto top = [h](double y) { return h - y; };
+    painter.fillRect(QRectF(0, top(h - 15), w, 1), Qt::black);
+
+    QFont font(QStringLiteral("Verdana"));
+    font.setPixelSize(10);
+    painter.setFont(font);
     painter.setPen(Qt::black);
-    painter.drawLine(0, height() - 1, width(), height() - 1);
+    const QFontMetricsF metrics(font);
+    for (const ruler::Mark& mark : ruler::marks(w, b_Audio_Loaded, i_Audio_Duration_Seconds)) {
+        painter.fillRect(QRectF(mark.tickX, top(h - 10), 1, 6), Qt::black);
+        painter.drawText(QPointF(mark.labelEnd - metrics.horizontalAdvance(mark.text), top(h - 15)),
+                         mark.text);
+    }
 }

@@ -2,7 +2,9 @@
 
 #include <QWidget>
 
-// The strip above the waveform that carries the time scale.
+// The strip above the waveform: a baseline, a tick every 81 points and before
+// each next tick the time there, spread over the track's whole duration (or 3
+// seconds a division before a track is loaded).
 class View_Time_Rule : public QWidget {
     Q_OBJECT
 public:
