@@ -284,6 +284,7 @@ void Document::finishLoading(qint64 seconds, bool showFile) {
     history.u_array_WAV_Files_Length = 0;
     history.u_array_WAV_Files_Position = 0;
     Add_WAV_File_To_Undo_Redo_Array();
+    showMarkers();
     labelSource->setText(QFileInfo(s_File_Path).fileName());
     labelSize->setText(s_File_Size);
     labelSize->setVisible(!s_File_Size.isEmpty());

@@ -3,6 +3,7 @@
 #include "document/WaveformPlot.h"
 #include "support/Fixtures.h"
 #include "support/Gui.h"
+#include "timeline/TimeStrings.h"
 #include "timeline/View_Audio_Wave.h"
 #include "timeline/View_Time_Rule.h"
 
@@ -12,6 +13,8 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QLabel>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QTemporaryDir>
@@ -260,6 +263,76 @@ private slots:
         QCOMPARE(d->i_Audio_Duration_Seconds, qint64(0));
         QVERIFY(!QFile::exists(imported));
         QVERIFY(QFile::exists(m_tone)); // the opened file is never touched
+    }
+
+    void zoomMinusAtOneStaysOneAndLaysTheViewsOutAgain() {
+        Document* d = gui::firstDocument(*m_app);
+        QVERIFY(d);
+        d->resize(1000, 400);
+        QTest::qWait(20);
+        d->viewAudioPlot->grab();
+        const int w = d->scrollviewAudioPlot->viewport()->width();
+        QCOMPARE(d->viewAudioPlot->f_AudioPlot_Width, float(w));
+        d->resize(1300, 400); // the view grows with the window, the plot width waits
+        QTest::qWait(20);
+        d->viewAudioPlot->grab();
+        const int wider = d->scrollviewAudioPlot->viewport()->width();
+        QCOMPARE(d->viewAudioPlot->width(), wider);
+        QCOMPARE(d->viewAudioPlot->f_AudioPlot_Width, float(w));
+        QCOMPARE(d->audioPlot->width(), w);
+        d->OnToolbarZoomMinus();
+        QCOMPARE(d->u_Zoom_Factor, 1u);
+        QCOMPARE(d->viewAudioPlot->f_AudioPlot_Width, float(wider));
+        QCOMPARE(d->audioPlot->width(), wider);
+    }
+
+    void zoomPlusThreeTimesMakesEverythingFourWidthsWide() {
+        Document* d = gui::firstDocument(*m_app);
+        QVERIFY(d);
+        d->resize(1000, 400);
+        QTest::qWait(20);
+        d->viewAudioPlot->f_Audio_Position = 15.0f;
+        d->viewAudioPlot->grab();
+        const int w = d->scrollviewAudioPlot->viewport()->width();
+        for (int i = 0; i < 3; ++i)
+            d->btnZoomPlus->trigger();
+        QCOMPARE(d->u_Zoom_Factor, 4u);
+        QCOMPARE(d->viewAudioPlot->width(), 4 * w);
+        QCOMPARE(d->viewTimeRule->width(), 4 * w);
+        QCOMPARE(d->viewTimePlusAudioPlot->width(), 4 * w);
+        QCOMPARE(d->viewAudioPlot->f_AudioPlot_Width, float(4 * w));
+        QCOMPARE(d->audioPlot->width(), 4 * w);
+        QVERIFY(d->viewTimeRule->geometry().bottom() <
+                d->viewAudioPlot->geometry().top()); // ruler above the plot
+        QCOMPARE(d->scrollviewAudioPlot->horizontalScrollBar()->maximum(), 3 * w);
+        // The markers keep their percentages and move to their new x.
+        d->viewAudioPlot->grab();
+        QCOMPARE(d->viewAudioPlot->f_Selection_Start, 40.0f);
+        QCOMPARE(d->viewAudioPlot->rect_Selection_Start.x(), 0.4 * 4 * w - 10);
+        QCOMPARE(d->viewAudioPlot->rect_Selection_End.x(), 0.6 * 4 * w - 10);
+        QCOMPARE(d->viewAudioPlot->rect_Position_Top.x(), 0.25 * 4 * w - 10);
+        d->btnZoomMinus->trigger();
+        QCOMPARE(d->u_Zoom_Factor, 3u);
+        QCOMPARE(d->viewAudioPlot->width(), 3 * w);
+    }
+
+    void theStatusBarFollowsTheMarkers() {
+        Document* d = gui::firstDocument(*m_app);
+        QVERIFY(d);
+        QCOMPARE(d->labelSelection->text(), QString("Selection 00:00:24.00 – 00:00:36.00 (00:00:12.00)"));
+        QCOMPARE(d->labelPosition->text(), QString("Position 00:00:00.00"));
+        d->resize(1000, 400);
+        QTest::qWait(20);
+        d->viewAudioPlot->grab();
+        const int w = d->viewAudioPlot->width();
+        QTest::mouseClick(d->viewAudioPlot, Qt::LeftButton, {}, QPoint(w / 4, 10));
+        QCOMPARE(d->labelPosition->text(), "Position " + timeString(d->viewAudioPlot->f_Audio_Position));
+        QVERIFY(d->labelPosition->text().startsWith("Position 00:00:1"));
+        d->Calculate_Segment_Variables();
+        QCOMPARE(d->sStartSelection, QString("00:00:24.00"));
+        QCOMPARE(d->sEndSelection, QString("00:00:36.00"));
+        QCOMPARE(d->sDurationLastSegment, QString("00:00:24.00"));
+        QCOMPARE(d->sStart, QString("00:00:00.00"));
     }
 
     void aColourChosenInTheColourDialogBecomesTheWaveformColour() {
