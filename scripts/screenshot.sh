@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Takes a screenshot of the real editor under Xvfb with a track loaded:
-#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [AUDIO_FILE]
-# The play position is set by a click a third of the way along the visible
-# waveform. Without a file, a speech recording is put together from
+#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE]
+# After zooming, the waveform is scrolled right by SCROLL_STEPS wheel steps
+# and the play position set by a click a third of the way along the window. Without a file, a speech recording is put together from
 # alsa-utils' samples.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -11,7 +11,8 @@ work=$(mktemp -d)
 trap 'kill $app $xvfb 2>/dev/null || true; rm -rf "$work"' EXIT
 
 zoom=${2:-0}
-audio=${3:-}
+scroll=${3:-0}
+audio=${4:-}
 if [ -z "$audio" ]; then
     audio="$work/Speaker check.flac"
     alsa=/usr/share/sounds/alsa
@@ -37,7 +38,10 @@ window=$(timeout 20 xdotool search --sync --name '^[0-9-]+\.wav$' | head -1)
 sleep 1
 xdotool windowfocus "$window"
 for _ in $(seq "$zoom"); do xdotool key ctrl+plus; sleep 0.2; done
-xdotool mousemove --window "$window" 330 200 click 1
+xdotool mousemove --window "$window" 330 200
+[ "$scroll" -gt 0 ] && xdotool click --repeat "$scroll" --delay 30 7
+sleep 0.3
+xdotool click 1
 sleep 0.5
 import -window "$window" "$output"
 echo "$output"
