@@ -44,9 +44,12 @@ AppDelegate::AppDelegate() : b_Starting(true), u_Doc_Index(0) {
     connect(actionPrivacy, &QAction::triggered, this, &AppDelegate::OnMenuPrivacyPolicy);
     connect(actionSupport, &QAction::triggered, this, &AppDelegate::OnMenuSubmitTicket);
     connect(actionToolRuns, &QAction::triggered, this, &AppDelegate::OnMenuToolRuns);
-    // Export and the clipboard commands come with their operations.
-    for (QAction* later : {actionExport, actionCut, actionCopy, actionPaste, actionDelete})
-        later->setEnabled(false);
+    connect(actionCopy, &QAction::triggered, this, &AppDelegate::copy);
+    connect(actionCut, &QAction::triggered, this, &AppDelegate::cut);
+    connect(actionPaste, &QAction::triggered, this, &AppDelegate::paste);
+    connect(actionDelete, &QAction::triggered, this, &AppDelegate::deleteSelection);
+    // Export comes with its operation.
+    actionExport->setEnabled(false);
 }
 
 AppDelegate::~AppDelegate() {
@@ -84,8 +87,8 @@ std::optional<int> AppDelegate::applicationDidFinishLaunching() {
     }
     m_runner = std::make_unique<PlanRunner>(tools);
     connect(m_runner.get(), &PlanRunner::busyChanged, this, [this](bool busy) {
-        actionUndo->setEnabled(!busy);
-        actionRedo->setEnabled(!busy);
+        for (QAction* edit : {actionUndo, actionRedo, actionCut, actionCopy, actionPaste, actionDelete})
+            edit->setEnabled(!busy);
     });
 
     sSilenceWavPath = pathInFolder(s_Output_Folder, QStringLiteral("silence.wav"));
@@ -165,6 +168,11 @@ void AppDelegate::installMenus(QMainWindow* window) {
     help->addAction(actionToolRuns);
 }
 
+Document* AppDelegate::loadedCurrentDocument() const {
+    Document* document = currentDocument();
+    return document && document->b_Audio_Loaded ? document : nullptr;
+}
+
 void AppDelegate::undo() {
     if (Document* document = currentDocument())
         document->Operation_Undo();
@@ -173,6 +181,33 @@ void AppDelegate::undo() {
 void AppDelegate::redo() {
     if (Document* document = currentDocument())
         document->Operation_Redo();
+}
+
+void AppDelegate::copy() {
+    if (Document* document = loadedCurrentDocument())
+        document->Operation_Copy();
+}
+
+void AppDelegate::cut() {
+    if (Document* document = loadedCurrentDocument())
+        document->Operation_Cut();
+}
+
+void AppDelegate::paste() {
+    if (Document* document = loadedCurrentDocument())
+        document->Operation_Paste();
+}
+
+void AppDelegate::deleteSelection() {
+    if (Document* document = loadedCurrentDocument())
+        document->Operation_Delete();
+}
+
+bool AppDelegate::mayDeleteClipboardFile() const {
+    const QList<Document*> open = documents();
+    return std::none_of(open.begin(), open.end(), [this](const Document* d) {
+        return d->history.array_WAV_Files.contains(s_Copied_WAV_File);
+    });
 }
 
 void AppDelegate::OnMenuQuit() {

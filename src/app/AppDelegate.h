@@ -45,6 +45,14 @@ public:
     // Commands forwarded to the current document; nothing happens without one.
     void undo();
     void redo();
+    void copy();
+    void cut();
+    void paste();
+    void deleteSelection(); // the Edit menu's Delete
+
+    // Copy and cut delete the old clipboard file first, unless a version of an
+    // open track is that file (as it is after a cut): then it stays.
+    bool mayDeleteClipboardFile() const;
 
     void OnMenuQuit();
     [[noreturn]] static void Terminate_App();
@@ -90,6 +98,7 @@ public:
     QAction* actionToolRuns;
 
 private:
+    Document* loadedCurrentDocument() const;
     QAction* makeAction(const QString& text, QKeySequence::StandardKey key = QKeySequence::UnknownKey);
     void openHelpPage(const QString& page);
 

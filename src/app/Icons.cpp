@@ -16,7 +16,7 @@
 namespace {
 
 constexpr qreal kGrid = 24.0;
-constexpr qreal kLine = 1.9;         // normal stroke width, in grid units
+constexpr qreal kLine = 1.9;           // normal stroke width, in grid units
 constexpr qreal kDisabledAlpha = 0.32; // opacity of the disabled variant
 const std::array<int, 3> kSizes = {24, 32, 48};
 
@@ -94,8 +94,7 @@ void drawMagnifier(QPainter& p, const Ink& ink, bool plus) {
 
 void drawOpen(QPainter& p, const Ink& ink) {
     // Back of the folder with its tab, then the open front flap tilted forward.
-    QPainterPath back = polygon(
-        {{3, 19.5}, {3, 5}, {9.5, 5}, {11.5, 7.5}, {19.5, 7.5}, {19.5, 10.5}}, false);
+    QPainterPath back = polygon({{3, 19.5}, {3, 5}, {9.5, 5}, {11.5, 7.5}, {19.5, 7.5}, {19.5, 10.5}}, false);
     stroke(p, back, ink);
     QPainterPath front = polygon({{3, 19.5}, {6.2, 11}, {22.2, 11}, {19.2, 19.5}}, true);
     fill(p, front, ink.line);
@@ -113,9 +112,13 @@ void drawPause(QPainter& p, const Ink& ink) {
     fill(p, roundedRect(QRectF(13.5, 5, 4.5, 14), 1.2), ink.line);
 }
 
-void drawStop(QPainter& p, const Ink& ink) { fill(p, roundedRect(QRectF(6, 6, 12, 12), 1.6), ink.line); }
+void drawStop(QPainter& p, const Ink& ink) {
+    fill(p, roundedRect(QRectF(6, 6, 12, 12), 1.6), ink.line);
+}
 
-void drawRecord(QPainter& p, const Ink& ink) { fill(p, circle(QPointF(12, 12), 7), ink.accent); }
+void drawRecord(QPainter& p, const Ink& ink) {
+    fill(p, circle(QPointF(12, 12), 7), ink.accent);
+}
 
 void drawSoundSettings(QPainter& p, const Ink& ink) {
     QPainterPath speaker =
@@ -129,9 +132,13 @@ void drawSoundSettings(QPainter& p, const Ink& ink) {
     p.drawArc(QRectF(8.5, 4.5, 15, 15), -50 * 16, 100 * 16);
 }
 
-void drawZoomIn(QPainter& p, const Ink& ink) { drawMagnifier(p, ink, true); }
+void drawZoomIn(QPainter& p, const Ink& ink) {
+    drawMagnifier(p, ink, true);
+}
 
-void drawZoomOut(QPainter& p, const Ink& ink) { drawMagnifier(p, ink, false); }
+void drawZoomOut(QPainter& p, const Ink& ink) {
+    drawMagnifier(p, ink, false);
+}
 
 void drawExport(QPainter& p, const Ink& ink) {
     line(p, ink, QPointF(12, 3.5), QPointF(12, 14));

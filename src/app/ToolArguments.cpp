@@ -7,3 +7,20 @@ QStringList conversionTail() {
 QStringList importArguments(const QString& source, const QString& result) {
     return QStringList{"-i", source} + conversionTail() + QStringList{result};
 }
+
+QStringList segmentArguments(const QString& track, const QString& start, const QString& duration,
+                             const QString& segment) {
+    return {"-i", track, "-ss", start, "-t", duration, segment};
+}
+
+QStringList joinArguments(const QStringList& inputs, const QString& result) {
+    QStringList arguments;
+    for (const QString& input : inputs)
+        arguments << "-i" << input;
+    arguments << "-lavfi" << QString::asprintf("concat=n=%d:a=1:v=0", int(inputs.size()));
+    return arguments + conversionTail() + QStringList{result};
+}
+
+QStringList silenceArguments(const QString& duration, const QString& result) {
+    return {"-f", "lavfi", "-i", "anullsrc=channel_layout=2:sample_rate=44100", "-t", duration, result};
+}

@@ -11,3 +11,14 @@ QStringList conversionTail();
 
 // "-i" source, the conversion tail, result.
 QStringList importArguments(const QString& source, const QString& result);
+
+// "-i" track "-ss" start "-t" duration segment: one stretch of a track, no codec options.
+QStringList segmentArguments(const QString& track, const QString& start, const QString& duration,
+                             const QString& segment);
+
+// One "-i" per input in playing order, ffmpeg's concat filter over all of them,
+// the conversion tail, result.
+QStringList joinArguments(const QStringList& inputs, const QString& result);
+
+// Silence from ffmpeg's null source, `duration` long (a time string), no codec options.
+QStringList silenceArguments(const QString& duration, const QString& result);

@@ -97,6 +97,7 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
     setCentralWidget(scrollviewAudioPlot);
     connect(viewAudioPlot, &View_Audio_Wave::markersChanged, this, &Document::showMarkers);
 
+    buildEditMenus();
     m_toolBar = buildToolBar();
     addToolBar(m_toolBar);
     labelSelection = new QLabel;
@@ -154,6 +155,11 @@ QToolBar* Document::buildToolBar() {
     btnColour = add("colour", tr("Colour"), tr("Choose the waveform's colour"));
 
     connect(btnOpen, &QAction::triggered, this, &Document::OnToolbarOpen);
+    connect(btnCopy, &QAction::triggered, this, &Document::Operation_Copy);
+    connect(btnCut, &QAction::triggered, this, &Document::Operation_Cut);
+    connect(btnDelete, &QAction::triggered, this, &Document::Operation_Delete);
+    connect(btnPaste, &QAction::triggered, this, &Document::Operation_Paste);
+    connect(btnTools, &QAction::triggered, this, &Document::OnToolbarTools);
     connect(btnUndo, &QAction::triggered, this, &Document::Operation_Undo);
     connect(btnRedo, &QAction::triggered, this, &Document::Operation_Redo);
     connect(btnColour, &QAction::triggered, this, &Document::chooseColour);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "document/VersionHistory.h"
+#include "edit/EditPlans.h"
 #include "timeline/TimeStrings.h"
 
 #include <QColor>
@@ -10,6 +11,7 @@
 class AppDelegate;
 class QAction;
 class QLabel;
+class QMenu;
 class QScrollArea;
 class QToolBar;
 class View_Audio_Wave;
@@ -47,6 +49,34 @@ public:
     // The markers in seconds and as the time strings every cutting operation
     // passes to the tools; recomputed from the overlay on each call.
     void Calculate_Segment_Variables();
+
+    // Editing (defined beside the edit plans). Copy and cut fill the
+    // application's clipboard; every other edit makes a new version.
+    void Operation_Copy();
+    void Operation_Cut();
+    void Operation_Delete();
+    void Operation_Paste(); // pops up the paste menu, or says there is nothing to paste
+    void OnPopupMenuPasteAtStart();
+    void OnPopupMenuPasteAtCurrentPosition();
+    void OnPopupMenuPasteAtStartOfSelection();
+    void OnPopupMenuPasteAtEndOfSelection();
+    void OnPopupMenuPasteAtEnd();
+    void OnPopupPasteMixingAtStart();
+    void OnPopupPasteMixingAtCurrentPosition();
+    void OnPopupPasteMixingAtStartOfSelection();
+    void OnPopupPasteMixingAtEndOfSelection();
+    quint64 Get_Silence_Duration_In_MS();
+    void OnPopupSilenceInsertAtStart();
+    void OnPopupSilenceInsertAtEnd();
+    void OnPopupSilenceInsertAtCurrentPosition();
+    void OnPopupSilenceSelection();
+    void OnPopupSilenceTrim();
+    void OnToolbarTools(); // pops up the tools menu
+
+    QMenu* popupMenuTools;
+    QMenu* popupMenuPaste;
+    QMenu* popupMenuPasteMixing;
+    QMenu* popupMenuSilence;
 
     // Zoom: the whole track spans u_Zoom_Factor visible widths.
     void OnToolbarZoomPlus();
@@ -98,6 +128,8 @@ public:
 
 signals:
     void loaded();      // a load or reload has finished
+    void adopted();     // an edit's result has become the current version
+    void copied();      // a copy has filled the clipboard
     void plotUpdated(); // new waveform points are on screen
 
 private:
@@ -113,6 +145,13 @@ private:
     void followViewport();
     void showMarkers();
     SegmentVariables segmentVariables() const;
+    void buildEditMenus();
+    EditState editState(bool withSegments);
+    void runEdit(const EditPlan& edit);
+    void adoptResult(const EditPlan& edit, qint64 seconds);
+    void paste(PastePlace place);
+    void pasteMix(PastePlace place);
+    void insertSilence(SilencePlace place);
 
     AppDelegate& m_app;
     QToolBar* m_toolBar;

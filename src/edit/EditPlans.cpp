@@ -1,0 +1,193 @@
+#include "EditPlans.h"
+
+#include "app/ToolArguments.h"
+
+#include <QFileInfo>
+#include <cmath>
+#include <limits>
+
+namespace {
+using namespace step;
+
+// Collects the steps of one edit.
+struct Builder {
+    EditPlan edit;
+    void remove(const QString& path) { edit.plan.steps.push_back(DeleteFile{path}); }
+    void ffmpeg(const QStringList& arguments) { edit.plan.steps.push_back(Run{Tool::FFmpeg, arguments}); }
+    void sox(const QStringList& arguments) { edit.plan.steps.push_back(Run{Tool::Sox, arguments}); }
+    // Deletes the result, joins the inputs into it and takes it as the new version.
+    void joinInto(const QStringList& inputs, const QString& result) {
+        remove(result);
+        ffmpeg(joinArguments(inputs, result));
+        adopt(result);
+    }
+    void adopt(const QString& result) {
+        edit.result = result;
+        edit.plan.steps.push_back(ProbeDuration{result});
+    }
+};
+
+// Before-part up to P and after-part from Q for D: the three-part edits.
+void split(Builder& b, const EditState& s, const ResultNames& names, const QString& p, const QString& q,
+           const QString& d) {
+    b.ffmpeg(segmentArguments(s.track, "0", p, names.path("Before")));
+    b.ffmpeg(segmentArguments(s.track, q, d, names.path("After")));
+}
+
+// Seconds as "%d" of their truncation toward zero; what an int cannot hold pins to its ends.
+QString wholeSeconds(float seconds) {
+    if (std::isnan(seconds))
+        return QStringLiteral("0");
+    const double clamped = std::clamp(double(seconds), double(std::numeric_limits<int>::min()),
+                                      double(std::numeric_limits<int>::max()));
+    return QString::asprintf("%d", int(clamped));
+}
+
+void copyInto(Builder& b, const EditState& s, const QString& clip, bool deleteOldClip) {
+    if (deleteOldClip && !s.clip.isEmpty())
+        b.remove(s.clip);
+    b.ffmpeg(segmentArguments(s.track, s.seg.sStartSelection, s.seg.sDurationSelection, clip));
+    b.edit.clipboard = clip;
+}
+
+void removeSelection(Builder& b, const EditState& s, const ResultNames& names) {
+    split(b, s, names, s.seg.sStartSelection, s.seg.sEndSelection, s.seg.sDurationLastSegment);
+    b.joinInto({names.path("Before"), names.path("After")}, names.path());
+    b.edit.deleteAfterAdopting = {names.path("Before"), names.path("After")};
+}
+} // namespace
+
+QString paddedClipPath(const QString& clip) {
+    const QFileInfo info(clip);
+    return pathInFolder(info.path(), info.completeBaseName() + QStringLiteral("_PAD.wav"));
+}
+
+QString parametersNotAcceptedMessage() {
+    return QStringLiteral("Parameters were not accepted. change parameters and try again.");
+}
+
+EditPlan buildCopyPlan(const EditState& s, const ResultNames& names, bool deleteOldClip) {
+    Builder b;
+    copyInto(b, s, names.path(), deleteOldClip);
+    return b.edit;
+}
+
+EditPlan buildCutPlan(const EditState& s, const ResultNames& names, bool deleteOldClip) {
+    // The clip and the result share one name, so the clipboard ends up naming
+    // the remainder: kept as it is.
+    Builder b;
+    copyInto(b, s, names.path(), deleteOldClip);
+    removeSelection(b, s, names);
+    return b.edit;
+}
+
+EditPlan buildDeletePlan(const EditState& s, const ResultNames& names) {
+    Builder b;
+    removeSelection(b, s, names);
+    return b.edit;
+}
+
+EditPlan buildPastePlan(const EditState& s, const ResultNames& names, PastePlace place) {
+    Builder b;
+    const QString before = names.path("Before"), after = names.path("After");
+    switch (place) {
+    case PastePlace::Start: // named "Before" although no before-part exists, as it always was
+        b.joinInto({s.clip, s.track}, before);
+        return b.edit;
+    case PastePlace::End:
+        b.joinInto({s.track, s.clip}, before);
+        return b.edit;
+    case PastePlace::CurrentPosition:
+        split(b, s, names, s.seg.sCurrentPosition, s.seg.sCurrentPosition,
+              s.seg.sDurationSegmentAfterCurrentPosition);
+        break;
+    case PastePlace::StartOfSelection:
+        split(b, s, names, s.seg.sStartSelection, s.seg.sStartSelection,
+              s.seg.sDurationSegmentAfterStartSelection);
+        break;
+    case PastePlace::EndOfSelection:
+        split(b, s, names, s.seg.sEndSelection, s.seg.sEndSelection, s.seg.sDurationLastSegment);
+        break;
+    }
+    b.joinInto({before, s.clip, after}, names.path());
+    b.edit.deleteAfterAdopting = {before, after};
+    return b.edit;
+}
+
+EditPlan buildPasteMixPlan(const EditState& s, const ResultNames& names, PastePlace place) {
+    Builder b;
+    const QString result = names.path();
+    b.remove(result);
+    QString second = s.clip;
+    if (place != PastePlace::Start) {
+        // The clip is delayed by whole seconds only: the mix may start up to a second early.
+        const float offset = place == PastePlace::CurrentPosition    ? s.seg.f_CurrentPosition
+                             : place == PastePlace::StartOfSelection ? s.seg.f_StartSelection
+                                                                     : s.seg.f_EndSelection;
+        second = paddedClipPath(s.clip);
+        b.remove(second);
+        b.sox({s.clip, second, "pad", wholeSeconds(offset)});
+    }
+    b.sox({"-m", s.track, second, result});
+    b.adopt(result);
+    return b.edit;
+}
+
+EditPlan buildSilenceInsertPlan(const EditState& s, const ResultNames& names, SilencePlace place,
+                                quint64 milliseconds) {
+    Builder b;
+    const QString silence = names.path("Silence");
+    b.remove(silence);
+    b.ffmpeg(silenceArguments(timeString(float(milliseconds) / 1000.0f), silence));
+    switch (place) {
+    case SilencePlace::Start:
+        b.joinInto({silence, s.track}, names.path());
+        b.edit.deleteBeforeShowing = {silence};
+        break;
+    case SilencePlace::End:
+        b.joinInto({s.track, silence}, names.path());
+        b.edit.deleteBeforeShowing = {silence};
+        break;
+    case SilencePlace::CurrentPosition:
+        split(b, s, names, s.seg.sCurrentPosition, s.seg.sCurrentPosition,
+              s.seg.sDurationSegmentAfterCurrentPosition);
+        b.joinInto({names.path("Before"), silence, names.path("After")}, names.path());
+        b.edit.deleteAfterAdopting = {silence, names.path("Before"), names.path("After")};
+        break;
+    }
+    return b.edit;
+}
+
+EditPlan buildSilenceSelectionPlan(const EditState& s, const ResultNames& names) {
+    // The length passes through whole milliseconds before it becomes a time string.
+    const float start = s.f_Selection_Start * s.f_Audio_Length / 100.0f;
+    const float end = s.f_Selection_End * s.f_Audio_Length / 100.0f;
+    const std::uint64_t milliseconds = truncateToUnsigned((end - start) * 1000.0f);
+    Builder b;
+    const QString silence = names.path("Silence");
+    b.remove(silence);
+    b.ffmpeg(silenceArguments(timeString(float(milliseconds) / 1000.0f), silence));
+    split(b, s, names, s.seg.sStartSelection, s.seg.sEndSelection, s.seg.sDurationLastSegment);
+    b.joinInto({names.path("Before"), silence, names.path("After")}, names.path());
+    b.edit.deleteAfterAdopting = {silence, names.path("Before"), names.path("After")};
+    return b.edit;
+}
+
+EditPlan buildSilenceTrimPlan(const EditState& s, const ResultNames& names, quint64 mode,
+                              quint64 milliseconds) {
+    const QString d = QString::asprintf("%.02f", double(milliseconds) / 1000.0);
+    QStringList effect;
+    if (mode == 1)
+        effect = {"silence", "1", d, "1%"};
+    else if (mode == 2) // trims the start, then reverses the whole track: kept exactly so
+        effect = {"silence", "1", d, "1%", "reverse"};
+    else if (mode == 3)
+        effect = {"silence", "1", d, "1%", "-1", d, "1%"};
+    Builder b;
+    const QString result = names.path();
+    b.remove(result);
+    b.sox(QStringList{s.track, result} + effect);
+    b.edit.plan.steps.push_back(step::RequireFile{result, parametersNotAcceptedMessage()});
+    b.adopt(result);
+    return b.edit;
+}

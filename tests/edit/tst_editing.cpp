@@ -1,0 +1,361 @@
+#include "app/AppDelegate.h"
+#include "document/Document.h"
+#include "document/WaveformPlot.h"
+#include "edit/Window_Silence_Insert.h"
+#include "edit/Window_Silence_Trim.h"
+#include "support/Fixtures.h"
+#include "support/Gui.h"
+#include "timeline/View_Audio_Wave.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <sndfile.h>
+#include <vector>
+
+namespace {
+// A stretch of the expected result: tone or silence from one time to another.
+struct Span {
+    double from, to;
+    bool tone;
+};
+using Spans = QList<Span>;
+constexpr double Margin = 0.06; // keep windows away from the joins
+
+std::vector<short> frames(const QString& path) {
+    SF_INFO info{};
+    SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
+    std::vector<short> samples(std::size_t(info.frames * info.channels));
+    if (file) {
+        sf_readf_short(file, samples.data(), info.frames);
+        sf_close(file);
+    }
+    return samples;
+}
+
+// Names carry the second they were made in. Waits until this second is later
+// than every name in the folder, as it is for a user who takes a moment
+// between two edits.
+void waitPastEveryStamp(const QString& folder) {
+    QString newest;
+    for (const QString& name : QDir(folder).entryList({"2*.wav"}, QDir::Files))
+        newest = std::max(newest, name.left(19));
+    QVERIFY(QTest::qWaitFor(
+        [&] { return QDateTime::currentDateTime().toString("yyyy-MM-dd-HH-mm-ss") > newest; }, 5000));
+}
+} // namespace
+
+class tst_Editing : public QObject {
+    Q_OBJECT
+    QTemporaryDir m_root;
+    std::unique_ptr<AppDelegate> m_app;
+    QString m_pattern;
+
+    // A new window holding the pattern: tone 0–4 s, silence 4–6 s, tone 6–10 s.
+    Document* openPattern() {
+        gui::answerFileDialog(m_pattern);
+        m_app->openDocument();
+        Document* d = m_app->documents().last();
+        QSignalSpy loaded(d, &Document::loaded);
+        if (!loaded.wait(30000))
+            return nullptr;
+        waitPastEveryStamp(m_app->s_Output_Folder);
+        return d;
+    }
+
+    void setMarkers(Document* d, float start, float end, float position) {
+        d->viewAudioPlot->f_Selection_Start = start;
+        d->viewAudioPlot->f_Selection_End = end;
+        d->viewAudioPlot->f_Audio_Position = position;
+    }
+
+    // Copies 20–50 % (2–5 s: tone for two seconds, then one of silence).
+    bool copyClip(Document* d) {
+        setMarkers(d, 20, 50, 0);
+        QSignalSpy copied(d, &Document::copied);
+        d->Operation_Copy();
+        if (!copied.wait(20000))
+            return false;
+        waitPastEveryStamp(m_app->s_Output_Folder);
+        return true;
+    }
+
+    QStringList workFiles() const { return QDir(m_app->s_Output_Folder).entryList(QDir::Files); }
+
+    // Runs an edit and waits for its result; `m_added` gets the files it left.
+    bool edit(Document* d, const std::function<void()>& action) {
+        const QStringList before = workFiles();
+        QSignalSpy adopted(d, &Document::adopted);
+        action();
+        const bool done = adopted.wait(30000) && gui::waitIdle(*m_app);
+        m_added = workFiles();
+        for (const QString& name : before)
+            m_added.removeAll(name);
+        return done;
+    }
+    QStringList m_added;
+
+    void checkResult(Document* d, int versionsBefore, double length, const Spans& spans) {
+        const fixtures::WavInfo info = fixtures::wavInfo(d->s_WAV_File_Path);
+        QVERIFY2(info.ok, qPrintable(d->s_WAV_File_Path));
+        QVERIFY2(std::abs(info.seconds() - length) < 0.03, qPrintable(QString::number(info.seconds())));
+        for (const Span& span : spans) {
+            const double level = fixtures::rms(d->s_WAV_File_Path, span.from + Margin, span.to - Margin);
+            QVERIFY2(span.tone ? level > 0.05 : level < 0.001,
+                     qPrintable(QString("%1–%2 s: %3").arg(span.from).arg(span.to).arg(level)));
+        }
+        QCOMPARE(d->history.u_array_WAV_Files_Length, quint64(versionsBefore + 1));
+        QCOMPARE(d->history.array_WAV_Files.last(), d->s_WAV_File_Path);
+        const QString name = QFileInfo(d->s_WAV_File_Path).fileName();
+        QVERIFY2(QRegularExpression("^\\d{4}(-\\d\\d){5}(Before)?\\.wav$").match(name).hasMatch(),
+                 qPrintable(name));
+        QCOMPARE(d->windowTitle(), name);
+        QCOMPARE(d->s_WAV_File_URL, "file://" + m_app->s_Output_Folder + "/" + name);
+        QCOMPARE(d->viewAudioPlot->f_Audio_Position, 0.0f);
+        // ffmpeg reports hundredths, rounded; the document keeps the whole seconds of that.
+        const qint64 whole = qint64(std::floor(std::round(info.seconds() * 100) / 100));
+        QCOMPARE(d->i_Audio_Duration_Seconds, whole);
+        QCOMPARE(d->viewAudioPlot->f_Audio_Length, float(whole));
+        // Only the result is new, and the padded clip of a mix, which stays by design.
+        QStringList left = m_added;
+        left.removeAll(name);
+        left.removeIf([](const QString& n) { return n.endsWith("_PAD.wav"); });
+        QVERIFY2(left.isEmpty(), qPrintable(left.join(", ")));
+    }
+
+private slots:
+    void initTestCase() {
+        m_app = gui::startApplication(m_root.filePath("home"));
+        QVERIFY(m_app && gui::waitIdle(*m_app));
+        const QString tone = m_root.filePath("tone4.wav"), gap = m_root.filePath("gap2.wav");
+        m_pattern = m_root.filePath("pattern.wav");
+        fixtures::makeTone(tone, 4, 1000, 0.5);
+        fixtures::makeSilence(gap, 2);
+        fixtures::join({tone, gap, tone}, m_pattern);
+    }
+
+    void cleanup() {
+        for (Document* d : m_app->documents())
+            delete d;
+        QVERIFY(gui::waitIdle(*m_app));
+        if (!QFile::exists(m_app->sSilenceWavPath))
+            fixtures::run("sox",
+                          {"-n", "-r", "44100", "-c", "2", m_app->sSilenceWavPath, "trim", "0.0", "60.0"});
+    }
+
+    void copyFillsTheClipboardAndLeavesTheTrack() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        const QString track = d->s_WAV_File_Path;
+        QVERIFY(copyClip(d));
+        const QString clip = m_app->s_Copied_WAV_File;
+        QVERIFY(clip.startsWith(m_app->s_Output_Folder + "/"));
+        const fixtures::WavInfo info = fixtures::wavInfo(clip);
+        QVERIFY(std::abs(info.seconds() - 3.0) < 0.03);
+        QVERIFY(fixtures::rms(clip, 0.1, 1.9) > 0.05);
+        QVERIFY(fixtures::rms(clip, 2.1, 2.9) < 0.001);
+        QCOMPARE(d->s_WAV_File_Path, track);
+        QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
+        QCOMPARE(QDir(m_app->s_Output_Folder).entryList({"*Before.wav", "*After.wav"}), QStringList());
+    }
+
+    void cutAndDelete_data() {
+        QTest::addColumn<bool>("cut");
+        QTest::newRow("cut") << true;
+        QTest::newRow("delete") << false;
+    }
+    void cutAndDelete() {
+        QFETCH(bool, cut);
+        Document* d = openPattern();
+        QVERIFY(d);
+        m_app->s_Copied_WAV_File.clear();
+        setMarkers(d, 20, 50, 3);
+        QVERIFY(edit(d, [&] { cut ? d->Operation_Cut() : d->Operation_Delete(); }));
+        checkResult(d, 1, 7, {{0, 2, true}, {2, 3, false}, {3, 7, true}});
+        if (cut)
+            QCOMPARE(m_app->s_Copied_WAV_File, d->s_WAV_File_Path); // the clipboard names the remainder
+        else
+            QVERIFY(m_app->s_Copied_WAV_File.isEmpty());
+        QCOMPARE(d->viewAudioPlot->f_Selection_Start, 20.0f); // markers keep their percentages
+    }
+
+    void paste_data() {
+        QTest::addColumn<int>("place");
+        QTest::addColumn<double>("length");
+        QTest::addColumn<Spans>("spans");
+        QTest::newRow("start")
+            << int(PastePlace::Start) << 13.0
+            << Spans{{0, 2, true}, {2, 3, false}, {3, 7, true}, {7, 9, false}, {9, 13, true}};
+        QTest::newRow("position 7.5 s")
+            << int(PastePlace::CurrentPosition) << 13.0
+            << Spans{{0, 4, true}, {4, 6, false}, {6, 9.5, true}, {9.5, 10.5, false}, {10.5, 13, true}};
+        QTest::newRow("start of selection")
+            << int(PastePlace::StartOfSelection) << 13.0
+            << Spans{{0, 4, true}, {4, 5, false}, {5, 7, true}, {7, 9, false}, {9, 13, true}};
+        QTest::newRow("end of selection")
+            << int(PastePlace::EndOfSelection) << 13.0
+            << Spans{{0, 4, true}, {4, 5, false}, {5, 7, true}, {7, 9, false}, {9, 13, true}};
+        QTest::newRow("end") << int(PastePlace::End) << 13.0
+                             << Spans{{0, 4, true}, {4, 6, false}, {6, 12, true}, {12, 13, false}};
+    }
+    void paste() {
+        QFETCH(int, place);
+        QFETCH(double, length);
+        QFETCH(Spans, spans);
+        Document* d = openPattern();
+        QVERIFY(d && copyClip(d));
+        const QString clip = m_app->s_Copied_WAV_File;
+        setMarkers(d, 20, 50, 7.5f);
+        QVERIFY(edit(d, [&] {
+            switch (PastePlace(place)) {
+            case PastePlace::Start:
+                d->OnPopupMenuPasteAtStart();
+                break;
+            case PastePlace::CurrentPosition:
+                d->OnPopupMenuPasteAtCurrentPosition();
+                break;
+            case PastePlace::StartOfSelection:
+                d->OnPopupMenuPasteAtStartOfSelection();
+                break;
+            case PastePlace::EndOfSelection:
+                d->OnPopupMenuPasteAtEndOfSelection();
+                break;
+            case PastePlace::End:
+                d->OnPopupMenuPasteAtEnd();
+                break;
+            }
+        }));
+        checkResult(d, 1, length, spans);
+        QCOMPARE(m_app->s_Copied_WAV_File, clip); // the same clip can be pasted again
+        QVERIFY(QFile::exists(clip));
+    }
+
+    void pasteMixing_data() {
+        QTest::addColumn<int>("place");
+        QTest::addColumn<float>("start");
+        QTest::addColumn<float>("end");
+        QTest::addColumn<Spans>("spans");
+        // Without a pad the silence at 4–6 s stays; with a 4-second pad the clip's tone fills it.
+        QTest::newRow("start") << int(PastePlace::Start) << 20.0f << 50.0f
+                               << Spans{{0, 4, true}, {4, 6, false}, {6, 10, true}};
+        QTest::newRow("position 4.5 s") << int(PastePlace::CurrentPosition) << 20.0f << 50.0f
+                                        << Spans{{0, 4, true}, {4, 6, true}, {6, 10, true}};
+        QTest::newRow("start of selection") << int(PastePlace::StartOfSelection) << 40.0f << 60.0f
+                                            << Spans{{0, 4, true}, {4, 6, true}, {6, 10, true}};
+        QTest::newRow("end of selection") << int(PastePlace::EndOfSelection) << 20.0f << 40.0f
+                                          << Spans{{0, 4, true}, {4, 6, true}, {6, 10, true}};
+    }
+    void pasteMixing() {
+        QFETCH(int, place);
+        QFETCH(float, start);
+        QFETCH(float, end);
+        QFETCH(Spans, spans);
+        Document* d = openPattern();
+        QVERIFY(d && copyClip(d));
+        setMarkers(d, start, end, 4.5f);
+        QVERIFY(edit(d, [&] {
+            switch (PastePlace(place)) {
+            case PastePlace::Start:
+                d->OnPopupPasteMixingAtStart();
+                break;
+            case PastePlace::CurrentPosition:
+                d->OnPopupPasteMixingAtCurrentPosition();
+                break;
+            case PastePlace::StartOfSelection:
+                d->OnPopupPasteMixingAtStartOfSelection();
+                break;
+            default:
+                d->OnPopupPasteMixingAtEndOfSelection();
+                break;
+            }
+        }));
+        checkResult(d, 1, 10, spans);
+    }
+
+    void insertSilence_data() {
+        QTest::addColumn<int>("place");
+        QTest::addColumn<Spans>("spans");
+        QTest::newRow("start") << int(SilencePlace::Start)
+                               << Spans{{0, 1, false}, {1, 5, true}, {5, 7, false}, {7, 11, true}};
+        QTest::newRow("end") << int(SilencePlace::End)
+                             << Spans{{0, 4, true}, {4, 6, false}, {6, 10, true}, {10, 11, false}};
+        QTest::newRow("position 7.5 s")
+            << int(SilencePlace::CurrentPosition)
+            << Spans{{0, 4, true}, {4, 6, false}, {6, 7.5, true}, {7.5, 8.5, false}, {8.5, 11, true}};
+    }
+    void insertSilence() {
+        QFETCH(int, place);
+        QFETCH(Spans, spans);
+        Document* d = openPattern();
+        QVERIFY(d);
+        setMarkers(d, 20, 50, 7.5f);
+        bool asked = false;
+        gui::whenModal<Window_Silence_Insert>([&](Window_Silence_Insert* dialog) {
+            asked = true;
+            QCOMPARE(dialog->textLengthInMS->text(), QString("1000"));
+            QMetaObject::invokeMethod(dialog, "OnOK");
+        });
+        QVERIFY(edit(d, [&] {
+            switch (SilencePlace(place)) {
+            case SilencePlace::Start:
+                d->OnPopupSilenceInsertAtStart();
+                break;
+            case SilencePlace::End:
+                d->OnPopupSilenceInsertAtEnd();
+                break;
+            case SilencePlace::CurrentPosition:
+                d->OnPopupSilenceInsertAtCurrentPosition();
+                break;
+            }
+        }));
+        QVERIFY(asked);
+        checkResult(d, 1, 11, spans);
+    }
+
+    void silenceTheSelection() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        setMarkers(d, 20, 50, 0);
+        QVERIFY(edit(d, [&] { d->OnPopupSilenceSelection(); }));
+        checkResult(d, 1, 10, {{0, 2, true}, {2, 6, false}, {6, 10, true}});
+    }
+
+    void trim_data() {
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<double>("length");
+        QTest::newRow("start") << 1 << 10.0;
+        QTest::newRow("end: trims the start, then reverses") << 2 << 10.0;
+        QTest::newRow("entire: the long silence goes too") << 3 << 8.0;
+    }
+    void trim() {
+        QFETCH(int, mode);
+        QFETCH(double, length);
+        Document* d = openPattern();
+        QVERIFY(d);
+        const QString before = d->s_WAV_File_Path;
+        gui::whenModal<Window_Silence_Trim>([&](Window_Silence_Trim* dialog) {
+            QRadioButton* radio[] = {dialog->radioStart, dialog->radioEnd, dialog->radioEntire};
+            radio[mode - 1]->click();
+            QMetaObject::invokeMethod(dialog, "OnOK");
+        });
+        QVERIFY(edit(d, [&] { d->OnPopupSilenceTrim(); }));
+        const Spans spans = mode == 3 ? Spans{{0, 4, true}, {4.05, 8, true}}
+                                      : Spans{{0, 4, true}, {4, 6, false}, {6, 10, true}};
+        checkResult(d, 1, length, spans);
+        if (mode == 2) { // sample by sample, the original read backwards
+            const std::vector<short> original = frames(before), result = frames(d->s_WAV_File_Path);
+            const std::size_t n = original.size() / 2, m = result.size() / 2;
+            QVERIFY(m > n - 100 && m <= n);
+            for (std::size_t j = 0; j < m; j += 997)
+                QCOMPARE(result[2 * j], original[2 * (n - 1 - j)]);
+        }
+    }
+};
+
+QTEST_MAIN(tst_Editing)
+#include "tst_editing.moc"
