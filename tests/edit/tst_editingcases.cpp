@@ -1,0 +1,258 @@
+#include "EditingFixture.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCryptographicHash>
+#include <QMenu>
+
+namespace {
+QByteArray digest(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly)
+               ? QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256)
+               : QByteArray();
+}
+} // namespace
+
+// The edge cases of the edits, their dialogs from the document, undo across
+// many edits, two windows, and input that is not as it should be.
+class tst_EditingCases : public EditingFixture {
+    Q_OBJECT
+private slots:
+    void initTestCase() { startWithPattern(); }
+    void cleanup() { closeAll(); }
+
+    void twoCopiesInOneSecondShareTheNameAndTheSecondWins() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        for (int attempt = 0; attempt < 3; ++attempt) {
+            waitPastEveryStamp(m_app->s_Output_Folder); // start right after a second begins
+            setMarkers(d, 0, 30, 0);                    // 0–3 s: tone
+            QSignalSpy copied(d, &Document::copied);
+            d->Operation_Copy();
+            QVERIFY(copied.wait(20000));
+            const QString first = m_app->s_Copied_WAV_File;
+            setMarkers(d, 40, 60, 0); // 4–6 s: silence
+            d->Operation_Copy();
+            QVERIFY(copied.wait(20000));
+            if (m_app->s_Copied_WAV_File != first)
+                continue; // the second copy fell into the next second: try again
+            const fixtures::WavInfo clip = fixtures::wavInfo(m_app->s_Copied_WAV_File);
+            QVERIFY(std::abs(clip.seconds() - 2.0) < 0.03);
+            QVERIFY(fixtures::rms(m_app->s_Copied_WAV_File, 0.1, 1.9) < 0.001);
+            return;
+        }
+        QFAIL("two copies never landed in one second");
+    }
+
+    void aCutLeavesTheRemainderOnTheClipboardAndPasteAtStartDoublesIt() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        setMarkers(d, 20, 50, 0);
+        QVERIFY(edit(d, [&] { d->Operation_Cut(); }));
+        QCOMPARE(m_app->s_Copied_WAV_File, d->s_WAV_File_Path);
+        waitPastEveryStamp(m_app->s_Output_Folder);
+        QVERIFY(edit(d, [&] { d->OnPopupMenuPasteAtStart(); }));
+        checkResult(d, 2, 14, {{0, 2, true}, {2, 3, false}, {3, 9, true}, {9, 10, false}, {10, 14, true}});
+    }
+
+    void deletingEverythingGivesAnEmptyVersion() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        setMarkers(d, 0, 100, 0);
+        QVERIFY(edit(d, [&] { d->Operation_Delete(); }));
+        const fixtures::WavInfo info = fixtures::wavInfo(d->s_WAV_File_Path);
+        QVERIFY(info.ok);
+        QCOMPARE(info.frames, qint64(0));
+        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(0));
+        QCOMPARE(d->history.u_array_WAV_Files_Length, 2u);
+    }
+
+    void pasteAtPositionZeroPutsTheClipFirst() {
+        Document* d = openPattern();
+        QVERIFY(d && copyClip(d));
+        setMarkers(d, 20, 50, 0);
+        QVERIFY(edit(d, [&] { d->OnPopupMenuPasteAtCurrentPosition(); }));
+        checkResult(d, 1, 13, {{0, 2, true}, {2, 3, false}, {3, 7, true}, {7, 9, false}, {9, 13, true}});
+    }
+
+    void mixingBelowOneSecondStartsAtTheBeginning() {
+        Document* d = openPattern();
+        QVERIFY(d && copyClip(d));
+        setMarkers(d, 20, 50, 0.9f);
+        QVERIFY(edit(d, [&] { d->OnPopupPasteMixingAtCurrentPosition(); }));
+        checkResult(d, 1, 10, {{0, 4, true}, {4, 6, false}, {6, 10, true}});
+        const QString padded = paddedClipPath(m_app->s_Copied_WAV_File);
+        QVERIFY(QFile::exists(padded)); // stays until the next mix or start
+        QVERIFY(std::abs(fixtures::wavInfo(padded).seconds() - 3.0) < 0.03);
+    }
+
+    void mixingAtTheEndOfASelectionEndingTheTrackLengthensIt() {
+        Document* d = openPattern();
+        QVERIFY(d && copyClip(d));
+        setMarkers(d, 50, 100, 0);
+        QVERIFY(edit(d, [&] { d->OnPopupPasteMixingAtEndOfSelection(); }));
+        checkResult(d, 1, 13, {{0, 4, true}, {4, 6, false}, {6, 12, true}, {12, 13, false}});
+    }
+
+    void aTinySelectionIsSilencedWithWholeHundredths() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        setMarkers(d, 10, 10.123f, 0); // 0.0123 s from 1 s: 12 ms, made as 00:00:00.01
+        QVERIFY(edit(d, [&] { d->OnPopupSilenceSelection(); }));
+        checkResult(d, 1, 10 - 0.0123 + 0.01, {{0, 0.95, true}, {1.05, 4, true}});
+    }
+
+    void cancellingTheSilenceDialogsChangesNothing() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        const int runs = m_app->runner().runs().size();
+        gui::whenModal<Window_Silence_Insert>([](Window_Silence_Insert* dialog) { dialog->OnCancel(); });
+        d->OnPopupSilenceInsertAtStart();
+        gui::whenModal<Window_Silence_Insert>([](Window_Silence_Insert* dialog) { dialog->close(); });
+        d->OnPopupSilenceInsertAtEnd();
+        gui::whenModal<Window_Silence_Trim>([](Window_Silence_Trim* dialog) { dialog->OnCancel(); });
+        d->OnPopupSilenceTrim();
+        gui::whenModal<Window_Silence_Trim>([](Window_Silence_Trim* dialog) { dialog->close(); });
+        d->OnPopupSilenceTrim();
+        QVERIFY(gui::waitIdle(*m_app));
+        QCOMPARE(m_app->runner().runs().size(), runs);
+        QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
+    }
+
+    void aTrimWhoseResultIsNotWrittenSaysSoAndChangesNothing() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        const QString current = d->s_WAV_File_Path;
+        QVERIFY(QFile::remove(current)); // sox then has nothing to read
+        const auto alert = gui::answerAlert();
+        gui::whenModal<Window_Silence_Trim>([](Window_Silence_Trim* dialog) { dialog->OnOK(); });
+        d->OnPopupSilenceTrim();
+        QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
+        QCOMPARE(alert->text, QString("Error"));
+        QCOMPARE(alert->informativeText,
+                 QString("Parameters were not accepted. change parameters and try again."));
+        QCOMPARE(alert->buttons, QStringList({"Close"}));
+        QVERIFY(gui::waitIdle(*m_app));
+        QCOMPARE(d->s_WAV_File_Path, current);
+        QCOMPARE(d->history.array_WAV_Files, QStringList({current}));
+    }
+
+    void undoAndRedoAcrossTenEditsBringBackEveryVersionByteForByte() {
+        Document* d = openPattern();
+        QVERIFY(d && copyClip(d));
+        QList<QByteArray> versions{digest(d->s_WAV_File_Path)};
+        const QList<std::function<void()>> edits = {
+            [&] { d->OnPopupMenuPasteAtEnd(); },
+            [&] { d->Operation_Delete(); },
+            [&] { d->OnPopupSilenceSelection(); },
+            [&] { d->OnPopupPasteMixingAtStart(); },
+            [&] { d->OnPopupMenuPasteAtStartOfSelection(); },
+            [&] { d->Operation_Cut(); },
+            [&] { d->OnPopupMenuPasteAtCurrentPosition(); },
+            [&] { d->OnPopupPasteMixingAtEndOfSelection(); },
+            [&] { d->OnPopupMenuPasteAtStart(); },
+            [&] { d->Operation_Delete(); },
+        };
+        for (const auto& action : edits) {
+            setMarkers(d, 10, 30, 1.5f);
+            waitPastEveryStamp(m_app->s_Output_Folder);
+            QVERIFY(edit(d, action));
+            versions << digest(d->s_WAV_File_Path);
+        }
+        QCOMPARE(d->history.u_array_WAV_Files_Length, 11u);
+        for (int i = 9; i >= 0; --i) {
+            QSignalSpy reloaded(d, &Document::loaded);
+            d->Operation_Undo();
+            QVERIFY(reloaded.wait(10000));
+            QCOMPARE(digest(d->s_WAV_File_Path), versions[i]);
+        }
+        for (int i = 1; i <= 10; ++i) {
+            QSignalSpy reloaded(d, &Document::loaded);
+            d->Operation_Redo();
+            QVERIFY(reloaded.wait(10000));
+            QCOMPARE(digest(d->s_WAV_File_Path), versions[i]);
+        }
+    }
+
+    void copyInOneWindowAndPasteInAnother() {
+        Document* first = openPattern();
+        QVERIFY(first && copyClip(first));
+        gui::answerFileDialog({});
+        m_app->openDocument();
+        Document* second = m_app->documents().last();
+        QSignalSpy loaded(second, &Document::loaded);
+        QVERIFY(loaded.wait(20000));
+        waitPastEveryStamp(m_app->s_Output_Folder);
+        second->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(second));
+        QVERIFY(edit(second, [&] { second->OnPopupMenuPasteAtStart(); }));
+        checkResult(second, 1, 63, {{0, 2, true}, {2, 63, false}});
+    }
+
+    void theEditMenuAndThePasteButtonReachTheActiveDocument() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        d->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(d));
+        m_app->s_Copied_WAV_File.clear();
+        const auto alert = gui::answerAlert();
+        m_app->actionPaste->trigger();
+        QTRY_VERIFY(alert->shown);
+        QCOMPARE(alert->informativeText, QString("There is no copied content."));
+        QCOMPARE(alert->buttons, QStringList({"Close"}));
+        QVERIFY(QApplication::activePopupWidget() == nullptr);
+
+        d->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(d));
+        setMarkers(d, 20, 50, 0);
+        QSignalSpy copied(d, &Document::copied);
+        m_app->actionCopy->trigger();
+        QVERIFY(copied.wait(20000));
+        d->btnPaste->trigger();
+        QTRY_COMPARE(QApplication::activePopupWidget(), d->popupMenuPaste);
+        QCOMPARE(d->popupMenuPaste->actions().size(), 5);
+        d->popupMenuPaste->close();
+        d->btnTools->trigger();
+        QTRY_COMPARE(QApplication::activePopupWidget(), d->popupMenuTools);
+        d->popupMenuTools->close();
+    }
+
+    void aClipboardFileThatDisappearedIsNothingToPaste() {
+        Document* d = openPattern();
+        QVERIFY(d && copyClip(d));
+        QVERIFY(QFile::remove(m_app->s_Copied_WAV_File));
+        const auto alert = gui::answerAlert();
+        d->Operation_Paste();
+        QTRY_VERIFY(alert->shown);
+        QCOMPARE(alert->informativeText, QString("There is no copied content."));
+        // Reached directly, the paste runs and its missing result is taken as it is.
+        QVERIFY(edit(d, [&] { d->OnPopupMenuPasteAtStart(); }));
+        QVERIFY(!QFile::exists(d->s_WAV_File_Path));
+        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(0));
+        QTRY_VERIFY(d->audioPlot->points().empty());
+    }
+
+    void editsOfAFileDeletedBehindTheEditorsBackAndWildMarkersDoNotBreakIt() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        QVERIFY(QFile::remove(d->s_WAV_File_Path));
+        QVERIFY(edit(d, [&] { d->Operation_Delete(); }));
+        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(0));
+        QCOMPARE(d->viewAudioPlot->f_Audio_Length, 0.0f);
+        QVERIFY(!d->viewAudioPlot->grab().toImage().isNull());
+
+        Document* e = openPattern();
+        QVERIFY(e);
+        setMarkers(e, -40, 170, -3);
+        QVERIFY(edit(e, [&] { e->OnPopupSilenceSelection(); }));
+        waitPastEveryStamp(m_app->s_Output_Folder);
+        setMarkers(e, 150, -20, 1.0e9f);
+        QVERIFY(edit(e, [&] { e->Operation_Delete(); }));
+        QCOMPARE(e->history.u_array_WAV_Files_Length, 3u);
+        QVERIFY(!e->viewAudioPlot->grab().toImage().isNull());
+    }
+};
+
+QTEST_MAIN(tst_EditingCases)
+#include "tst_editingcases.moc"
