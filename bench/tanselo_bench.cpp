@@ -3,16 +3,21 @@
 //   1. waveform points of a 1-hour WAV vs `sox FILE -n stat` and `cat FILE`;
 //   2. the peak memory of that computation;
 //   3. process start to the first window showing the loaded silence track;
-//   4. the longest interface-thread stall while a 20 s tool run executes.
+//   4. the longest interface-thread stall while a 20 s tool run executes;
+//   5. cut, paste and paste mixing of a 10-minute track through the editor's
+//      runner beside the same tool runs from a plain shell script.
 // Run it with `make bench`.
 
 #include "app/AppDelegate.h"
 #include "app/PlanRunner.h"
 #include "document/Document.h"
 #include "document/Waveform.h"
+#include "edit/EditPlans.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -109,16 +114,89 @@ double longestStallDuringToolRun(double seconds) {
         longest = std::max(longest, sinceTick.nsecsElapsed());
         sinceTick.restart();
     });
-    bool done = false;
+    QEventLoop loop;
     runner.submit(
         {{step::Run{Tool::FFmpeg,
                     {"-re", "-f", "lavfi", "-i", QString("anullsrc=d=%1").arg(seconds), "-f", "null", "-"}}}},
-        nullptr, [&](const PlanOutcome&) { done = true; });
+        nullptr, [&](const PlanOutcome&) { loop.quit(); });
     sinceTick.start();
     timer.start();
-    while (!done)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+    loop.exec();
     return longest / 1e6;
+}
+
+// The plan as a shell script: the same deletions and tool runs, in order.
+QString shellScript(const Plan& plan, const ToolPaths& tools) {
+    auto quoted = [](const QString& word) { return "'" + QString(word).replace("'", "'\\''") + "'"; };
+    QString script;
+    for (const Step& s : plan.steps) {
+        if (auto* d = std::get_if<step::DeleteFile>(&s)) {
+            script += "rm -f " + quoted(d->path) + "\n";
+        } else if (auto* r = std::get_if<step::Run>(&s)) {
+            script += quoted(r->tool == Tool::Sox ? tools.sox : tools.ffmpeg);
+            for (const QString& a : r->arguments)
+                script += " " + quoted(a);
+            script += " < /dev/null > /dev/null 2>&1\n";
+        } else if (auto* q = std::get_if<step::RequireFile>(&s)) {
+            script += "test -e " + quoted(q->path) + " || exit 1\n";
+        } else if (auto* p = std::get_if<step::ProbeDuration>(&s)) {
+            script += quoted(tools.ffmpeg) + " -i " + quoted(p->path) + " < /dev/null > /dev/null 2>&1\n";
+        }
+    }
+    return script;
+}
+
+double timeThroughRunner(PlanRunner& runner, const Plan& plan) {
+    QEventLoop loop;
+    QElapsedTimer clock;
+    clock.start();
+    runner.submit(plan, nullptr, [&](const PlanOutcome&) { loop.quit(); });
+    loop.exec();
+    return clock.nsecsElapsed() / 1e6;
+}
+
+void compareEditsWithAShell(const QString& folder) {
+    const ToolPaths tools{QStandardPaths::findExecutable("sox"), QStandardPaths::findExecutable("ffmpeg")};
+    const QString track = folder + "/ten-minutes.wav", clip = folder + "/clip.wav";
+    timeCommand("sox", {"-D", "-n", "-r", "44100", "-c", "2", "-b", "16", track, "synth", "600", "sine",
+                        "440", "vol", "0.5"});
+    timeCommand("sox", {"-D", "-n", "-r", "44100", "-c", "2", "-b", "16", clip, "synth", "10", "sine", "880",
+                        "vol", "0.5"});
+    const EditState state{folder, track, clip, calculateSegmentVariables({600, 40, 60, 300, 600}),
+                          600,    40,    60};
+    const ResultNames names(folder);
+    const QList<QPair<const char*, EditPlan>> edits = {
+        {"cut", buildCutPlan(state, names, false)},
+        {"paste at position", buildPastePlan(state, names, PastePlace::CurrentPosition)},
+        {"paste mixing at position", buildPasteMixPlan(state, names, PastePlace::CurrentPosition)},
+    };
+    PlanRunner runner(tools);
+    std::printf(
+        "\nEdits of a 10-minute stereo WAV: the editor's runner beside a shell script (median of 6)\n");
+    for (const auto& [name, edit] : edits) {
+        const QString script = folder + "/edit.sh";
+        QFile file(script);
+        file.open(QIODevice::WriteOnly);
+        file.write(shellScript(edit.plan, tools).toUtf8());
+        file.close();
+        // Each contender starts with the disk written back and goes first every other time.
+        std::vector<double> editor, shell;
+        for (int i = 0; i < 6; ++i) {
+            timeCommand("sync", {});
+            if (i % 2 == 0)
+                shell.push_back(timeCommand("sh", {script}));
+            else
+                editor.push_back(timeThroughRunner(runner, edit.plan));
+            timeCommand("sync", {});
+            if (i % 2 == 0)
+                editor.push_back(timeThroughRunner(runner, edit.plan));
+            else
+                shell.push_back(timeCommand("sh", {script}));
+        }
+        const double e = median(editor), sh = median(shell);
+        std::printf("  %-26s editor %7.1f ms   shell %7.1f ms   ratio %.3f (target <= 1.05)\n", name, e, sh,
+                    e / sh);
+    }
 }
 } // namespace
 
@@ -171,5 +249,8 @@ int main(int argc, char** argv) {
     std::printf("\nLongest interface-thread stall while a 20 s tool run executes\n");
     std::fflush(stdout);
     std::printf("  %.1f ms (timer interval 10 ms; target < 50 ms)\n", longestStallDuringToolRun(20));
+    std::fflush(stdout);
+
+    compareEditsWithAShell(dir.path());
     return 0;
 }
