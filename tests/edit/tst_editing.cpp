@@ -6,24 +6,8 @@ using namespace editing;
 class tst_Editing : public EditingFixture {
     Q_OBJECT
 private slots:
-    void initTestCase() {
-        m_app = gui::startApplication(m_root.filePath("home"));
-        QVERIFY(m_app && gui::waitIdle(*m_app));
-        const QString tone = m_root.filePath("tone4.wav"), gap = m_root.filePath("gap2.wav");
-        m_pattern = m_root.filePath("pattern.wav");
-        fixtures::makeTone(tone, 4, 1000, 0.5);
-        fixtures::makeSilence(gap, 2);
-        fixtures::join({tone, gap, tone}, m_pattern);
-    }
-
-    void cleanup() {
-        for (Document* d : m_app->documents())
-            delete d;
-        QVERIFY(gui::waitIdle(*m_app));
-        if (!QFile::exists(m_app->sSilenceWavPath))
-            fixtures::run("sox",
-                          {"-n", "-r", "44100", "-c", "2", m_app->sSilenceWavPath, "trim", "0.0", "60.0"});
-    }
+    void initTestCase() { startWithPattern(); }
+    void cleanup() { closeAll(); }
 
     void copyFillsTheClipboardAndLeavesTheTrack() {
         Document* d = openPattern();
