@@ -98,6 +98,7 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
     connect(viewAudioPlot, &View_Audio_Wave::markersChanged, this, &Document::showMarkers);
 
     buildEditMenus();
+    buildEffectsMenu();
     m_toolBar = buildToolBar();
     addToolBar(m_toolBar);
     labelSelection = new QLabel;

@@ -2,6 +2,7 @@
 
 #include "document/VersionHistory.h"
 #include "edit/EditPlans.h"
+#include "effects/EffectPlans.h"
 #include "timeline/TimeStrings.h"
 
 #include <QColor>
@@ -73,10 +74,17 @@ public:
     void OnPopupSilenceTrim();
     void OnToolbarTools(); // pops up the tools menu
 
+    // Effects (defined beside the effect plans): one sox effect over the whole
+    // track or over the selection only.
+    void applyEffect(const EffectArguments& arguments, bool selectionOnly);
+    void OnPopupReverseEntireTrack();
+    void OnPopupReverseSelection();
+
     QMenu* popupMenuTools;
     QMenu* popupMenuPaste;
     QMenu* popupMenuPasteMixing;
     QMenu* popupMenuSilence;
+    QMenu* popupMenuEffects;
 
     // Zoom: the whole track spans u_Zoom_Factor visible widths.
     void OnToolbarZoomPlus();
@@ -146,6 +154,7 @@ private:
     void showMarkers();
     SegmentVariables segmentVariables() const;
     void buildEditMenus();
+    void buildEffectsMenu();
     EditState editState(bool withSegments);
     void runEdit(const EditPlan& edit);
     void adoptResult(const EditPlan& edit, qint64 seconds);

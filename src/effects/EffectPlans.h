@@ -1,0 +1,22 @@
+#pragma once
+
+#include "edit/EditPlans.h"
+
+// What one effect adds to a sox run: global options before the input path
+// (amplify and normalise use these) and the effect's own words after the
+// input and output paths.
+struct EffectArguments {
+    QStringList global;
+    QStringList effect;
+};
+
+// The whole track: sox from the current version into the result, which is
+// adopted if sox wrote it and refused with the parameters alert otherwise.
+EditPlan buildEffectPlan(const EditState& s, const ResultNames& names, const EffectArguments& arguments);
+
+// The selection only: the track is cut into Before, Selection and After; sox
+// processes the selection into "SelectionAfterAmplify" (the one name every
+// effect uses); the three parts are joined into the result. When sox writes
+// nothing, the plan ends with the alert and the three cut parts stay.
+EditPlan buildEffectSelectionPlan(const EditState& s, const ResultNames& names,
+                                  const EffectArguments& arguments);

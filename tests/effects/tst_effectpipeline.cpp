@@ -1,0 +1,103 @@
+#include "edit/EditingFixture.h"
+
+#include <QDir>
+#include <QMenu>
+
+namespace {
+double decibels(double a, double b) {
+    return 20.0 * std::log10(a / b);
+}
+} // namespace
+
+// The effect procedures run for real: reversal needs no dialog, and an
+// argument sox refuses shows what every failed effect shows.
+class tst_EffectPipeline : public EditingFixture {
+    Q_OBJECT
+private slots:
+    void initTestCase() { startWithPattern(); }
+    void cleanup() { closeAll(); }
+
+    void reversingTheWholeTrackReversesEverySample() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        const QString before = d->s_WAV_File_Path;
+        QVERIFY(edit(d, [&] { d->OnPopupReverseEntireTrack(); }));
+        checkResult(d, 1, 10, {{0, 4, true}, {4, 6, false}, {6, 10, true}});
+        const std::vector<short> original = frames(before), result = frames(d->s_WAV_File_Path);
+        QCOMPARE(result.size(), original.size());
+        const std::size_t n = original.size() / 2;
+        for (std::size_t j = 0; j < n; j += 101)
+            QCOMPARE(result[2 * j + 1], original[2 * (n - 1 - j) + 1]);
+    }
+
+    void reversingTheSelectionLeavesTheRestAsItWas() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        const QString before = d->s_WAV_File_Path;
+        setMarkers(d, 30, 70, 0); // 3–7 s
+        QVERIFY(edit(d, [&] { d->OnPopupReverseSelection(); }));
+        checkResult(d, 1, 10, {{0, 4, true}, {4, 6, false}, {6, 10, true}});
+        for (const auto& [from, to] : {std::pair{0.1, 2.9}, std::pair{7.1, 9.9}}) {
+            const double was = fixtures::rms(before, from, to),
+                         is = fixtures::rms(d->s_WAV_File_Path, from, to);
+            QVERIFY2(std::abs(decibels(is, was)) < 0.5, qPrintable(QString::number(decibels(is, was))));
+        }
+        // Inside, sample by sample, the selection read backwards.
+        const std::vector<short> original = frames(before), result = frames(d->s_WAV_File_Path);
+        const std::size_t start = 3 * 44100, end = 7 * 44100;
+        int matches = 0, checked = 0;
+        for (std::size_t j = start + 500; j < end - 500; j += 997, ++checked)
+            matches += result[2 * j] == original[2 * (start + end - 1 - j)];
+        QVERIFY2(matches > checked * 9 / 10, qPrintable(QString("%1 of %2").arg(matches).arg(checked)));
+    }
+
+    void anArgumentSoxRefusesLeavesTheTrackAsItWas() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        const QString current = d->s_WAV_File_Path;
+        const auto alert = gui::answerAlert();
+        d->applyEffect({{}, {"echo", "not-a-number"}}, false);
+        QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
+        QCOMPARE(alert->text, QString("Error"));
+        QCOMPARE(alert->informativeText,
+                 QString("Parameters were not accepted. change parameters and try again."));
+        QCOMPARE(alert->buttons, QStringList({"Close"}));
+        QVERIFY(gui::waitIdle(*m_app));
+        QCOMPARE(d->s_WAV_File_Path, current);
+        QCOMPARE(d->history.array_WAV_Files, QStringList({current}));
+    }
+
+    void onASelectionTheCutPartsStayAfterARefusal() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        const QString current = d->s_WAV_File_Path;
+        const QStringList before = QDir(m_app->s_Output_Folder).entryList(QDir::Files);
+        const auto alert = gui::answerAlert();
+        d->applyEffect({{}, {"echo", "not-a-number"}}, true);
+        QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
+        QVERIFY(gui::waitIdle(*m_app));
+        QStringList added = QDir(m_app->s_Output_Folder).entryList(QDir::Files);
+        for (const QString& name : before)
+            added.removeAll(name);
+        added.sort();
+        QCOMPARE(added.size(), 3);
+        QVERIFY(added[0].endsWith("After.wav"));
+        QVERIFY(added[1].endsWith("Before.wav"));
+        QVERIFY(added[2].endsWith("Selection.wav"));
+        QCOMPARE(d->s_WAV_File_Path, current);
+        QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
+    }
+
+    void theToolsMenuOffersReversal() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        QStringList titles;
+        for (QAction* action : d->popupMenuEffects->actions())
+            titles << action->text();
+        QVERIFY(titles.contains("Reverse"));
+        QVERIFY(d->popupMenuTools->actions().contains(d->popupMenuEffects->menuAction()));
+    }
+};
+
+QTEST_MAIN(tst_EffectPipeline)
+#include "tst_effectpipeline.moc"
