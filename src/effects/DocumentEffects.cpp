@@ -3,7 +3,7 @@
 
 #include "app/AppDelegate.h"
 #include "document/Document.h"
-#include "effects/EffectPlans.h"
+#include "effects/EffectCatalogue.h"
 
 #include <QMenu>
 

@@ -88,14 +88,21 @@ private slots:
         QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
     }
 
-    void theToolsMenuOffersReversal() {
+    void theToolsMenuOffersReversalAndItsItemReverses() {
         Document* d = openPattern();
         QVERIFY(d);
-        QStringList titles;
-        for (QAction* action : d->popupMenuEffects->actions())
-            titles << action->text();
-        QVERIFY(titles.contains("Reverse"));
         QVERIFY(d->popupMenuTools->actions().contains(d->popupMenuEffects->menuAction()));
+        QMenu* reverse = nullptr;
+        for (QAction* action : d->popupMenuEffects->actions())
+            if (action->text() == "Reverse")
+                reverse = action->menu();
+        QVERIFY(reverse);
+        QCOMPARE(reverse->actions().size(), 2);
+        const QString before = d->s_WAV_File_Path;
+        QVERIFY(edit(d, [&] { reverse->actions().first()->trigger(); }));
+        const std::vector<short> original = frames(before), result = frames(d->s_WAV_File_Path);
+        QCOMPARE(result.size(), original.size());
+        QCOMPARE(result[2 * 1000], original[original.size() - 2 - 2 * 1000]);
     }
 };
 

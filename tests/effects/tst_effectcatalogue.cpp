@@ -1,0 +1,180 @@
+#include "effects/EffectCatalogue.h"
+
+#include <QSet>
+#include <QTest>
+
+namespace {
+EffectArguments argumentsOf(const QString& key, const EffectValues& values) {
+    const EffectEntry* entry = findEffect(key);
+    return entry ? entry->arguments(values) : EffectArguments{{"missing"}, {"missing"}};
+}
+} // namespace
+
+class tst_EffectCatalogue : public QObject {
+    Q_OBJECT
+private slots:
+    void everyEffectIsThereOnce() {
+        QSet<QString> keys;
+        for (const EffectEntry& entry : effectCatalogue())
+            keys.insert(entry.key);
+        QCOMPARE(keys.size(), int(effectCatalogue().size()));
+        QCOMPARE(effectCatalogue().size(), std::size_t(28));
+        for (const char* noSelection : {"BassTreble", "FadeIn", "FadeOut"})
+            QVERIFY(!findEffect(noSelection)->selection);
+        QCOMPARE(findEffect("Compression")->windowTitle, QString("Contrast"));
+        QCOMPARE(findEffect("FadeIn")->windowTitle, QString("Fade-In"));
+        QVERIFY(findEffect("Reverse")->dialog.isEmpty());
+    }
+
+    void amplifyPassesAGlobalOptionBeforeTheInput() {
+        QCOMPARE(argumentsOf("Amplify", {{"u_Percentage", 100}}).global, QStringList({"-v", "1.00"}));
+        QCOMPARE(argumentsOf("Amplify", {{"u_Percentage", 150}}).global, QStringList({"-v", "1.50"}));
+        QVERIFY(argumentsOf("Amplify", {{"u_Percentage", 150}}).effect.isEmpty());
+    }
+
+    void normalizeIsOneArgument() {
+        const EffectArguments a = argumentsOf("Normalize", {{"f_dB", -1.0f}});
+        QCOMPARE(a.global, QStringList({"--norm=-1.00"}));
+        QVERIFY(a.effect.isEmpty());
+    }
+
+    void phaserDefaults() {
+        QCOMPARE(argumentsOf("Phaser", {{"f_Gain_In", 80.0f},
+                                        {"f_Gain_Out", 74.0f},
+                                        {"f_Speed", 1500.0f},
+                                        {"f_Delay", 3000.0f},
+                                        {"f_Decay_Factor", 0.5f},
+                                        {"u_Modulation", 0}})
+                     .effect,
+                 QStringList({"phaser", "0.80", "0.74", "3.00", "0.50", "1.50", "-t"}));
+        QCOMPARE(argumentsOf("Phaser", {{"u_Modulation", 1}}).effect.last(), QString("-s"));
+        QCOMPARE(argumentsOf("Phaser", {{"u_Modulation", 2}}).effect.size(), 6);
+    }
+
+    void bendDefaultsWithNoCents() {
+        QCOMPARE(argumentsOf("Bend", {{"f_Start", 1000}, {"f_Cents", 0}, {"f_Duration", 2000}}).effect,
+                 QStringList({"bend", "1.00,0,2.00"}));
+        QCOMPARE(argumentsOf("Bend", {{"f_Start", 1500}, {"f_Cents", -300}, {"f_Duration", 250}}).effect,
+                 QStringList({"bend", "1.50,-300,0.25"}));
+    }
+
+    void fades() {
+        QCOMPARE(argumentsOf("FadeOut", {{"f_Duration_MS", 500.0f}, {"u_Modulation", 1}}).effect,
+                 QStringList({"fade", "q", "0", "0", "0.50"}));
+        QCOMPARE(argumentsOf("FadeIn", {{"f_Duration_MS", 1500.0f}, {"u_Modulation", 4}}).effect,
+                 QStringList({"fade", "p", "1.50"}));
+        QCOMPARE(argumentsOf("FadeIn", {{"f_Duration_MS", 500.0f}, {"u_Modulation", 9}}).effect,
+                 QStringList({"fade", "0.50"}));
+    }
+
+    void bandPassTakesTheWholeFrequency() {
+        QCOMPARE(argumentsOf("BandPass", {{"f_Frequency", 1234}, {"f_Width_dB", 36}}).effect,
+                 QStringList({"bandpass", "1234", "36"}));
+        QCOMPARE(argumentsOf("BandReject", {{"f_Frequency", 50}, {"f_Width_dB", 6}}).effect,
+                 QStringList({"bandreject", "50", "6"}));
+    }
+
+    void theOtherArgumentLists() {
+        QCOMPARE(argumentsOf("BassTreble", {{"f_Bass", 2.5f}, {"f_Treble", -1.0f}}).effect,
+                 QStringList({"bass", "2.50", "treble", "-1.00"}));
+        QCOMPARE(argumentsOf("Pitch", {{"f_Semitones", 250.0f}}).effect,
+                 QStringList({"pitch", "250.000000"}));
+        QCOMPARE(argumentsOf("Speed", {{"f_Percentage", 125.0f}}).effect, QStringList({"speed", "1.25"}));
+        QCOMPARE(argumentsOf("Tempo", {{"f_Percentage", 80.0f}}).effect, QStringList({"tempo", "0.80"}));
+        QCOMPARE(argumentsOf("Echo", {{"f_Gain_In", 80.0f},
+                                      {"f_Gain_Out", 90.0f},
+                                      {"f_Delay_MS", 1000.0f},
+                                      {"f_Decay_Factor", 0.5f}})
+                     .effect,
+                 QStringList({"echo", "0.80", "0.90", "1000.00", "0.50"}));
+        QCOMPARE(argumentsOf("Flanger", {{"f_Delay", 0},
+                                         {"f_Depth", 2},
+                                         {"f_Regen", 0},
+                                         {"f_Width", 71},
+                                         {"f_Speed", 0.5f},
+                                         {"f_Phase", 25}})
+                     .effect,
+                 QStringList({"flanger", "0", "2", "0", "71", "0.50", "sin", "25", "lin"}));
+        QCOMPARE(argumentsOf("Chorus", {{"f_Gain_In", 70.0f},
+                                        {"f_Gain_Out", 90.0f},
+                                        {"f_Delay", 50.0f},
+                                        {"f_Decay_Factor", 0.4f},
+                                        {"f_Speed", 0.25f},
+                                        {"f_Depth", 2.0f},
+                                        {"u_Modulation", 1}})
+                     .effect,
+                 QStringList({"chorus", "0.70", "0.90", "50.00", "0.40", "0.25", "2.00", "-s"}));
+        QCOMPARE(argumentsOf("Reverb", {{"f_Reverberence", 50},
+                                        {"f_HF_Damping", 50},
+                                        {"f_Room_Size", 100},
+                                        {"f_Stereo_Depth", 100},
+                                        {"f_Pre_Delay", 0},
+                                        {"f_Wet_Gain", 0}})
+                     .effect,
+                 QStringList({"reverb", "50", "50", "100", "100", "0", "0"}));
+        QCOMPARE(argumentsOf("Tremolo", {{"f_Speed", 5.0f}, {"f_Depth", 40}}).effect,
+                 QStringList({"tremolo", "5.00", "40"}));
+        QCOMPARE(argumentsOf("Compand", {{"f_Attack", 0.3f},
+                                         {"f_Decay", 0.8f},
+                                         {"f_Delay", 0.2f},
+                                         {"f_Gain", -5},
+                                         {"f_Initial_Volume", -90}})
+                     .effect,
+                 QStringList({"compand", "0.30,0.80", "6:-70,-60,-20", "-5", "-90", "0.20"}));
+        QCOMPARE(argumentsOf("HighPass", {{"f_Rolloff_dB", 12}}).effect,
+                 QStringList({"highpass", "-2", "12"}));
+        QCOMPARE(argumentsOf("LowPass", {{"f_Rolloff_dB", 6}}).effect, QStringList({"lowpass", "-2", "6"}));
+        QCOMPARE(argumentsOf("DCShift", {{"f_Shift", 0.1f}, {"f_Gain_Limiter", 0.05f}}).effect,
+                 QStringList({"dcshift", "0.10", "0.05"}));
+        QCOMPARE(argumentsOf("Compression", {{"f_Percentage", 75}}).effect, QStringList({"contrast", "75"}));
+        QCOMPARE(
+            argumentsOf("Biquad", {{"f_b0", 0.5f}, {"f_b1", 0.0f}, {"f_b2", 0.0f}, {"f_a0", 1.0f}}).effect,
+            QStringList(
+                {"biquad", "0.5000000", "0.0000000", "0.0000000", "1.0000000", "0.0000000", "0.0000000"}));
+        for (const auto& [key, word] :
+             {std::pair{"DeEmphasis", "deemph"}, std::pair{"Earwax", "earwax"}, std::pair{"OOPS", "oops"},
+              std::pair{"RIAA", "riaa"}, std::pair{"Reverse", "reverse"}})
+            QCOMPARE(argumentsOf(key, {}).effect, QStringList({word}));
+    }
+
+    void wholeNumbersPrintTheirLowThirtyTwoBits() {
+        QCOMPARE(argumentsOf("Compression", {{"f_Percentage", qint64(4294967296LL + 7)}}).effect.last(),
+                 QString("7"));
+    }
+
+    void theEqualizerChainsTwentyBandsWithTheBandwidthTwice() {
+        const QStringList e = equalizerArguments(1.5f);
+        QCOMPARE(e.size(), 80);
+        QCOMPARE(e.mid(0, 4), QStringList({"equalizer", "24", "1.50", "1.50"}));
+        QCOMPARE(e.mid(76, 4), QStringList({"equalizer", "17500", "1.50", "1.50"}));
+        QStringList frequencies;
+        for (int band = 0; band < 20; ++band) {
+            QCOMPARE(e[band * 4], QString("equalizer"));
+            QCOMPARE(e[band * 4 + 2], QString("1.50"));
+            QCOMPARE(e[band * 4 + 3], QString("1.50"));
+            frequencies << e[band * 4 + 1];
+        }
+        QCOMPARE(frequencies, QStringList({"24",   "34",   "48",   "68",   "96",    "136",  "193",
+                                           "273",  "386",  "546",  "772",  "1100",  "1500", "2200",
+                                           "3100", "4400", "6200", "8700", "12400", "17500"}));
+    }
+
+    void noiseReductionCutsProfilesAndReduces() {
+        const EditState s{"/w", "/w/t.wav", {}, calculateSegmentVariables({10, 10, 20, 0, 10}), 10, 10, 20};
+        const ResultNames names("/w", QDateTime(QDate(2024, 3, 5), QTime(14, 7, 59)));
+        const EditPlan e = buildNoiseReductionPlan(s, names, 0.21f);
+        const QString sample = "/w/2024-03-05-14-07-59Selection.wav", r = "/w/2024-03-05-14-07-59.wav";
+        QCOMPARE(plannedRuns(e.plan),
+                 QList<PlannedRun>(
+                     {{Tool::FFmpeg, {"-i", "/w/t.wav", "-ss", "00:00:01.00", "-t", "00:00:01.00", sample}},
+                      {Tool::Sox, {sample, "-n", "noiseprof", "/w/noise.prof"}},
+                      {Tool::Sox, {"/w/t.wav", r, "noisered", "/w/noise.prof", "0.21"}},
+                      {Tool::FFmpeg, {"-i", r}}}));
+        QCOMPARE(std::get<step::DeleteFile>(e.plan.steps.front()).path, QString("/w/noise.prof"));
+        QCOMPARE(e.result, r);
+        QCOMPARE(e.deleteAfterAdopting, QStringList({sample, "/w/noise.prof"}));
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_EffectCatalogue)
+#include "tst_effectcatalogue.moc"
