@@ -4,11 +4,13 @@
 #include <QLatin1String>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPen>
 #include <QPixmap>
 #include <QPolygonF>
 #include <QRectF>
 
 #include <array>
+#include <initializer_list>
 
 // Every icon is drawn on a 24 x 24 unit grid; the painter is scaled to the pixmap size, so line widths
 // and shapes grow in proportion.
@@ -18,7 +20,7 @@ namespace {
 constexpr qreal kGrid = 24.0;
 constexpr qreal kLine = 1.9;           // normal stroke width, in grid units
 constexpr qreal kDisabledAlpha = 0.32; // opacity of the disabled variant
-const std::array<int, 3> kSizes = {24, 32, 48};
+constexpr std::array<int, 3> kSizes = {24, 32, 48};
 
 struct Ink {
     QColor line;   // outlines and fills
@@ -127,9 +129,9 @@ void drawSoundSettings(QPainter& p, const Ink& ink) {
     stroke(p, speaker, ink, 1.2);
     p.setPen(linePen(ink.line));
     p.setBrush(Qt::NoBrush);
-    // Two sound waves: arcs around the speaker's mouth, angles in 1/16 degree.
-    p.drawArc(QRectF(10.5, 8.5, 7, 7), -50 * 16, 100 * 16);
-    p.drawArc(QRectF(8.5, 4.5, 15, 15), -50 * 16, 100 * 16);
+    // Two sound waves: arcs centred on the speaker's mouth, angles in 1/16 degree.
+    p.drawArc(QRectF(7, 7.5, 9, 9), -45 * 16, 90 * 16);
+    p.drawArc(QRectF(3, 3.5, 17, 17), -45 * 16, 90 * 16);
 }
 
 void drawZoomIn(QPainter& p, const Ink& ink) {
@@ -212,9 +214,9 @@ void drawTools(QPainter& p, const Ink& ink) {
     // A magic wand with its tip set apart, and sparkles around it.
     line(p, ink, QPointF(4, 20), QPointF(13.2, 10.8), 2.8);
     line(p, ink, QPointF(15.2, 8.8), QPointF(16.8, 7.2), 2.8);
-    fill(p, sparkle(QPointF(18.5, 3.8), 3.0), ink.line);
-    fill(p, sparkle(QPointF(20.5, 12.5), 2.4), ink.line);
-    fill(p, sparkle(QPointF(10.5, 4.5), 2.4), ink.line);
+    fill(p, sparkle(QPointF(18.8, 4.2), 3.4), ink.line);
+    fill(p, sparkle(QPointF(20.3, 12.6), 2.7), ink.line);
+    fill(p, sparkle(QPointF(10.8, 4.6), 2.7), ink.line);
 }
 
 void drawColour(QPainter& p, const Ink& ink) {

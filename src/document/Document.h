@@ -2,7 +2,7 @@
 
 #include "document/VersionHistory.h"
 #include "edit/EditPlans.h"
-#include "effects/EffectPlans.h"
+#include "effects/EffectCatalogue.h"
 #include "timeline/TimeStrings.h"
 
 #include <QColor>
@@ -77,6 +77,9 @@ public:
     // Effects (defined beside the effect plans): one sox effect over the whole
     // track or over the selection only.
     void applyEffect(const EffectArguments& arguments, bool selectionOnly);
+    // Runs a catalogue row: its dialog (if any), then the effect.
+    void runEffect(const EffectEntry& entry, bool selectionOnly);
+    void fillEffectsMenu(); // done when the effects menu is first shown
     void OnPopupReverseEntireTrack();
     void OnPopupReverseSelection();
 

@@ -4,6 +4,7 @@
 #include "app/AppDelegate.h"
 #include "document/Document.h"
 #include "effects/EffectCatalogue.h"
+#include "effects/EffectDialogs.h"
 
 #include <QMenu>
 
@@ -20,11 +21,39 @@ void Document::OnPopupReverseSelection() {
     applyEffect({{}, {"reverse"}}, true);
 }
 
+void Document::runEffect(const EffectEntry& entry, bool selectionOnly) {
+    if (entry.dialog.isEmpty()) {
+        applyEffect(entry.arguments({}), selectionOnly);
+        return;
+    }
+    const std::unique_ptr<EffectDialog> dialog = makeEffectDialog(entry.dialog, this);
+    if (!dialog)
+        return;
+    if (!entry.windowTitle.isEmpty())
+        dialog->setWindowTitle(entry.windowTitle);
+    dialog->exec();
+    if (dialog->bOK)
+        applyEffect(entry.arguments(dialog->effectValues()), selectionOnly);
+}
+
 void Document::buildEffectsMenu() {
     popupMenuEffects = new QMenu(tr("Effects"), this);
-    QMenu* reverse = popupMenuEffects->addMenu(tr("Reverse"));
-    reverse->addAction(tr("Entire Track"), this, &Document::OnPopupReverseEntireTrack);
-    reverse->addAction(tr("Selection"), this, &Document::OnPopupReverseSelection);
+    connect(popupMenuEffects, &QMenu::aboutToShow, this, &Document::fillEffectsMenu);
     popupMenuTools->addSeparator();
     popupMenuTools->addMenu(popupMenuEffects);
+}
+
+void Document::fillEffectsMenu() {
+    // Filled when first shown: one submenu per effect of the catalogue whose
+    // dialog exists, with its entire-track and (where it has one) selection item.
+    if (!popupMenuEffects->isEmpty())
+        return;
+    for (const EffectEntry& entry : effectCatalogue()) {
+        if (!entry.dialog.isEmpty() && !makeEffectDialog(entry.dialog))
+            continue;
+        QMenu* menu = popupMenuEffects->addMenu(entry.title);
+        menu->addAction(tr("Entire Track"), this, [this, &entry] { runEffect(entry, false); });
+        if (entry.selection)
+            menu->addAction(tr("Selection"), this, [this, &entry] { runEffect(entry, true); });
+    }
 }

@@ -1,5 +1,6 @@
 #include "edit/EditingFixture.h"
 
+#include "effects/EffectDialogs.h"
 #include <QDir>
 #include <QMenu>
 
@@ -51,6 +52,41 @@ private slots:
         QVERIFY2(matches > checked * 9 / 10, qPrintable(QString("%1 of %2").arg(matches).arg(checked)));
     }
 
+    void everyItemOfTheEffectsMenuRunsItsEffectWithItsDialogsDefaults() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        d->fillEffectsMenu();
+        int versions = 1;
+        QStringList offered;
+        for (QAction* item : d->popupMenuEffects->actions()) {
+            offered << item->text();
+            for (QAction* action : item->menu()->actions()) {
+                setMarkers(d, 20, 60, 0);
+                waitPastEveryStamp(m_app->s_Output_Folder);
+                const auto entry =
+                    std::find_if(effectCatalogue().begin(), effectCatalogue().end(),
+                                 [&](const EffectEntry& e) { return e.title == item->text(); });
+                QVERIFY(entry != effectCatalogue().end());
+                if (!entry->dialog.isEmpty()) // answer the dialog with its start values
+                    gui::whenModal<EffectDialog>([](EffectDialog* dialog) { dialog->OnOK(); });
+                const auto refused = gui::answerAlert();
+                const QString what = item->text() + " / " + action->text();
+                const bool adopted = edit(d, [&] { action->trigger(); });
+                refused->stop = true;
+                QVERIFY2(!refused->shown, qPrintable(what + ": " + refused->informativeText));
+                QVERIFY2(adopted, qPrintable(what));
+                QCOMPARE(d->history.u_array_WAV_Files_Length, quint64(++versions));
+                QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).ok);
+            }
+        }
+        // Every catalogue row whose dialog exists is offered, in catalogue order.
+        QStringList expected;
+        for (const EffectEntry& entry : effectCatalogue())
+            if (entry.dialog.isEmpty() || makeEffectDialog(entry.dialog))
+                expected << entry.title;
+        QCOMPARE(offered, expected);
+    }
+
     void anArgumentSoxRefusesLeavesTheTrackAsItWas() {
         Document* d = openPattern();
         QVERIFY(d);
@@ -92,6 +128,8 @@ private slots:
         Document* d = openPattern();
         QVERIFY(d);
         QVERIFY(d->popupMenuTools->actions().contains(d->popupMenuEffects->menuAction()));
+        QVERIFY(d->popupMenuEffects->isEmpty()); // filled when first shown
+        d->fillEffectsMenu();
         QMenu* reverse = nullptr;
         for (QAction* action : d->popupMenuEffects->actions())
             if (action->text() == "Reverse")

@@ -61,16 +61,28 @@ std::shared_ptr<FileDialogSeen> answerFileDialog(const QString& path) {
     return seen;
 }
 
+namespace {
+void pollForAlert(const std::shared_ptr<AlertSeen>& seen, int triesLeft) {
+    QTimer::singleShot(10, [seen, triesLeft] {
+        if (seen->stop)
+            return;
+        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+            seen->shown = true;
+            seen->text = box->text();
+            seen->informativeText = box->informativeText();
+            for (QAbstractButton* button : box->buttons())
+                seen->buttons << button->text();
+            box->buttons().first()->click();
+        } else if (triesLeft > 0) {
+            pollForAlert(seen, triesLeft - 1);
+        }
+    });
+}
+} // namespace
+
 std::shared_ptr<AlertSeen> answerAlert() {
     auto seen = std::make_shared<AlertSeen>();
-    whenModal<QMessageBox>([seen](QMessageBox* box) {
-        seen->shown = true;
-        seen->text = box->text();
-        seen->informativeText = box->informativeText();
-        for (QAbstractButton* button : box->buttons())
-            seen->buttons << button->text();
-        box->buttons().first()->click();
-    });
+    pollForAlert(seen, 3000);
     return seen;
 }
 

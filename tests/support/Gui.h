@@ -48,8 +48,10 @@ struct AlertSeen {
     QString text;
     QString informativeText;
     QStringList buttons;
+    bool stop = false; // set to give up waiting for the alert
 };
-// Closes the next alert with "Close" and records what it said.
+// Closes the next alert with "Close" and records what it said, unless `stop`
+// is set first.
 std::shared_ptr<AlertSeen> answerAlert();
 
 // Runs `open` (which shows the file dialog), answers it with `path` and waits

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "app/ParameterDialog.h"
+#include "effects/EffectCatalogue.h"
+
+#include <memory>
+
+// A parameter dialog of the effect catalogue: after OK, its accepted values
+// by property name, as the catalogue's argument builders read them.
+class EffectDialog : public ParameterDialog {
+    Q_OBJECT
+public:
+    using ParameterDialog::ParameterDialog;
+    virtual EffectValues effectValues() const = 0;
+};
+
+// The dialog a catalogue row names ("Window_Echo"), or null when there is none yet.
+std::unique_ptr<EffectDialog> makeEffectDialog(const QString& dialogClass, QWidget* parent = nullptr);
