@@ -17,10 +17,16 @@ for _ in $(seq 50); do
     sleep 0.1
 done
 stop() {
-    [ -n "$pid" ] && kill "$pid" 2>/dev/null || true
-    rm -rf "$runtime"
+    if [ -n "$pid" ]; then
+        kill "$pid" 2>/dev/null || true
+        for _ in $(seq 50); do # the server still writes into its folder while it ends
+            kill -0 "$pid" 2>/dev/null || break
+            sleep 0.1
+        done
+    fi
+    rm -rf "$runtime" 2>/dev/null || true
 }
-trap stop EXIT
+trap 'status=$?; stop; exit $status' EXIT
 pactl load-module module-remap-source master=nullsink.monitor source_name=mic \
     source_properties=device.description=Mic >/dev/null
 pactl set-default-source mic

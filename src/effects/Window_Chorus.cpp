@@ -1,5 +1,6 @@
 #include "Window_Chorus.h"
 
+#include "app/DialogRows.h"
 #include "app/TextNumbers.h"
 
 #include <QComboBox>
@@ -8,30 +9,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QSlider>
-
-namespace {
-// A slider with its value shown in a label to its right.
-QHBoxLayout* sliderRow(QWidget* owner, QSlider*& slider, QLabel*& label, const char* sliderName,
-                       const char* labelName, int minimum, int maximum, int start) {
-    slider = new QSlider(Qt::Horizontal, owner);
-    slider->setObjectName(QLatin1String(sliderName));
-    slider->setRange(minimum, maximum);
-    slider->setValue(start);
-    label = new QLabel(owner);
-    label->setObjectName(QLatin1String(labelName));
-    label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QStringLiteral("00.00")));
-    auto* row = new QHBoxLayout;
-    row->addWidget(slider);
-    row->addWidget(label);
-    return row;
-}
-
-QLineEdit* textField(QWidget* owner, const char* name, const char* text) {
-    auto* field = new QLineEdit(QLatin1String(text), owner);
-    field->setObjectName(QLatin1String(name));
-    return field;
-}
-} // namespace
 
 Window_Chorus::Window_Chorus(QWidget* parent) : EffectDialog(parent) {
     setWindowTitle(QStringLiteral("Chorus"));

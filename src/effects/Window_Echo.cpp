@@ -1,5 +1,6 @@
 #include "Window_Echo.h"
 
+#include "app/DialogRows.h"
 #include "app/TextNumbers.h"
 
 #include <QFormLayout>
@@ -8,31 +9,13 @@
 #include <QLineEdit>
 #include <QSlider>
 
-namespace {
-// A 0..100 slider with its value shown in a label to its right.
-QHBoxLayout* gainRow(QWidget* owner, QSlider*& slider, QLabel*& label, const char* sliderName,
-                     const char* labelName, int start) {
-    slider = new QSlider(Qt::Horizontal, owner);
-    slider->setObjectName(QLatin1String(sliderName));
-    slider->setRange(0, 100);
-    slider->setValue(start);
-    label = new QLabel(owner);
-    label->setObjectName(QLatin1String(labelName));
-    label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QStringLiteral("0000")));
-    auto* row = new QHBoxLayout;
-    row->addWidget(slider);
-    row->addWidget(label);
-    return row;
-}
-} // namespace
-
 Window_Echo::Window_Echo(QWidget* parent) : EffectDialog(parent) {
     setWindowTitle(QStringLiteral("Echo"));
 
     form()->addRow(QStringLiteral("Gain in (%):"),
-                   gainRow(this, sliderGainIn, labelGainIn, "sliderGainIn", "labelGainIn", 80));
+                   sliderRow(this, sliderGainIn, labelGainIn, "sliderGainIn", "labelGainIn", 0, 100, 80));
     form()->addRow(QStringLiteral("Gain out (%):"),
-                   gainRow(this, sliderGainOut, labelGainOut, "sliderGainOut", "labelGainOut", 90));
+                   sliderRow(this, sliderGainOut, labelGainOut, "sliderGainOut", "labelGainOut", 0, 100, 90));
 
     textDelayMS = new QLineEdit(QStringLiteral("1000"), this);
     textDelayMS->setObjectName(QStringLiteral("textDelayMS"));

@@ -1,5 +1,6 @@
 #include "Window_Phaser.h"
 
+#include "app/DialogRows.h"
 #include "app/TextNumbers.h"
 
 #include <QComboBox>
@@ -9,37 +10,13 @@
 #include <QLineEdit>
 #include <QSlider>
 
-namespace {
-// A 0..100 slider with its value shown in a label to its right.
-QHBoxLayout* gainRow(QWidget* owner, QSlider*& slider, QLabel*& label, const char* sliderName,
-                     const char* labelName, int start) {
-    slider = new QSlider(Qt::Horizontal, owner);
-    slider->setObjectName(QLatin1String(sliderName));
-    slider->setRange(0, 100);
-    slider->setValue(start);
-    label = new QLabel(owner);
-    label->setObjectName(QLatin1String(labelName));
-    label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QStringLiteral("0000")));
-    auto* row = new QHBoxLayout;
-    row->addWidget(slider);
-    row->addWidget(label);
-    return row;
-}
-
-QLineEdit* textField(QWidget* owner, const char* name, const char* text) {
-    auto* field = new QLineEdit(QLatin1String(text), owner);
-    field->setObjectName(QLatin1String(name));
-    return field;
-}
-} // namespace
-
 Window_Phaser::Window_Phaser(QWidget* parent) : EffectDialog(parent) {
     setWindowTitle(QStringLiteral("Phaser"));
 
     form()->addRow(QStringLiteral("Gain in (%):"),
-                   gainRow(this, sliderGainIn, labelGainIn, "sliderGainIn", "labelGainIn", 80));
+                   sliderRow(this, sliderGainIn, labelGainIn, "sliderGainIn", "labelGainIn", 0, 100, 80));
     form()->addRow(QStringLiteral("Gain out (%):"),
-                   gainRow(this, sliderGainOut, labelGainOut, "sliderGainOut", "labelGainOut", 74));
+                   sliderRow(this, sliderGainOut, labelGainOut, "sliderGainOut", "labelGainOut", 0, 100, 74));
 
     textSpeed = textField(this, "textSpeed", "1500");
     form()->addRow(QStringLiteral("Speed (mHz):"), textSpeed);

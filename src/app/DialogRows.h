@@ -1,0 +1,16 @@
+#pragma once
+
+class QHBoxLayout;
+class QLabel;
+class QLineEdit;
+class QSlider;
+class QWidget;
+
+// Rows the parameter dialogs are made of.
+
+// A slider with its value shown in a label to its right; the caller keeps the label up to date.
+QHBoxLayout* sliderRow(QWidget* owner, QSlider*& slider, QLabel*& label, const char* sliderName,
+                       const char* labelName, int minimum, int maximum, int start);
+
+// A text field holding its default text.
+QLineEdit* textField(QWidget* owner, const char* name, const char* text);
