@@ -1,5 +1,7 @@
 #include "edit/EditPlans.h"
 
+#include "support/Fixtures.h"
+
 #include <QTest>
 
 namespace {
@@ -19,20 +21,6 @@ ResultNames names() {
 }
 
 // One step, written out: "delete PATH", "ffmpeg ARGS…", "sox ARGS…", "require PATH", "probe PATH".
-QStringList describe(const Plan& plan) {
-    QStringList lines;
-    for (const Step& s : plan.steps) {
-        if (auto* d = std::get_if<step::DeleteFile>(&s))
-            lines << "delete " + d->path;
-        else if (auto* r = std::get_if<step::Run>(&s))
-            lines << toolName(r->tool) + " " + r->arguments.join(" | ");
-        else if (auto* q = std::get_if<step::RequireFile>(&s))
-            lines << "require " + q->path + " else " + q->alert;
-        else if (auto* p = std::get_if<step::ProbeDuration>(&s))
-            lines << "probe " + p->path;
-    }
-    return lines;
-}
 QString ffmpeg(const QStringList& arguments) {
     return "ffmpeg " + arguments.join(" | ");
 }
@@ -51,6 +39,8 @@ QString joinTo(const QStringList& inputs, const QString& n, const QString& resul
     return line + result;
 }
 } // namespace
+
+using fixtures::describe;
 
 class tst_EditPlans : public QObject {
     Q_OBJECT

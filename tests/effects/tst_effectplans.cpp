@@ -1,5 +1,7 @@
 #include "effects/EffectPlans.h"
 
+#include "support/Fixtures.h"
+
 #include <QTest>
 
 namespace {
@@ -16,21 +18,9 @@ ResultNames names() {
     return ResultNames(W, QDateTime(QDate(2024, 3, 5), QTime(14, 7, 59)));
 }
 
-QStringList describe(const Plan& plan) {
-    QStringList lines;
-    for (const Step& s : plan.steps) {
-        if (auto* d = std::get_if<step::DeleteFile>(&s))
-            lines << "delete " + d->path;
-        else if (auto* r = std::get_if<step::Run>(&s))
-            lines << toolName(r->tool) + " " + r->arguments.join(" | ");
-        else if (auto* q = std::get_if<step::RequireFile>(&s))
-            lines << "require " + q->path + " else " + q->alert;
-        else if (auto* p = std::get_if<step::ProbeDuration>(&s))
-            lines << "probe " + p->path;
-    }
-    return lines;
-}
 } // namespace
+
+using fixtures::describe;
 
 class tst_EffectPlans : public QObject {
     Q_OBJECT

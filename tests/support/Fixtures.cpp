@@ -1,5 +1,7 @@
 #include "Fixtures.h"
 
+#include "app/Plan.h"
+
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -9,6 +11,21 @@
 #include <vector>
 
 namespace fixtures {
+
+QStringList describe(const Plan& plan) {
+    QStringList lines;
+    for (const Step& s : plan.steps) {
+        if (auto* d = std::get_if<step::DeleteFile>(&s))
+            lines << "delete " + d->path;
+        else if (auto* r = std::get_if<step::Run>(&s))
+            lines << toolName(r->tool) + " " + r->arguments.join(" | ");
+        else if (auto* q = std::get_if<step::RequireFile>(&s))
+            lines << "require " + q->path + " else " + q->alert;
+        else if (auto* p = std::get_if<step::ProbeDuration>(&s))
+            lines << "probe " + p->path;
+    }
+    return lines;
+}
 
 int run(const QString& program, const QStringList& arguments, QString* output) {
     QProcess process;

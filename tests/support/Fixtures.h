@@ -3,7 +3,13 @@
 #include <QString>
 #include <QStringList>
 
+struct Plan;
+
 namespace fixtures {
+
+// A plan written out one step a line, for comparing with the lines a test
+// expects: "delete PATH", "ffmpeg A | B | …", "sox …", "require PATH else ALERT", "probe PATH".
+QStringList describe(const Plan& plan);
 
 // Runs a command to the end (no shell) and returns its exit code; its output
 // goes into `output` when given.
