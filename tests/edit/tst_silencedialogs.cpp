@@ -1,5 +1,6 @@
 #include "edit/Window_Silence_Insert.h"
 #include "edit/Window_Silence_Trim.h"
+#include "support/DialogDriving.h"
 #include "support/Gui.h"
 
 #include <QDialogButtonBox>
@@ -13,39 +14,7 @@
 #include <functional>
 
 namespace {
-
-QPushButton* buttonOf(QDialog* dialog, QDialogButtonBox::StandardButton which) {
-    auto* box = dialog->findChild<QDialogButtonBox*>();
-    return box ? box->button(which) : nullptr;
-}
-
-void clickButton(QDialog* dialog, QDialogButtonBox::StandardButton which) {
-    QPushButton* button = buttonOf(dialog, which);
-    QVERIFY(button);
-    QVERIFY(button->isVisible());
-    QTest::mouseClick(button, Qt::LeftButton);
-}
-
-void typeInto(QLineEdit* field, const QString& text) {
-    field->clear();
-    QTest::keyClicks(field, text);
-    QCOMPARE(field->text(), text);
-}
-
-// Shows `dialog` modally and lets `act` drive it once it is up. A dialog that is
-// still open after 20 s is ended with -1 so a broken run fails instead of hanging.
-template <typename D> int runModal(D& dialog, std::function<void(D*)> act) {
-    D* expected = &dialog;
-    gui::whenModal<D>([expected, act](D* shown) {
-        QCOMPARE(shown, expected);
-        act(shown);
-    });
-    QTimer watchdog;
-    watchdog.setSingleShot(true);
-    QObject::connect(&watchdog, &QTimer::timeout, &dialog, [&dialog] { dialog.done(-1); });
-    watchdog.start(20000);
-    return dialog.exec();
-}
+using namespace dialogs;
 
 QStringList labelTexts(QDialog* dialog) {
     QStringList texts;

@@ -7,6 +7,7 @@
 #include "effects/Window_Fade.h"
 #include "effects/Window_Normalize.h"
 #include "effects/Window_Phaser.h"
+#include "support/DialogDriving.h"
 #include "support/Gui.h"
 
 #include <QComboBox>
@@ -22,28 +23,11 @@
 #include <limits>
 
 namespace {
+using namespace dialogs;
 
 const QStringList allDialogs = {"Window_Amplify", "Window_Normalize", "Window_Echo", "Window_Phaser",
                                 "Window_Chorus",  "Window_Fade",      "Window_Bend", "Window_Deemphasis",
                                 "Window_Earwax",  "Window_OOPS",      "Window_RIAA"};
-
-QPushButton* buttonOf(QDialog* dialog, QDialogButtonBox::StandardButton which) {
-    auto* box = dialog->findChild<QDialogButtonBox*>();
-    return box ? box->button(which) : nullptr;
-}
-
-void clickButton(QDialog* dialog, QDialogButtonBox::StandardButton which) {
-    QPushButton* button = buttonOf(dialog, which);
-    QVERIFY(button);
-    QVERIFY(button->isVisible());
-    QTest::mouseClick(button, Qt::LeftButton);
-}
-
-void typeInto(QLineEdit* field, const QString& text) {
-    field->clear();
-    QTest::keyClicks(field, text);
-    QCOMPARE(field->text(), text);
-}
 
 // Applies "name=value" settings separated by ';' to the dialog's named
 // controls: typed into a text field, set on a slider, chosen in a list.
@@ -61,21 +45,6 @@ void fill(QDialog* dialog, const QString& settings) {
         else
             QFAIL(qPrintable("no control " + name));
     }
-}
-
-// Shows `dialog` modally and lets `act` drive it once it is up. A dialog that is
-// still open after 20 s is ended with -1 so a broken run fails instead of hanging.
-template <typename D> int runModal(D& dialog, std::function<void(D*)> act) {
-    D* expected = &dialog;
-    gui::whenModal<D>([expected, act](D* shown) {
-        QCOMPARE(shown, expected);
-        act(shown);
-    });
-    QTimer watchdog;
-    watchdog.setSingleShot(true);
-    QObject::connect(&watchdog, &QTimer::timeout, &dialog, [&dialog] { dialog.done(-1); });
-    watchdog.start(20000);
-    return dialog.exec();
 }
 
 // Fills the dialog, presses OK and returns exec()'s result.
