@@ -4,8 +4,9 @@
 //   2. the peak memory of that computation;
 //   3. process start to the first window showing the loaded silence track;
 //   4. the longest interface-thread stall while a 20 s tool run executes;
-//   5. cut, paste and paste mixing of a 10-minute track through the editor's
-//      runner beside the same tool runs from a plain shell script.
+//   5. cut, paste, paste mixing and echo on a 2-minute selection of a 10-minute
+//      track through the editor's runner beside the same tool runs from a plain
+//      shell script.
 // Run it with `make bench`.
 
 #include "app/AppDelegate.h"
@@ -13,6 +14,7 @@
 #include "document/Document.h"
 #include "document/Waveform.h"
 #include "edit/EditPlans.h"
+#include "effects/EffectPlans.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -169,6 +171,9 @@ void compareEditsWithAShell(const QString& folder) {
         {"cut", buildCutPlan(state, names, false)},
         {"paste at position", buildPastePlan(state, names, PastePlace::CurrentPosition)},
         {"paste mixing at position", buildPasteMixPlan(state, names, PastePlace::CurrentPosition)},
+        // The selection runs from 40 % to 60 %: two minutes of the ten.
+        {"echo on the selection",
+         buildEffectSelectionPlan(state, names, {{}, {"echo", "0.80", "0.90", "1000.00", "0.50"}})},
     };
     PlanRunner runner(tools);
     std::printf(
