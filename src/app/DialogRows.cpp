@@ -25,3 +25,11 @@ QLineEdit* textField(QWidget* owner, const char* name, const char* text) {
     field->setObjectName(QLatin1String(name));
     return field;
 }
+
+void showWhole(QLabel* label, const QSlider* slider, int factor) {
+    label->setText(QString::asprintf("%d", slider->value() * factor));
+}
+
+void showScaled(QLabel* label, const QSlider* slider, double divisor, const char* format) {
+    label->setText(QString::asprintf(format, double(slider->value()) / divisor));
+}

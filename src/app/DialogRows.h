@@ -14,3 +14,9 @@ QHBoxLayout* sliderRow(QWidget* owner, QSlider*& slider, QLabel*& label, const c
 
 // A text field holding its default text.
 QLineEdit* textField(QWidget* owner, const char* name, const char* text);
+
+// Writes "%d" of the slider's value times factor into the label.
+void showWhole(QLabel* label, const QSlider* slider, int factor = 1);
+
+// Writes the slider's value divided by divisor into the label, in the format given ("%.2f").
+void showScaled(QLabel* label, const QSlider* slider, double divisor, const char* format);

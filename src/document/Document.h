@@ -82,6 +82,9 @@ public:
     void fillEffectsMenu(); // done when the effects menu is first shown
     void OnPopupReverseEntireTrack();
     void OnPopupReverseSelection();
+    void OnPopupEqualizerEntireTrack();
+    // Learns the noise from the selection and removes it from the whole track.
+    void OnPopupNoiseReduction();
 
     QMenu* popupMenuTools;
     QMenu* popupMenuPaste;

@@ -1,10 +1,13 @@
 // The document's effect actions: each runs one sox effect over the whole
 // track or over the selection only, and adopts the result as a new version.
 
+#include "app/Alerts.h"
 #include "app/AppDelegate.h"
 #include "document/Document.h"
+#include "effects/ConfirmationDialogs.h"
 #include "effects/EffectCatalogue.h"
 #include "effects/EffectDialogs.h"
+#include "effects/Window_Noise_Reduction.h"
 
 #include <QMenu>
 
@@ -27,13 +30,32 @@ void Document::runEffect(const EffectEntry& entry, bool selectionOnly) {
         return;
     }
     const std::unique_ptr<EffectDialog> dialog = makeEffectDialog(entry.dialog, this);
-    if (!dialog)
-        return;
     if (!entry.windowTitle.isEmpty())
         dialog->setWindowTitle(entry.windowTitle);
     dialog->exec();
     if (dialog->bOK)
         applyEffect(entry.arguments(dialog->effectValues()), selectionOnly);
+}
+
+void Document::OnPopupEqualizerEntireTrack() {
+    runEffect(*findEffect(QStringLiteral("Equalizer")), false);
+}
+
+void Document::OnPopupNoiseReduction() {
+    Window_Ask_Noise_Selected ask(this);
+    ask.exec();
+    if (!ask.bOK)
+        return;
+    Window_Noise_Reduction strength(this);
+    strength.exec();
+    if (!strength.bOK)
+        return;
+    const EditState state = editState(true);
+    if (state.f_Selection_End <= state.f_Selection_Start) {
+        showErrorAlert(this, QStringLiteral("Select a stretch that holds noise only, then try again."));
+        return;
+    }
+    runEdit(buildNoiseReductionPlan(state, ResultNames(m_app.s_Output_Folder), strength.f_Level));
 }
 
 void Document::buildEffectsMenu() {
@@ -44,16 +66,29 @@ void Document::buildEffectsMenu() {
 }
 
 void Document::fillEffectsMenu() {
-    // Filled when first shown: one submenu per effect of the catalogue whose
-    // dialog exists, with its entire-track and (where it has one) selection item.
+    // Filled when first shown: the catalogue's rows group by group, each a
+    // submenu with its entire-track and (where it has one) selection action;
+    // noise reduction, a procedure of its own, comes last.
     if (!popupMenuEffects->isEmpty())
         return;
+    const QString ellipsis = QStringLiteral("…");
+    QString group;
     for (const EffectEntry& entry : effectCatalogue()) {
-        if (!entry.dialog.isEmpty() && !makeEffectDialog(entry.dialog))
-            continue;
+        if (entry.group != group && !group.isEmpty())
+            popupMenuEffects->addSeparator();
+        group = entry.group;
         QMenu* menu = popupMenuEffects->addMenu(entry.title);
-        menu->addAction(tr("Entire Track"), this, [this, &entry] { runEffect(entry, false); });
-        if (entry.selection)
-            menu->addAction(tr("Selection"), this, [this, &entry] { runEffect(entry, true); });
+        const QString asks = entry.dialog.isEmpty() ? QString() : ellipsis;
+        QAction* whole =
+            menu->addAction(tr("Entire Track") + asks, this, [this, &entry] { runEffect(entry, false); });
+        whole->setObjectName(actionName(entry, false));
+        if (entry.selection) {
+            QAction* part =
+                menu->addAction(tr("Selection") + asks, this, [this, &entry] { runEffect(entry, true); });
+            part->setObjectName(actionName(entry, true));
+        }
     }
+    popupMenuEffects->addSeparator();
+    popupMenuEffects->addAction(tr("Noise Reduction") + ellipsis, this, &Document::OnPopupNoiseReduction)
+        ->setObjectName(QStringLiteral("OnPopupNoiseReduction"));
 }

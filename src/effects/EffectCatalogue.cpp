@@ -40,126 +40,37 @@ EffectArguments words(QStringList effect) {
 
 std::vector<EffectEntry> makeCatalogue() {
     return {
-        {"Amplify",
-         "Amplify…",
+        {"Volume",
+         "Amplify",
+         "Amplify",
          "Window_Amplify",
          {},
          true,
          [](const EffectValues& v) {
              return EffectArguments{{"-v", real(double(u(v, "u_Percentage")) / 100)}, {}};
          }},
-        {"Normalize",
-         "Normalize…",
+        {"Volume",
+         "Normalize",
+         "Normalize",
          "Window_Normalize",
          {},
          true,
          [](const EffectValues& v) {
              return EffectArguments{{"--norm=" + real(f(v, "f_dB"))}, {}};
          }},
-        {"BassTreble",
-         "Bass and Treble…",
-         "Window_Bass_And_Treble",
-         {},
-         false,
-         [](const EffectValues& v) {
-             return words({"bass", real(f(v, "f_Bass")), "treble", real(f(v, "f_Treble"))});
-         }},
-        {"Pitch",
-         "Pitch…",
-         "Window_Pitch",
-         {},
-         true,
-         [](const EffectValues& v) {
-             return words({"pitch", real(f(v, "f_Semitones"), "%f")});
-         }},
-        {"Speed",
-         "Speed…",
-         "Window_Speed",
-         {},
-         true,
-         [](const EffectValues& v) {
-             return words({"speed", real(f(v, "f_Percentage") / 100)});
-         }},
-        {"Tempo",
-         "Tempo…",
-         "Window_Tempo",
-         {},
-         true,
-         [](const EffectValues& v) {
-             return words({"tempo", real(f(v, "f_Percentage") / 100)});
-         }},
-        {"Echo",
-         "Echo…",
-         "Window_Echo",
-         {},
-         true,
-         [](const EffectValues& v) {
-             return words({"echo", real(f(v, "f_Gain_In") / 100), real(f(v, "f_Gain_Out") / 100),
-                           real(f(v, "f_Delay_MS")), real(f(v, "f_Decay_Factor"))});
-         }},
-        {"FadeIn", "Fade In…", "Window_Fade", "Fade-In", false,
+        {"Volume", "FadeIn", "Fade In", "Window_Fade", "Fade-In", false,
          [](const EffectValues& v) {
              return words(QStringList{"fade"} + fadeShape(v) +
                           QStringList{real(f(v, "f_Duration_MS") / 1000)});
          }},
-        {"FadeOut", "Fade Out…", "Window_Fade", "Fade-Out", false,
+        {"Volume", "FadeOut", "Fade Out", "Window_Fade", "Fade-Out", false,
          [](const EffectValues& v) {
              return words(QStringList{"fade"} + fadeShape(v) +
                           QStringList{"0", "0", real(f(v, "f_Duration_MS") / 1000)});
          }},
-        {"Phaser",
-         "Phaser…",
-         "Window_Phaser",
-         {},
-         true,
-         [](const EffectValues& v) {
-             return words(QStringList{"phaser", real(f(v, "f_Gain_In") / 100), real(f(v, "f_Gain_Out") / 100),
-                                      real(f(v, "f_Delay") / 1000), real(f(v, "f_Decay_Factor")),
-                                      real(f(v, "f_Speed") / 1000)} +
-                          modulation(v));
-         }},
-        {"Flanger",
-         "Flanger…",
-         "Window_Flanger",
-         {},
-         true,
-         [](const EffectValues& v) {
-             return words({"flanger", whole(i(v, "f_Delay")), whole(i(v, "f_Depth")), whole(i(v, "f_Regen")),
-                           whole(i(v, "f_Width")), real(f(v, "f_Speed")), "sin", whole(i(v, "f_Phase")),
-                           "lin"});
-         }},
-        {"Chorus",
-         "Chorus…",
-         "Window_Chorus",
-         {},
-         true,
-         [](const EffectValues& v) {
-             return words(QStringList{"chorus", real(f(v, "f_Gain_In") / 100), real(f(v, "f_Gain_Out") / 100),
-                                      real(f(v, "f_Delay")), real(f(v, "f_Decay_Factor")),
-                                      real(f(v, "f_Speed")), real(f(v, "f_Depth"))} +
-                          modulation(v));
-         }},
-        {"Reverse", "Reverse", {}, {}, true, [](const EffectValues&) { return words({"reverse"}); }},
-        {"Reverb",
-         "Reverb…",
-         "Window_Reverb",
-         {},
-         true,
-         [](const EffectValues& v) {
-             return words({"reverb", whole(i(v, "f_Reverberence")), whole(i(v, "f_HF_Damping")),
-                           whole(i(v, "f_Room_Size")), whole(i(v, "f_Stereo_Depth")),
-                           whole(i(v, "f_Pre_Delay")), whole(i(v, "f_Wet_Gain"))});
-         }},
-        {"Tremolo",
-         "Tremolo…",
-         "Window_Tremolo",
-         {},
-         true,
-         [](const EffectValues& v) {
-             return words({"tremolo", real(f(v, "f_Speed")), whole(i(v, "f_Depth"))});
-         }},
-        {"Compand",
-         "Compand…",
+        {"Volume",
+         "Compand",
+         "Compand",
          "Window_Compand",
          {},
          true,
@@ -169,45 +80,54 @@ std::vector<EffectEntry> makeCatalogue() {
                            "6:-70,-60,-20", whole(i(v, "f_Gain")), whole(i(v, "f_Initial_Volume")),
                            real(f(v, "f_Delay"))});
          }},
-        {"HighPass", "High Pass…", "Window_HL_Pass", "High Pass", true,
+        {"Volume", "Compression", "Contrast", "Window_Percentage", "Contrast", true,
          [](const EffectValues& v) {
-             return words({"highpass", "-2", whole(i(v, "f_Rolloff_dB"))});
+             return words({"contrast", whole(i(v, "f_Percentage"))});
          }},
-        {"LowPass", "Low Pass…", "Window_HL_Pass", "Low Pass", true,
-         [](const EffectValues& v) {
-             return words({"lowpass", "-2", whole(i(v, "f_Rolloff_dB"))});
-         }},
-        {"BandPass", "Band Pass…", "Window_Band_Pass_Reject", "Band Pass", true,
-         [](const EffectValues& v) {
-             return words({"bandpass", whole(i(v, "f_Frequency")), whole(i(v, "f_Width_dB"))});
-         }},
-        {"BandReject", "Band Reject…", "Window_Band_Pass_Reject", "Band Reject", true,
-         [](const EffectValues& v) {
-             return words({"bandreject", whole(i(v, "f_Frequency")), whole(i(v, "f_Width_dB"))});
-         }},
-        {"Bend",
-         "Bend…",
-         "Window_Bend",
-         {},
-         true,
-         [](const EffectValues& v) {
-             return words({"bend", real(double(u(v, "f_Start")) / 1000) + "," + whole(i(v, "f_Cents")) + "," +
-                                       real(double(u(v, "f_Duration")) / 1000)});
-         }},
-        {"DCShift",
-         "DC Shift…",
+        {"Volume",
+         "DCShift",
+         "DC Shift",
          "Window_DCShift",
          {},
          true,
          [](const EffectValues& v) {
              return words({"dcshift", real(f(v, "f_Shift")), real(f(v, "f_Gain_Limiter"))});
          }},
-        {"Compression", "Contrast…", "Window_Percentage", "Contrast", true,
+        {"Tone",
+         "BassTreble",
+         "Bass and Treble",
+         "Window_Bass_And_Treble",
+         {},
+         false,
          [](const EffectValues& v) {
-             return words({"contrast", whole(i(v, "f_Percentage"))});
+             return words({"bass", real(f(v, "f_Bass")), "treble", real(f(v, "f_Treble"))});
          }},
-        {"Biquad",
-         "Biquad…",
+        {"Tone",
+         "Equalizer",
+         "Equalizer",
+         "Window_Equalizer",
+         {},
+         false,
+         [](const EffectValues& v) { return words(equalizerArguments(f(v, "f_BandwidthQ"))); }},
+        {"Tone", "HighPass", "High Pass", "Window_HL_Pass", "High Pass", true,
+         [](const EffectValues& v) {
+             return words({"highpass", "-2", whole(i(v, "f_Rolloff_dB"))});
+         }},
+        {"Tone", "LowPass", "Low Pass", "Window_HL_Pass", "Low Pass", true,
+         [](const EffectValues& v) {
+             return words({"lowpass", "-2", whole(i(v, "f_Rolloff_dB"))});
+         }},
+        {"Tone", "BandPass", "Band Pass", "Window_Band_Pass_Reject", "Band Pass", true,
+         [](const EffectValues& v) {
+             return words({"bandpass", whole(i(v, "f_Frequency")), whole(i(v, "f_Width_dB"))});
+         }},
+        {"Tone", "BandReject", "Band Reject", "Window_Band_Pass_Reject", "Band Reject", true,
+         [](const EffectValues& v) {
+             return words({"bandreject", whole(i(v, "f_Frequency")), whole(i(v, "f_Width_dB"))});
+         }},
+        {"Tone",
+         "Biquad",
+         "Biquad",
          "Window_Biquad",
          {},
          true,
@@ -217,20 +137,143 @@ std::vector<EffectEntry> makeCatalogue() {
                  e << real(f(v, c), "%.07f");
              return words(e);
          }},
-        {"DeEmphasis",
-         "De-emphasis…",
+        {"Tone",
+         "DeEmphasis",
+         "De-emphasis",
          "Window_Deemphasis",
          {},
          true,
          [](const EffectValues&) { return words({"deemph"}); }},
-        {"Earwax",
-         "Earwax…",
+        {"Tone",
+         "RIAA",
+         "RIAA",
+         "Window_RIAA",
+         {},
+         true,
+         [](const EffectValues&) { return words({"riaa"}); }},
+        {"Time and pitch",
+         "Pitch",
+         "Pitch",
+         "Window_Pitch",
+         {},
+         true,
+         [](const EffectValues& v) {
+             return words({"pitch", real(f(v, "f_Semitones"), "%f")});
+         }},
+        {"Time and pitch",
+         "Speed",
+         "Speed",
+         "Window_Speed",
+         {},
+         true,
+         [](const EffectValues& v) {
+             return words({"speed", real(f(v, "f_Percentage") / 100)});
+         }},
+        {"Time and pitch",
+         "Tempo",
+         "Tempo",
+         "Window_Tempo",
+         {},
+         true,
+         [](const EffectValues& v) {
+             return words({"tempo", real(f(v, "f_Percentage") / 100)});
+         }},
+        {"Time and pitch",
+         "Bend",
+         "Bend",
+         "Window_Bend",
+         {},
+         true,
+         [](const EffectValues& v) {
+             return words({"bend", real(double(u(v, "f_Start")) / 1000) + "," + whole(i(v, "f_Cents")) + "," +
+                                       real(double(u(v, "f_Duration")) / 1000)});
+         }},
+        {"Time and pitch",
+         "Reverse",
+         "Reverse",
+         {},
+         {},
+         true,
+         [](const EffectValues&) { return words({"reverse"}); }},
+        {"Space and modulation",
+         "Echo",
+         "Echo",
+         "Window_Echo",
+         {},
+         true,
+         [](const EffectValues& v) {
+             return words({"echo", real(f(v, "f_Gain_In") / 100), real(f(v, "f_Gain_Out") / 100),
+                           real(f(v, "f_Delay_MS")), real(f(v, "f_Decay_Factor"))});
+         }},
+        {"Space and modulation",
+         "Reverb",
+         "Reverb",
+         "Window_Reverb",
+         {},
+         true,
+         [](const EffectValues& v) {
+             return words({"reverb", whole(i(v, "f_Reverberence")), whole(i(v, "f_HF_Damping")),
+                           whole(i(v, "f_Room_Size")), whole(i(v, "f_Stereo_Depth")),
+                           whole(i(v, "f_Pre_Delay")), whole(i(v, "f_Wet_Gain"))});
+         }},
+        {"Space and modulation",
+         "Chorus",
+         "Chorus",
+         "Window_Chorus",
+         {},
+         true,
+         [](const EffectValues& v) {
+             return words(QStringList{"chorus", real(f(v, "f_Gain_In") / 100), real(f(v, "f_Gain_Out") / 100),
+                                      real(f(v, "f_Delay")), real(f(v, "f_Decay_Factor")),
+                                      real(f(v, "f_Speed")), real(f(v, "f_Depth"))} +
+                          modulation(v));
+         }},
+        {"Space and modulation",
+         "Flanger",
+         "Flanger",
+         "Window_Flanger",
+         {},
+         true,
+         [](const EffectValues& v) {
+             return words({"flanger", whole(i(v, "f_Delay")), whole(i(v, "f_Depth")), whole(i(v, "f_Regen")),
+                           whole(i(v, "f_Width")), real(f(v, "f_Speed")), "sin", whole(i(v, "f_Phase")),
+                           "lin"});
+         }},
+        {"Space and modulation",
+         "Phaser",
+         "Phaser",
+         "Window_Phaser",
+         {},
+         true,
+         [](const EffectValues& v) {
+             return words(QStringList{"phaser", real(f(v, "f_Gain_In") / 100), real(f(v, "f_Gain_Out") / 100),
+                                      real(f(v, "f_Delay") / 1000), real(f(v, "f_Decay_Factor")),
+                                      real(f(v, "f_Speed") / 1000)} +
+                          modulation(v));
+         }},
+        {"Space and modulation",
+         "Tremolo",
+         "Tremolo",
+         "Window_Tremolo",
+         {},
+         true,
+         [](const EffectValues& v) {
+             return words({"tremolo", real(f(v, "f_Speed")), whole(i(v, "f_Depth"))});
+         }},
+        {"Space and modulation",
+         "Earwax",
+         "Earwax",
          "Window_Earwax",
          {},
          true,
          [](const EffectValues&) { return words({"earwax"}); }},
-        {"OOPS", "OOPS…", "Window_OOPS", {}, true, [](const EffectValues&) { return words({"oops"}); }},
-        {"RIAA", "RIAA…", "Window_RIAA", {}, true, [](const EffectValues&) { return words({"riaa"}); }},
+        {"Space and modulation",
+         "OOPS",
+         "OOPS",
+         "Window_OOPS",
+         {},
+         true,
+         [](const EffectValues&) { return words({"oops"}); }},
     };
 }
 } // namespace
@@ -238,6 +281,14 @@ std::vector<EffectEntry> makeCatalogue() {
 const std::vector<EffectEntry>& effectCatalogue() {
     static const std::vector<EffectEntry> catalogue = makeCatalogue();
     return catalogue;
+}
+
+QString actionName(const EffectEntry& entry, bool selection) {
+    // The fades have no selection twin and their actions say nothing of the
+    // track: OnPopupFadeIn, OnPopupFadeOut.
+    if (entry.key.startsWith(QLatin1String("Fade")))
+        return "OnPopup" + entry.key;
+    return "OnPopup" + entry.key + (selection ? "Selection" : "EntireTrack");
 }
 
 const EffectEntry* findEffect(const QString& key) {
@@ -269,6 +320,9 @@ EditPlan buildNoiseReductionPlan(const EditState& s, const ResultNames& names, f
         step::Run{Tool::Sox, {sample, "-n", "noiseprof", profile}},
         step::DeleteFile{result},
         step::Run{Tool::Sox, {s.track, result, "noisered", profile, real(level)}},
+        step::RequireFile{result,
+                          QStringLiteral("The noise could not be removed. Select a stretch that holds "
+                                         "noise only, then try again.")},
         step::ProbeDuration{result},
     };
     edit.result = result;

@@ -13,8 +13,9 @@ using EffectValues = QVariantMap;
 // One row of the catalogue: everything the menu, the actions and the tests
 // need to know of an effect.
 struct EffectEntry {
+    QString group;       // the effects menu keeps a group's rows together
     QString key;         // the action word: "Amplify" for OnPopupAmplifyEntireTrack
-    QString title;       // the menu item
+    QString title;       // its submenu in the effects menu
     QString dialog;      // the parameter dialog's class, empty when there is none
     QString windowTitle; // the title the action gives its dialog, if any
     bool selection;      // whether a selection action exists
@@ -23,6 +24,10 @@ struct EffectEntry {
 
 const std::vector<EffectEntry>& effectCatalogue();
 const EffectEntry* findEffect(const QString& key);
+
+// The document action a row stands for: "OnPopupAmplifyEntireTrack",
+// "OnPopupAmplifySelection", "OnPopupFadeIn".
+QString actionName(const EffectEntry& entry, bool selection);
 
 // The sox words of the 20-band equalizer: each band's centre frequency with
 // the bandwidth twice (the band gains are read by the dialog, not used).

@@ -14,5 +14,5 @@ public:
     virtual EffectValues effectValues() const = 0;
 };
 
-// The dialog a catalogue row names ("Window_Echo"), or null when there is none yet.
+// The effect dialog of that class name ("Window_Echo"), or null when there is none.
 std::unique_ptr<EffectDialog> makeEffectDialog(const QString& dialogClass, QWidget* parent = nullptr);

@@ -1,4 +1,5 @@
 #include "effects/EffectCatalogue.h"
+#include "support/Fixtures.h"
 
 #include <QSet>
 #include <QTest>
@@ -18,12 +19,49 @@ private slots:
         for (const EffectEntry& entry : effectCatalogue())
             keys.insert(entry.key);
         QCOMPARE(keys.size(), int(effectCatalogue().size()));
-        QCOMPARE(effectCatalogue().size(), std::size_t(28));
-        for (const char* noSelection : {"BassTreble", "FadeIn", "FadeOut"})
+        // The 28 effects of the catalogue and the equalizer.
+        QCOMPARE(effectCatalogue().size(), std::size_t(29));
+        for (const char* noSelection : {"BassTreble", "FadeIn", "FadeOut", "Equalizer"})
             QVERIFY(!findEffect(noSelection)->selection);
         QCOMPARE(findEffect("Compression")->windowTitle, QString("Contrast"));
         QCOMPARE(findEffect("FadeIn")->windowTitle, QString("Fade-In"));
         QVERIFY(findEffect("Reverse")->dialog.isEmpty());
+        QCOMPARE(findEffect("Equalizer")->dialog, QString("Window_Equalizer"));
+        QVERIFY(!findEffect("NoiseReduction")); // a procedure of its own
+    }
+
+    // A group's rows stand together, so the menu can set them apart.
+    void groupsAreContiguous() {
+        QStringList groups;
+        for (const EffectEntry& entry : effectCatalogue()) {
+            QVERIFY(!entry.group.isEmpty());
+            if (groups.isEmpty() || groups.last() != entry.group) {
+                QVERIFY2(!groups.contains(entry.group), qPrintable(entry.group));
+                groups << entry.group;
+            }
+        }
+        QCOMPARE(groups.size(), 4);
+    }
+
+    void actionNames() {
+        QCOMPARE(actionName(*findEffect("Amplify"), false), QString("OnPopupAmplifyEntireTrack"));
+        QCOMPARE(actionName(*findEffect("Amplify"), true), QString("OnPopupAmplifySelection"));
+        QCOMPARE(actionName(*findEffect("BassTreble"), false), QString("OnPopupBassTrebleEntireTrack"));
+        QCOMPARE(actionName(*findEffect("FadeIn"), false), QString("OnPopupFadeIn"));
+        QCOMPARE(actionName(*findEffect("FadeOut"), false), QString("OnPopupFadeOut"));
+        QCOMPARE(actionName(*findEffect("Compression"), true), QString("OnPopupCompressionSelection"));
+        QCOMPARE(actionName(*findEffect("DeEmphasis"), true), QString("OnPopupDeEmphasisSelection"));
+        QCOMPARE(actionName(*findEffect("Equalizer"), false), QString("OnPopupEqualizerEntireTrack"));
+    }
+
+    // The equalizer's row takes the bandwidth only; the band gains are not used.
+    void theEqualizerRowUsesTheBandwidthOnly() {
+        EffectValues values{{"f_BandwidthQ", 1.5f}};
+        for (int band = 1; band <= 20; ++band)
+            values.insert(QString::asprintf("f_dB_%02d", band), qint64(band - 10));
+        const EffectArguments a = argumentsOf("Equalizer", values);
+        QVERIFY(a.global.isEmpty());
+        QCOMPARE(a.effect, equalizerArguments(1.5f));
     }
 
     void amplifyPassesAGlobalOptionBeforeTheInput() {
@@ -170,6 +208,13 @@ private slots:
                       {Tool::Sox, {sample, "-n", "noiseprof", "/w/noise.prof"}},
                       {Tool::Sox, {"/w/t.wav", r, "noisered", "/w/noise.prof", "0.21"}},
                       {Tool::FFmpeg, {"-i", r}}}));
+        // Nothing stops between the runs; only a missing result is refused.
+        QStringList lines = fixtures::describe(e.plan);
+        QCOMPARE(lines.size(), 7);
+        QCOMPARE(lines[5],
+                 "require " + r +
+                     " else The noise could not be removed. Select a stretch that holds noise only, "
+                     "then try again.");
         QCOMPARE(std::get<step::DeleteFile>(e.plan.steps.front()).path, QString("/w/noise.prof"));
         QCOMPARE(e.result, r);
         QCOMPARE(e.deleteAfterAdopting, QStringList({sample, "/w/noise.prof"}));

@@ -4,7 +4,9 @@
 #include "effects/Window_Bend.h"
 #include "effects/Window_Chorus.h"
 #include "effects/Window_Echo.h"
+#include "effects/Window_Equalizer.h"
 #include "effects/Window_Fade.h"
+#include "effects/Window_Noise_Reduction.h"
 #include "effects/Window_Normalize.h"
 #include "effects/Window_Phaser.h"
 #include "support/DialogDriving.h"
@@ -25,12 +27,41 @@
 namespace {
 using namespace dialogs;
 
-const QStringList allDialogs = {"Window_Amplify", "Window_Normalize", "Window_Echo", "Window_Phaser",
-                                "Window_Chorus",  "Window_Fade",      "Window_Bend", "Window_Deemphasis",
-                                "Window_Earwax",  "Window_OOPS",      "Window_RIAA"};
+const QStringList allDialogs = {"Window_Amplify",
+                                "Window_Normalize",
+                                "Window_Bass_And_Treble",
+                                "Window_Pitch",
+                                "Window_Speed",
+                                "Window_Tempo",
+                                "Window_Echo",
+                                "Window_Fade",
+                                "Window_Phaser",
+                                "Window_Flanger",
+                                "Window_Chorus",
+                                "Window_Reverb",
+                                "Window_Tremolo",
+                                "Window_Compand",
+                                "Window_HL_Pass",
+                                "Window_Band_Pass_Reject",
+                                "Window_Bend",
+                                "Window_DCShift",
+                                "Window_Percentage",
+                                "Window_Biquad",
+                                "Window_Deemphasis",
+                                "Window_Earwax",
+                                "Window_OOPS",
+                                "Window_RIAA",
+                                "Window_Equalizer",
+                                "Window_Ask_Noise_Selected",
+                                "Window_Noise_Reduction"};
+
+const QStringList bandFrequencies = {"24",   "34",   "48",   "68",   "96",    "136",  "193",
+                                     "273",  "386",  "546",  "772",  "1100",  "1500", "2200",
+                                     "3100", "4400", "6200", "8700", "12400", "17500"};
 
 // Applies "name=value" settings separated by ';' to the dialog's named
-// controls: typed into a text field, set on a slider, chosen in a list.
+// controls: typed into a text field, set on a slider, chosen in a list, or
+// written into a slider's label (as if its slider had shown that value).
 void fill(QDialog* dialog, const QString& settings) {
     for (const QString& setting : settings.split(';', Qt::SkipEmptyParts)) {
         const qsizetype equals = setting.indexOf('=');
@@ -42,6 +73,8 @@ void fill(QDialog* dialog, const QString& settings) {
             slider->setValue(value.toInt());
         else if (auto* combo = dialog->findChild<QComboBox*>(name))
             combo->setCurrentIndex(value.toInt());
+        else if (auto* label = dialog->findChild<QLabel*>(name))
+            label->setText(value);
         else
             QFAIL(qPrintable("no control " + name));
     }
@@ -110,8 +143,32 @@ private slots:
         QVERIFY(buttonOf(dialog.get(), QDialogButtonBox::Cancel));
     }
 
+    // The noise reduction's level reaches noisered as the label shows it.
+    void noiseReductionLevel() {
+        Window_Noise_Reduction dialog;
+        QCOMPARE(accept<Window_Noise_Reduction>(dialog, "sliderLevel=21"), 1);
+        QCOMPARE(dialog.f_Level, 0.21f);
+        const EditState state{"/w", "/w/t.wav", {}, calculateSegmentVariables({10, 0, 50, 0, 10}), 10, 0, 50};
+        const EditPlan plan = buildNoiseReductionPlan(state, ResultNames("/w"), dialog.f_Level);
+        const QList<PlannedRun> runs = plannedRuns(plan.plan);
+        QCOMPARE(runs[2].arguments.mid(2), QStringList({"noisered", "/w/noise.prof", "0.21"}));
+        QCOMPARE(accept<Window_Noise_Reduction>(dialog, "labelLevel=0.5"), 1);
+        QCOMPARE(dialog.f_Level, 0.5f);
+    }
+
+    // The band gains are read from their labels, though sox is not given them.
+    void equalizerReadsItsBands() {
+        Window_Equalizer dialog;
+        QCOMPARE(accept<Window_Equalizer>(dialog, "sliderdB01=20;sliderdB10=-4;labeldB20=7"), 1);
+        QCOMPARE(dialog.f_dB[0], 20);
+        QCOMPARE(dialog.f_dB[9], -4);
+        QCOMPARE(dialog.f_dB[19], 7);
+        QCOMPARE(dialog.effectValues().value("f_dB_20").toLongLong(), 7);
+        QCOMPARE(dialog.f_BandwidthQ, 1.0f);
+    }
+
     void factoryRefusesOthers() {
-        QVERIFY(!makeEffectDialog("Window_Reverb"));
+        QVERIFY(!makeEffectDialog("Window_Contrast"));
         QVERIFY(!makeEffectDialog(""));
         QVERIFY(!makeEffectDialog("window_amplify"));
         QVERIFY(!makeEffectDialog("Window_Silence_Insert"));
@@ -241,6 +298,130 @@ private slots:
         QVERIFY(QMetaObject::invokeMethod(&bend, "OnChangeCents"));
     }
 
+    // Every slider's range, start and label, and how its change action scales
+    // the value into the label.
+    void sliderScales_data() {
+        QTest::addColumn<QString>("dialogClass");
+        QTest::addColumn<QString>("slider");
+        QTest::addColumn<QString>("slot");
+        QTest::addColumn<QList<int>>("rangeAndStart");
+        QTest::addColumn<QString>("startText");
+        QTest::addColumn<int>("moved");
+        QTest::addColumn<QString>("movedText");
+        const auto row = [](const char* dialog, const char* slider, const char* slot, QList<int> range,
+                            const char* startText, int moved, const char* movedText) {
+            QTest::newRow(qPrintable(QString(dialog) + " " + slider))
+                << dialog << slider << slot << range << startText << moved << movedText;
+        };
+        row("Window_Bass_And_Treble", "Bass", "OnSliderChangeBass", {-200, 200, 50}, "5.00", -123, "-12.30");
+        row("Window_Bass_And_Treble", "Treble", "OnSliderChangeTreble", {-200, 200, 30}, "3.00", 7, "0.70");
+        row("Window_Pitch", "Semitones", "OnChangeSemitones", {-1200, 1200, 300}, "3.00", -50, "-0.50");
+        row("Window_Speed", "Percentage", "OnChangePercentage", {50, 200, 125}, "125.00", 77, "77.00");
+        row("Window_Tempo", "Percentage", "OnChangePercentage", {50, 200, 125}, "125.00", 200, "200.00");
+        row("Window_Flanger", "Delay", "OnChangeDelay", {0, 30, 0}, "0", 17, "17");
+        row("Window_Flanger", "Depth", "OnChangeDepth", {0, 10, 2}, "2", 10, "10");
+        row("Window_Flanger", "Regeneration", "OnChangeRegeneration", {-95, 95, 0}, "0", -40, "-40");
+        row("Window_Flanger", "Width", "OnChangeWidth", {0, 100, 71}, "71", 100, "100");
+        row("Window_Flanger", "Speed", "OnChangeSpeed", {1, 100, 5}, "0.50", 37, "3.70");
+        row("Window_Flanger", "Phase", "OnChangePhase", {0, 100, 25}, "25", 0, "0");
+        row("Window_Reverb", "Reverberence", "OnChangeReverberence", {0, 100, 50}, "50", 99, "99");
+        row("Window_Reverb", "HiFreqDamping", "OnChangeHiFreqDamping", {0, 100, 50}, "50", 0, "0");
+        row("Window_Reverb", "RoomSize", "OnChangeRoomSize", {0, 100, 100}, "100", 30, "30");
+        row("Window_Reverb", "StereoDepth", "OnChangeStereoDepth", {0, 100, 100}, "100", 1, "1");
+        row("Window_Reverb", "PreDelay", "OnChangePreDelay", {0, 500, 0}, "0", 480, "480");
+        row("Window_Reverb", "WetGain", "OnChangeWetGain", {-10, 10, 0}, "0", -6, "-6");
+        row("Window_Tremolo", "Speed", "OnChangeSpeed", {10, 2000, 500}, "5.00", 1234, "12.34");
+        row("Window_Tremolo", "Depth", "OnChangeDepth", {1, 100, 40}, "40", 1, "1");
+        row("Window_Compand", "Attack", "OnChangeAttack", {0, 100, 30}, "0.30", 5, "0.05");
+        row("Window_Compand", "Decay", "OnChangeDecay", {0, 200, 100}, "1.00", 150, "1.50");
+        row("Window_Compand", "Delay", "OnChangeDelay", {0, 100, 20}, "0.20", 0, "0.00");
+        row("Window_Compand", "Gain", "OnChangeGain", {-20, 20, -5}, "-5", 12, "12");
+        row("Window_Compand", "InitialVolume", "OnChangeInitialVolume", {-100, 0, -90}, "-90", -3, "-3");
+        row("Window_HL_Pass", "Rolloff", "OnChangeRolloff", {1, 3600, 150}, "900", 3600, "21600");
+        row("Window_Band_Pass_Reject", "Frequency", "OnChangeFrequency", {100, 2000000, 100000}, "1000.00",
+            123456, "1234.56");
+        row("Window_Band_Pass_Reject", "Width", "OnChangeWidth", {1, 3000, 100}, "600", 7, "42");
+        row("Window_DCShift", "Shift", "OnChangeShift", {-200, 200, 10}, "0.10", -150, "-1.50");
+        row("Window_DCShift", "GainLimiter", "OnChangeGainLimiter", {0, 100, 5}, "0.05", 2, "0.02");
+        row("Window_Percentage", "Percentage", "OnChangePercentage", {0, 100, 75}, "75", 33, "33");
+        row("Window_Biquad", "b0", "OnChangeb0", {-20000000, 20000000, 5000000}, "0.5000000", 1, "0.0000001");
+        row("Window_Biquad", "b1", "OnChangeb1", {-20000000, 20000000, 5000000}, "0.5000000", -20000000,
+            "-2.0000000");
+        row("Window_Biquad", "b2", "OnChangeb2", {-20000000, 20000000, 0}, "0.0000000", 1234567, "0.1234567");
+        row("Window_Biquad", "a0", "onChangea0", {1000000, 20000000, 10000000}, "1.0000000", 1000000,
+            "0.1000000");
+        row("Window_Biquad", "a1", "OnChangea1", {-20000000, 20000000, 0}, "0.0000000", -9999999,
+            "-0.9999999");
+        row("Window_Biquad", "a2", "OnChangea2", {-20000000, 20000000, 0}, "0.0000000", 20000000,
+            "2.0000000");
+        row("Window_Equalizer", "dB01", "OnChangedB01", {-20, 20, 0}, "0", -7, "-7");
+        row("Window_Equalizer", "dB12", "OnChangedB12", {-20, 20, 0}, "0", 20, "20");
+        row("Window_Equalizer", "dB20", "OnChangedB20", {-20, 20, 0}, "0", 3, "3");
+        row("Window_Equalizer", "BandwidthQ", "OnChangeBandwidthQ", {10, 5000, 1000}, "1.00", 1500, "1.50");
+        row("Window_Noise_Reduction", "Level", "OnChangeLevel", {0, 100, 25}, "0.25", 21, "0.21");
+        row("Window_Echo", "GainIn", "OnChangeGainIn", {0, 100, 80}, "80", 33, "33");
+        row("Window_Chorus", "Speed", "OnChangeSpeed", {1, 50, 3}, "0.30", 25, "2.50");
+        row("Window_Bend", "Cents", "OnChangeCents", {1, 1200, 300}, "300", 450, "450");
+    }
+    void sliderScales() {
+        QFETCH(QString, dialogClass);
+        QFETCH(QString, slider);
+        QFETCH(QString, slot);
+        QFETCH(QList<int>, rangeAndStart);
+        QFETCH(QString, startText);
+        QFETCH(int, moved);
+        QFETCH(QString, movedText);
+        std::unique_ptr<EffectDialog> dialog = makeEffectDialog(dialogClass);
+        QVERIFY(dialog);
+        auto* control = dialog->findChild<QSlider*>("slider" + slider);
+        auto* label = dialog->findChild<QLabel*>("label" + slider);
+        QVERIFY(control && label);
+        QCOMPARE(QList<int>({control->minimum(), control->maximum(), control->value()}), rangeAndStart);
+        QCOMPARE(label->text(), startText);
+        control->setValue(moved);
+        QCOMPARE(label->text(), movedText);
+        // The change action on its own writes the label from the slider.
+        label->clear();
+        QVERIFY(QMetaObject::invokeMethod(dialog.get(), qPrintable(slot)));
+        QCOMPARE(label->text(), movedText);
+    }
+
+    // The dialogs the two actions of a filter share take the title the action gives.
+    void sharedDialogsTakeTheirActionsTitle() {
+        for (const char* key : {"HighPass", "LowPass", "BandPass", "BandReject", "Compression", "FadeIn"}) {
+            const EffectEntry* entry = findEffect(key);
+            QVERIFY(!entry->windowTitle.isEmpty());
+            QVERIFY(makeEffectDialog(entry->dialog)->windowTitle() != entry->windowTitle);
+        }
+        QCOMPARE(findEffect("HighPass")->windowTitle, QString("High Pass"));
+        QCOMPARE(findEffect("LowPass")->windowTitle, QString("Low Pass"));
+        QCOMPARE(findEffect("BandPass")->windowTitle, QString("Band Pass"));
+        QCOMPARE(findEffect("BandReject")->windowTitle, QString("Band Reject"));
+    }
+
+    // The equalizer's bands stand side by side, lowest first, each named by its frequency.
+    void equalizerBands() {
+        std::unique_ptr<EffectDialog> dialog = makeEffectDialog("Window_Equalizer");
+        dialog->show();
+        QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
+        int left = -1;
+        for (int band = 1; band <= 20; ++band) {
+            auto* slider = dialog->findChild<QSlider*>(QString::asprintf("sliderdB%02d", band));
+            QVERIFY(slider);
+            QCOMPARE(slider->orientation(), Qt::Vertical);
+            const int x = slider->mapTo(dialog.get(), QPoint()).x();
+            QVERIFY(x > left);
+            left = x;
+        }
+        QStringList names;
+        for (QLabel* label : dialog->findChildren<QLabel*>())
+            if (label->objectName().isEmpty())
+                names << label->text();
+        for (const char* name : {"24", "136", "1.1k", "17.5k"})
+            QVERIFY2(names.contains(name), name);
+        dialog->hide();
+    }
+
     // What the dialogs hand the catalogue after OK, and the sox words made of it.
     void accepted_data() {
         QTest::addColumn<QString>("dialogClass");
@@ -330,6 +511,134 @@ private slots:
             << "Window_Bend"
             << "textStart=x;sliderCents=1200"
             << "Bend" << QStringList{} << QStringList{"bend", "0.00,1200,2.00"};
+        QTest::newRow("bass and treble defaults")
+            << "Window_Bass_And_Treble"
+            << ""
+            << "BassTreble" << QStringList{} << QStringList{"bass", "5.00", "treble", "3.00"};
+        QTest::newRow("bass and treble from the labels")
+            << "Window_Bass_And_Treble"
+            << "sliderBass=-123;labelBass=7.456;sliderTreble=-200"
+            << "BassTreble" << QStringList{} << QStringList{"bass", "7.46", "treble", "-20.00"};
+        QTest::newRow("pitch defaults") << "Window_Pitch"
+                                        << ""
+                                        << "Pitch" << QStringList{} << QStringList{"pitch", "300.000000"};
+        QTest::newRow("pitch from the slider, in cents")
+            << "Window_Pitch"
+            << "sliderSemitones=-250;labelSemitones=9"
+            << "Pitch" << QStringList{} << QStringList{"pitch", "-250.000000"};
+        QTest::newRow("speed defaults") << "Window_Speed"
+                                        << ""
+                                        << "Speed" << QStringList{} << QStringList{"speed", "1.25"};
+        QTest::newRow("speed 80") << "Window_Speed"
+                                  << "sliderPercentage=80"
+                                  << "Speed" << QStringList{} << QStringList{"speed", "0.80"};
+        QTest::newRow("tempo defaults") << "Window_Tempo"
+                                        << ""
+                                        << "Tempo" << QStringList{} << QStringList{"tempo", "1.25"};
+        QTest::newRow("tempo from the label") << "Window_Tempo"
+                                              << "labelPercentage=150"
+                                              << "Tempo" << QStringList{} << QStringList{"tempo", "1.50"};
+        QTest::newRow("flanger defaults")
+            << "Window_Flanger"
+            << ""
+            << "Flanger" << QStringList{}
+            << QStringList{"flanger", "0", "2", "0", "71", "0.50", "sin", "25", "lin"};
+        QTest::newRow("flanger at the ends")
+            << "Window_Flanger"
+            << "sliderDelay=30;sliderDepth=10;sliderRegeneration=-95;sliderWidth=100;sliderSpeed=100;"
+               "sliderPhase=100"
+            << "Flanger" << QStringList{}
+            << QStringList{"flanger", "30", "10", "-95", "100", "10.00", "sin", "100", "lin"};
+        QTest::newRow("flanger labels truncated")
+            << "Window_Flanger"
+            << "labelDelay=12.9;labelPhase=-3.7"
+            << "Flanger" << QStringList{}
+            << QStringList{"flanger", "12", "2", "0", "71", "0.50", "sin", "-3", "lin"};
+        QTest::newRow("reverb defaults")
+            << "Window_Reverb"
+            << ""
+            << "Reverb" << QStringList{} << QStringList{"reverb", "50", "50", "100", "100", "0", "0"};
+        QTest::newRow("reverb changed")
+            << "Window_Reverb"
+            << "sliderReverberence=10;sliderHiFreqDamping=20;sliderRoomSize=30;sliderStereoDepth=40;"
+               "sliderPreDelay=500;sliderWetGain=-10"
+            << "Reverb" << QStringList{} << QStringList{"reverb", "10", "20", "30", "40", "500", "-10"};
+        QTest::newRow("tremolo defaults")
+            << "Window_Tremolo"
+            << ""
+            << "Tremolo" << QStringList{} << QStringList{"tremolo", "5.00", "40"};
+        QTest::newRow("tremolo changed")
+            << "Window_Tremolo"
+            << "sliderSpeed=10;sliderDepth=100"
+            << "Tremolo" << QStringList{} << QStringList{"tremolo", "0.10", "100"};
+        QTest::newRow("compand defaults")
+            << "Window_Compand"
+            << ""
+            << "Compand" << QStringList{}
+            << QStringList{"compand", "0.30,1.00", "6:-70,-60,-20", "-5", "-90", "0.20"};
+        QTest::newRow("compand changed")
+            << "Window_Compand"
+            << "sliderAttack=0;sliderDecay=200;sliderDelay=100;sliderGain=20;sliderInitialVolume=-100"
+            << "Compand" << QStringList{}
+            << QStringList{"compand", "0.00,2.00", "6:-70,-60,-20", "20", "-100", "1.00"};
+        QTest::newRow("high pass defaults")
+            << "Window_HL_Pass"
+            << ""
+            << "HighPass" << QStringList{} << QStringList{"highpass", "-2", "900"};
+        QTest::newRow("low pass 3000") << "Window_HL_Pass"
+                                       << "sliderRolloff=500"
+                                       << "LowPass" << QStringList{} << QStringList{"lowpass", "-2", "3000"};
+        QTest::newRow("band pass 1234.56 passes 1234")
+            << "Window_Band_Pass_Reject"
+            << "sliderFrequency=123456"
+            << "BandPass" << QStringList{} << QStringList{"bandpass", "1234", "600"};
+        QTest::newRow("band pass from a label of 1234.56")
+            << "Window_Band_Pass_Reject"
+            << "labelFrequency=1234.56;sliderWidth=2"
+            << "BandPass" << QStringList{} << QStringList{"bandpass", "1234", "12"};
+        QTest::newRow("band reject defaults")
+            << "Window_Band_Pass_Reject"
+            << ""
+            << "BandReject" << QStringList{} << QStringList{"bandreject", "1000", "600"};
+        QTest::newRow("dc shift defaults")
+            << "Window_DCShift"
+            << ""
+            << "DCShift" << QStringList{} << QStringList{"dcshift", "0.10", "0.05"};
+        QTest::newRow("dc shift changed")
+            << "Window_DCShift"
+            << "sliderShift=-200;sliderGainLimiter=100"
+            << "DCShift" << QStringList{} << QStringList{"dcshift", "-2.00", "1.00"};
+        QTest::newRow("contrast defaults") << "Window_Percentage"
+                                           << ""
+                                           << "Compression" << QStringList{} << QStringList{"contrast", "75"};
+        QTest::newRow("contrast 0") << "Window_Percentage"
+                                    << "sliderPercentage=0"
+                                    << "Compression" << QStringList{} << QStringList{"contrast", "0"};
+        QTest::newRow("biquad defaults")
+            << "Window_Biquad"
+            << ""
+            << "Biquad" << QStringList{} << QStringList{"biquad",    "0.5000000", "0.5000000", "0.0000000",
+                                                        "1.0000000", "0.0000000", "0.0000000"};
+        QTest::newRow("biquad from the labels")
+            << "Window_Biquad"
+            << "sliderb2=1234567;labela1=-0.1234567;slidera0=20000000"
+            << "Biquad" << QStringList{} << QStringList{"biquad",    "0.5000000",  "0.5000000", "0.1234567",
+                                                        "2.0000000", "-0.1234567", "0.0000000"};
+        QStringList equalizer;
+        for (const QString& frequency : bandFrequencies)
+            equalizer << "equalizer" << frequency << "1.50"
+                      << "1.50";
+        QTest::newRow("equalizer bandwidth 1.50, bands moved")
+            << "Window_Equalizer"
+            << "sliderBandwidthQ=1500;sliderdB01=20;sliderdB07=-13;sliderdB20=-20"
+            << "Equalizer" << QStringList{} << equalizer;
+        equalizer.clear();
+        for (const QString& frequency : bandFrequencies)
+            equalizer << "equalizer" << frequency << "1.00"
+                      << "1.00";
+        QTest::newRow("equalizer defaults") << "Window_Equalizer"
+                                            << ""
+                                            << "Equalizer" << QStringList{} << equalizer;
         QTest::newRow("de-emphasis") << "Window_Deemphasis"
                                      << ""
                                      << "DeEmphasis" << QStringList{} << QStringList{"deemph"};
@@ -384,7 +693,46 @@ private slots:
                               << QStringList{"float", "qulonglong"};
         QTest::newRow("bend") << "Window_Bend" << QStringList{"f_Cents", "f_Duration", "f_Start"}
                               << QStringList{"qlonglong", "qulonglong", "qulonglong"};
-        for (const char* name : {"Window_Deemphasis", "Window_Earwax", "Window_OOPS", "Window_RIAA"})
+        QTest::newRow("bass and treble")
+            << "Window_Bass_And_Treble" << QStringList{"f_Bass", "f_Treble"} << QStringList{"float", "float"};
+        QTest::newRow("pitch") << "Window_Pitch" << QStringList{"f_Semitones"} << QStringList{"float"};
+        QTest::newRow("speed") << "Window_Speed" << QStringList{"f_Percentage"} << QStringList{"float"};
+        QTest::newRow("tempo") << "Window_Tempo" << QStringList{"f_Percentage"} << QStringList{"float"};
+        QTest::newRow("flanger") << "Window_Flanger" << QStringList{"f_Delay", "f_Depth", "f_Phase",
+                                                                    "f_Regen", "f_Speed", "f_Width"}
+                                 << QStringList{"qlonglong", "qlonglong", "qlonglong",
+                                                "qlonglong", "float",     "qlonglong"};
+        QTest::newRow("reverb") << "Window_Reverb"
+                                << QStringList{"f_HF_Damping", "f_Pre_Delay",    "f_Reverberence",
+                                               "f_Room_Size",  "f_Stereo_Depth", "f_Wet_Gain"}
+                                << QStringList(6, "qlonglong");
+        QTest::newRow("tremolo") << "Window_Tremolo" << QStringList{"f_Depth", "f_Speed"}
+                                 << QStringList{"qlonglong", "float"};
+        QTest::newRow("compand") << "Window_Compand"
+                                 << QStringList{"f_Attack", "f_Decay", "f_Delay", "f_Gain",
+                                                "f_Initial_Volume"}
+                                 << QStringList{"float", "float", "float", "qlonglong", "qlonglong"};
+        QTest::newRow("high or low pass")
+            << "Window_HL_Pass" << QStringList{"f_Rolloff_dB"} << QStringList{"qlonglong"};
+        QTest::newRow("band pass or reject")
+            << "Window_Band_Pass_Reject" << QStringList{"f_Frequency", "f_Width_dB"}
+            << QStringList{"qulonglong", "qlonglong"};
+        QTest::newRow("dc shift") << "Window_DCShift" << QStringList{"f_Gain_Limiter", "f_Shift"}
+                                  << QStringList{"float", "float"};
+        QTest::newRow("percentage") << "Window_Percentage" << QStringList{"f_Percentage"}
+                                    << QStringList{"qulonglong"};
+        QTest::newRow("biquad") << "Window_Biquad"
+                                << QStringList{"f_a0", "f_a1", "f_a2", "f_b0", "f_b1", "f_b2"}
+                                << QStringList(6, "float");
+        QStringList bands;
+        for (int band = 1; band <= 20; ++band)
+            bands << QString::asprintf("f_dB_%02d", band);
+        QTest::newRow("equalizer") << "Window_Equalizer" << QStringList{"f_BandwidthQ"} + bands
+                                   << QStringList{"float"} + QStringList(20, "qlonglong");
+        QTest::newRow("noise reduction")
+            << "Window_Noise_Reduction" << QStringList{"f_Level"} << QStringList{"float"};
+        for (const char* name : {"Window_Deemphasis", "Window_Earwax", "Window_OOPS", "Window_RIAA",
+                                 "Window_Ask_Noise_Selected"})
             QTest::newRow(name) << name << QStringList{} << QStringList{};
     }
     void valueNames() {
@@ -609,7 +957,8 @@ private slots:
 
     // The parameterless dialogs say what they will do.
     void confirmationsExplain() {
-        for (const char* name : {"Window_Deemphasis", "Window_Earwax", "Window_OOPS", "Window_RIAA"}) {
+        for (const char* name : {"Window_Deemphasis", "Window_Earwax", "Window_OOPS", "Window_RIAA",
+                                 "Window_Ask_Noise_Selected"}) {
             std::unique_ptr<EffectDialog> dialog = makeEffectDialog(name);
             auto* label = dialog->findChild<QLabel*>("labelMessage");
             QVERIFY2(label, name);
