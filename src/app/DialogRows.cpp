@@ -11,6 +11,7 @@ QHBoxLayout* sliderRow(QWidget* owner, QSlider*& slider, QLabel*& label, const c
     slider->setObjectName(QLatin1String(sliderName));
     slider->setRange(minimum, maximum);
     slider->setValue(start);
+    slider->setMinimumWidth(240);
     label = new QLabel(owner);
     label->setObjectName(QLatin1String(labelName));
     label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QStringLiteral("00.00")));

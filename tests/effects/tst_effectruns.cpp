@@ -228,6 +228,29 @@ private slots:
         expectUnchanged(d, current, files);
     }
 
+    // When the runs come to nothing (here the track's file has gone from the
+    // work folder), the document stays as it was and says so.
+    void noiseReductionThatMakesNothingSaysSo() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        const QString current = d->s_WAV_File_Path;
+        QVERIFY(QFile::rename(current, current + ".away"));
+        setMarkers(d, 0, 30, 0);
+        gui::whenModal<Window_Ask_Noise_Selected>([](Window_Ask_Noise_Selected* ask) { ask->OnOK(); });
+        gui::whenModal<Window_Noise_Reduction>([](Window_Noise_Reduction* level) { level->OnOK(); });
+        const auto alert = gui::answerAlert();
+        d->OnPopupNoiseReduction();
+        QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
+        QCOMPARE(
+            alert->informativeText,
+            QString(
+                "The noise could not be removed. Select a stretch that holds noise only, then try again."));
+        QVERIFY(gui::waitIdle(*m_app));
+        QVERIFY(QFile::rename(current + ".away", current));
+        QCOMPARE(d->s_WAV_File_Path, current);
+        QCOMPARE(d->history.array_WAV_Files, QStringList({current}));
+    }
+
     // Declining a dialog, in any of the ways there are, runs nothing.
     void backingOutRunsNothing_data() {
         QTest::addColumn<QString>("action");
