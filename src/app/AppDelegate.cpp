@@ -18,6 +18,11 @@
 #include <cstdlib>
 
 AppDelegate::AppDelegate() : b_Starting(true), u_Doc_Index(0) {
+    // Sound plays through Qt's FFmpeg media backend unless the user has chosen
+    // one: with the GStreamer backend of Qt 6.4, playback can fall silent after
+    // a seek, which every click on the waveform during playback is.
+    if (!qEnvironmentVariableIsSet("QT_MEDIA_BACKEND"))
+        qputenv("QT_MEDIA_BACKEND", "ffmpeg");
     actionNew = makeAction(tr("&New"), QKeySequence::New);
     actionOpen = makeAction(tr("&Open…"), QKeySequence::Open);
     actionExport = makeAction(tr("&Export…"), QKeySequence::Save);

@@ -11,6 +11,9 @@
 #include "document/WaveformPlot.h"
 #include "timeline/View_Audio_Wave.h"
 #include "timeline/View_Time_Rule.h"
+#include "transport/Microphone.h"
+#include "transport/SoundPlayer.h"
+#include "transport/SoundRecorder.h"
 
 #include <QAction>
 #include <QColorDialog>
@@ -100,6 +103,7 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
     buildEffectsMenu();
     m_toolBar = buildToolBar();
     addToolBar(m_toolBar);
+    buildTransport();
     labelSelection = new QLabel;
     labelPosition = new QLabel;
     labelSource = new QLabel;
@@ -121,6 +125,7 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
     QTimer::singleShot(100, this, &Document::TimerHandleStartupRoutine);
 }
 
+// The player and the recorder go with the window; a recorder finishes its file.
 Document::~Document() = default;
 
 QToolBar* Document::buildToolBar() {

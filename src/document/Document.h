@@ -4,17 +4,23 @@
 #include "edit/EditPlans.h"
 #include "effects/EffectCatalogue.h"
 #include "timeline/TimeStrings.h"
+#include "transport/TransportRules.h"
 
 #include <QColor>
 #include <QMainWindow>
 #include <QPointer>
+#include <memory>
 
 class AppDelegate;
 class QAction;
 class QLabel;
 class QMenu;
 class QScrollArea;
+class QTimer;
 class QToolBar;
+class Microphone;
+class SoundPlayer;
+class SoundRecorder;
 class View_Audio_Wave;
 class View_Time_Rule;
 class WaveformPlot;
@@ -92,6 +98,39 @@ public:
     QMenu* popupMenuSilence;
     QMenu* popupMenuEffects;
 
+    // Transport (defined beside the transport rules): playback of the current
+    // version and recording from the default input, sharing one status.
+    void OnToolbarPlay(); // resumes a paused playback, otherwise pops up the play menu
+    void OnPopupMenuPlayFromStart();
+    void OnPopupMenuPlayFromCurrentPosition();
+    void OnPopupMenuPlaySelection();
+    void playFromStart();
+    void playFromCurrent();
+    void playSelection();
+    void OnToolbarPause();
+    void OnToolbarStop();
+    void OnToolbarRecord();
+    void pauseAudio();
+    void stopAudio();
+    void recordAudio();
+    void TimerHandleAudioPlayingRoutine(); // one tick of the playing timer
+    void OnToolbarSoundPreferences();
+    void OnUserShowSoundPreferences();
+    void togglePlayback(); // Space: play from the position, or pause
+
+    quint64 m_RecordStatus = 0; // see RecordStatus
+    std::unique_ptr<SoundPlayer> sound;
+    QPointer<QTimer> timerHandleAudioPlaying;
+    quint64 u_Last_Position = 0;
+    bool b_Play_Selection = false;
+    QMenu* popupMenuPlay;
+    std::unique_ptr<SoundRecorder> soundRecorder;
+    Microphone* ez_Microphone;
+    QString s_Sound_File_Source;
+    // The record settings as declared; the recorder always uses its fixed format.
+    qint64 m_RecordFormat = 0, m_RecordSampleRate = 44100, m_RecordNumberOfChannels = 2,
+           m_RecordQuality = 127;
+
     // Zoom: the whole track spans u_Zoom_Factor visible widths.
     void OnToolbarZoomPlus();
     void OnToolbarZoomMinus();
@@ -148,6 +187,13 @@ signals:
 
 private:
     QToolBar* buildToolBar();
+    void buildTransport();
+    void applyButtons(const TransportButtons& buttons);
+    void startPlaying(PlayFrom from);
+    void scheduleAudioPlayingTimer();
+    void stopPlayback();
+    void endRecording();
+    void closeEvent(QCloseEvent* event) override;
     void setEditingEnabled(bool enabled);
     void setLoadedButtons();
     void importFile(const QString& path);

@@ -10,7 +10,29 @@ WaveformPlot::WaveformPlot(QWidget* parent) : QWidget(parent) {
 
 void WaveformPlot::setPoints(std::vector<float> points) {
     m_points = std::move(points);
+    m_live = false;
+    m_buffer.clear();
     update();
+}
+
+void WaveformPlot::updateBuffer(const float* buffer, int size) {
+    m_buffer.assign(buffer, buffer + std::max(0, size));
+    m_live = true;
+    update();
+}
+
+void WaveformPlot::paintLiveInput(QPainter& painter) {
+    // The buffer's samples from left to right, about the centre line.
+    if (m_buffer.size() < 2)
+        return;
+    const qreal mid = height() / 2.0;
+    const qreal step = qreal(width()) / qreal(m_buffer.size() - 1);
+    QPainterPath path(QPointF(0, mid - std::clamp(qreal(m_buffer[0]), -1.0, 1.0) * mid));
+    for (std::size_t i = 1; i < m_buffer.size(); ++i)
+        path.lineTo(qreal(i) * step, mid - std::clamp(qreal(m_buffer[i]), -1.0, 1.0) * mid);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(m_color, 1.5));
+    painter.drawPath(path);
 }
 
 void WaveformPlot::clear() {
@@ -36,6 +58,10 @@ void WaveformPlot::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setOpacity(m_opacity);
     painter.fillRect(rect(), m_background);
+    if (m_live) {
+        paintLiveInput(painter);
+        return;
+    }
     if (m_points.empty())
         return;
 

@@ -4,6 +4,8 @@
 #include <QWidget>
 #include <vector>
 
+class QPainter;
+
 // Draws a track's reduced points as one filled shape, mirrored about the
 // centre line. It lies over the overlay view with the overlay's geometry and a
 // partial opacity, so the selection band shows through; mouse events pass
@@ -15,6 +17,11 @@ public:
 
     void setPoints(std::vector<float> points);
     void clear();
+    // The live input while recording: one buffer of samples (-1 to 1), drawn
+    // as a trace across the plot until points are set or the plot is cleared.
+    void updateBuffer(const float* buffer, int size);
+    bool showsLiveInput() const { return m_live; }
+    const std::vector<float>& liveBuffer() const { return m_buffer; }
     const std::vector<float>& points() const { return m_points; }
 
     void setBackgroundColor(const QColor& color);
@@ -28,7 +35,11 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void paintLiveInput(QPainter& painter);
+
     std::vector<float> m_points;
+    std::vector<float> m_buffer;
+    bool m_live = false;
     QColor m_background = Qt::black;
     QColor m_color = Qt::green;
     qreal m_opacity = 1.0;

@@ -1,0 +1,309 @@
+// The document's transport: playing the current version through a sound
+// player, moved along by a one-second timer, and recording from the default
+// input into a take that becomes the track.
+
+#include "app/Alerts.h"
+#include "app/AppDelegate.h"
+#include "app/Names.h"
+#include "document/Document.h"
+#include "document/FileSize.h"
+#include "document/ImportPlans.h"
+#include "document/WaveformPlot.h"
+#include "timeline/View_Audio_Wave.h"
+#include "timeline/View_Time_Rule.h"
+#include "transport/Microphone.h"
+#include "transport/SoundPlayer.h"
+#include "transport/SoundRecorder.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QCursor>
+#include <QFile>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMenu>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTimer>
+
+void Document::buildTransport() {
+    popupMenuPlay = new QMenu(tr("Play"), this);
+    popupMenuPlay->addAction(tr("Play from Start"), this, &Document::OnPopupMenuPlayFromStart);
+    popupMenuPlay->addAction(tr("Play from Current Position"), this,
+                             &Document::OnPopupMenuPlayFromCurrentPosition);
+    popupMenuPlay->addAction(tr("Play Selection"), this, &Document::OnPopupMenuPlaySelection);
+
+    connect(btnPlay, &QAction::triggered, this, &Document::OnToolbarPlay);
+    connect(btnPause, &QAction::triggered, this, &Document::OnToolbarPause);
+    connect(btnStop, &QAction::triggered, this, &Document::OnToolbarStop);
+    connect(btnRecord, &QAction::triggered, this, &Document::OnToolbarRecord);
+    connect(btnSoundPreferences, &QAction::triggered, this, &Document::OnToolbarSoundPreferences);
+
+    auto* space = new QAction(tr("Play or Pause"), this);
+    space->setShortcut(Qt::Key_Space);
+    connect(space, &QAction::triggered, this, &Document::togglePlayback);
+    addAction(space);
+
+    ez_Microphone = new Microphone(this);
+    connect(ez_Microphone, &Microphone::hasAudioReceived, this, [this](const QVector<float>& buffer) {
+        if (m_RecordStatus == StatusRecording)
+            audioPlot->updateBuffer(buffer.constData(), int(buffer.size()));
+    });
+}
+
+void Document::applyButtons(const TransportButtons& b) {
+    const std::pair<QAction*, std::optional<bool>> buttons[] = {{btnPlay, b.play},
+                                                                {btnRecord, b.record},
+                                                                {btnPause, b.pause},
+                                                                {btnStop, b.stop},
+                                                                {btnSoundPreferences, b.soundPreferences},
+                                                                {btnZoomPlus, b.zoomPlus},
+                                                                {btnZoomMinus, b.zoomMinus},
+                                                                {btnSave, b.save},
+                                                                {btnTools, b.tools},
+                                                                {btnCopy, b.copy},
+                                                                {btnCut, b.cut},
+                                                                {btnDelete, b.remove}};
+    for (const auto& [button, on] : buttons)
+        if (on)
+            button->setEnabled(*on);
+}
+
+// Playback.
+
+void Document::OnToolbarPlay() {
+    if (m_RecordStatus != StatusPlaybackPaused) {
+        popupMenuPlay->popup(QCursor::pos());
+        return;
+    }
+    scheduleAudioPlayingTimer();
+    sound->resume();
+    applyButtons(buttonsAfter(TransportStep::Resume));
+    m_RecordStatus = StatusPlaying;
+}
+
+void Document::OnPopupMenuPlayFromStart() {
+    b_Play_Selection = false;
+    playFromStart();
+}
+void Document::OnPopupMenuPlayFromCurrentPosition() {
+    b_Play_Selection = false;
+    playFromCurrent();
+}
+void Document::OnPopupMenuPlaySelection() {
+    b_Play_Selection = true;
+    playSelection();
+}
+
+void Document::playFromStart() {
+    startPlaying(PlayFrom::Start);
+}
+void Document::playFromCurrent() {
+    startPlaying(PlayFrom::Current);
+}
+void Document::playSelection() {
+    startPlaying(PlayFrom::Selection);
+}
+
+void Document::startPlaying(PlayFrom from) {
+    if (!mayStartPlaying(m_RecordStatus))
+        return;
+    if (!QFileInfo::exists(s_WAV_File_Path)) {
+        showErrorAlert(this, tr("The track's file %1 is missing, so it cannot be played.")
+                                 .arg(QFileInfo(s_WAV_File_Path).fileName()));
+        return;
+    }
+    const PlayStart start = playStart(from, viewAudioPlot->f_Audio_Position, viewAudioPlot->f_Selection_Start,
+                                      viewAudioPlot->f_Audio_Length);
+    viewAudioPlot->f_Audio_Position = start.position;
+    sound = std::make_unique<SoundPlayer>(s_WAV_File_Path);
+    connect(sound.get(), &SoundPlayer::failed, this, [this](const QString& reason) {
+        stopPlayback();
+        showErrorAlert(this, tr("The track could not be played: %1").arg(reason));
+    });
+    sound->setCurrentTime(start.playerTime);
+    sound->play();
+    m_RecordStatus = StatusPlaying;
+    applyButtons(buttonsAfter(TransportStep::PlayStart));
+    u_Last_Position = 0;
+    scheduleAudioPlayingTimer();
+    viewAudioPlot->update();
+    showMarkers();
+}
+
+void Document::scheduleAudioPlayingTimer() {
+    if (timerHandleAudioPlaying) {
+        timerHandleAudioPlaying->stop();
+        timerHandleAudioPlaying->deleteLater();
+    }
+    auto* timer = new QTimer(this);
+    timer->setInterval(1000);
+    timer->setTimerType(Qt::PreciseTimer);
+    connect(timer, &QTimer::timeout, this, &Document::TimerHandleAudioPlayingRoutine);
+    timer->start();
+    timerHandleAudioPlaying = timer;
+}
+
+void Document::TimerHandleAudioPlayingRoutine() {
+    const TickOutcome tick = playingTick({viewAudioPlot->f_Audio_Position, u_Last_Position, b_Play_Selection},
+                                         viewAudioPlot->f_Selection_End, viewAudioPlot->f_Audio_Length);
+    if (tick.seekTo && sound)
+        sound->setCurrentTime(*tick.seekTo);
+    if (tick.stop) {
+        stopAudio();
+        return;
+    }
+    viewAudioPlot->f_Audio_Position = tick.clock.f_Audio_Position;
+    u_Last_Position = tick.clock.u_Last_Position;
+    viewAudioPlot->update();
+    showMarkers();
+}
+
+void Document::OnToolbarPause() {
+    pauseAudio();
+}
+
+void Document::pauseAudio() {
+    if (m_RecordStatus == StatusPlaying) {
+        if (timerHandleAudioPlaying) {
+            timerHandleAudioPlaying->stop();
+            timerHandleAudioPlaying->deleteLater();
+            timerHandleAudioPlaying = nullptr;
+        }
+        sound->pause();
+        applyButtons(buttonsAfter(TransportStep::PausePlayback));
+        m_RecordStatus = StatusPlaybackPaused;
+    } else if (m_RecordStatus == StatusRecording) {
+        soundRecorder->pause();
+        applyButtons(buttonsAfter(TransportStep::PauseRecording));
+        m_RecordStatus = StatusRecordingPaused;
+    }
+}
+
+void Document::OnToolbarStop() {
+    stopAudio();
+}
+
+void Document::stopAudio() {
+    if (m_RecordStatus == StatusPlaying || m_RecordStatus == StatusPlaybackPaused)
+        stopPlayback();
+    else if (m_RecordStatus == StatusRecording || m_RecordStatus == StatusRecordingPaused)
+        endRecording();
+}
+
+void Document::stopPlayback() {
+    if (timerHandleAudioPlaying) {
+        timerHandleAudioPlaying->stop();
+        timerHandleAudioPlaying->deleteLater();
+        timerHandleAudioPlaying = nullptr;
+    }
+    if (sound)
+        sound->stop();
+    applyButtons(buttonsAfter(TransportStep::StopPlayback));
+    m_RecordStatus = StatusIdle;
+}
+
+void Document::togglePlayback() {
+    if (m_RecordStatus == StatusPlaying)
+        pauseAudio();
+    else if (m_RecordStatus == StatusPlaybackPaused)
+        OnToolbarPlay();
+    else if (m_RecordStatus == StatusIdle && b_Audio_Loaded && btnPlay->isEnabled())
+        OnPopupMenuPlayFromCurrentPosition();
+}
+
+void Document::closeEvent(QCloseEvent* event) {
+    stopAudio();
+    QMainWindow::closeEvent(event);
+}
+
+// Recording.
+
+void Document::OnToolbarRecord() {
+    recordAudio();
+}
+
+void Document::recordAudio() {
+    if (m_RecordStatus == StatusRecordingPaused) {
+        soundRecorder->record();
+        m_RecordStatus = StatusRecording;
+    } else if (m_RecordStatus == StatusIdle) {
+        s_Sound_File_Source = ResultNames(m_app.s_Output_Folder).path();
+        QFile::remove(s_Sound_File_Source);
+        auto recorder = std::make_unique<SoundRecorder>(s_Sound_File_Source);
+        if (!recorder->record()) {
+            showErrorAlert(
+                this, QStringLiteral("Could not start recording. Change record settings and try again."));
+            return;
+        }
+        soundRecorder = std::move(recorder);
+        connect(soundRecorder.get(), &SoundRecorder::inputLost, this, [this] {
+            endRecording();
+            showErrorAlert(this, tr("The sound input went away, so the recording stopped. What was recorded "
+                                    "until then is kept as the track."));
+        });
+        m_RecordStatus = StatusRecording;
+        viewAudioPlot->b_Recording = true;
+        viewAudioPlot->update();
+        ez_Microphone->startFetchingAudio();
+    }
+    applyButtons(buttonsAfter(TransportStep::RecordStart));
+}
+
+void Document::endRecording() {
+    soundRecorder->stop();
+    m_RecordStatus = StatusIdle;
+    ez_Microphone->stopFetchingAudio();
+
+    s_File_Path = s_WAV_File_Path = s_Sound_File_Source;
+    const QFileInfo take(s_File_Path);
+    s_File_Extension = take.suffix();
+    s_File_Name_Without_Extension = take.completeBaseName();
+    s_WAV_File_URL = QString("file://%1/%2.%3")
+                         .arg(m_app.s_Output_Folder, s_File_Name_Without_Extension, s_File_Extension);
+    setWindowTitle(s_File_Name_Without_Extension + "." + s_File_Extension);
+    s_File_Size = fileSizeText(take.size());
+    openFileWithFilePathURL(s_WAV_File_URL);
+    m_app.runner().submit(buildProbePlan(s_WAV_File_Path), this, [this](const PlanOutcome& outcome) {
+        takeDuration(outcome.seconds.value_or(0));
+        viewAudioPlot->b_Recording = false;
+        b_Audio_Loaded = viewAudioPlot->b_Audio_Loaded = viewTimeRule->b_Audio_Loaded = true;
+        applyButtons(buttonsAfter(TransportStep::StopRecording));
+        viewTimeRule->update();
+        viewAudioPlot->update();
+        // A fresh history holding the take alone, its position one past it.
+        Clear_Array_Of_WAV_Files();
+        history.u_array_WAV_Files_Length = 0;
+        history.u_array_WAV_Files_Position = 0;
+        history.array_WAV_Files.insert(0, s_WAV_File_Path);
+        history.u_array_WAV_Files_Length = 1;
+        history.u_array_WAV_Files_Position = 1;
+        labelSource->setText(QFileInfo(s_File_Path).fileName());
+        labelSize->setText(s_File_Size);
+        labelSize->setVisible(true);
+        emit loaded();
+    });
+}
+
+// Sound settings.
+
+void Document::OnToolbarSoundPreferences() {
+    OnUserShowSoundPreferences();
+}
+
+void Document::OnUserShowSoundPreferences() {
+    // PulseAudio's own mixer first, then the desktops' sound panels.
+    const QList<QPair<QString, QStringList>> programs = {
+        {QStringLiteral("pavucontrol"), {}},
+        {QStringLiteral("gnome-control-center"), {QStringLiteral("sound")}},
+        {QStringLiteral("systemsettings"), {QStringLiteral("kcm_pulseaudio")}},
+        {QStringLiteral("xfce4-mixer"), {}},
+    };
+    for (const auto& [program, arguments] : programs) {
+        const QString path = QStandardPaths::findExecutable(program);
+        if (!path.isEmpty() && QProcess::startDetached(path, arguments))
+            return;
+    }
+    showErrorAlert(this, tr("No sound settings program was found. Install pavucontrol (PulseAudio Volume "
+                            "Control) to choose the input and output devices."));
+}

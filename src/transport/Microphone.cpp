@@ -1,0 +1,83 @@
+#include "Microphone.h"
+
+#include <QAudioSource>
+#include <QMediaDevices>
+#include <memory>
+
+// Lives on the microphone's thread: opens the input and copies what it reads.
+class MicrophoneFeed : public QObject {
+    Q_OBJECT
+public:
+    void start() {
+        if (m_source)
+            return;
+        const QAudioDevice device = QMediaDevices::defaultAudioInput();
+        if (device.isNull())
+            return;
+        QAudioFormat format;
+        format.setSampleRate(44100);
+        format.setChannelCount(2);
+        format.setSampleFormat(QAudioFormat::Int16);
+        m_source = std::make_unique<QAudioSource>(device, format);
+        m_source->setBufferSize(44100 * 4 / 20); // 50 ms
+        m_input = m_source->start();
+        if (!m_input) {
+            m_source.reset();
+            return;
+        }
+        connect(m_input, &QIODevice::readyRead, this, &MicrophoneFeed::read);
+    }
+
+    void stop() {
+        if (m_source)
+            m_source->stop();
+        m_source.reset();
+        m_input = nullptr;
+    }
+
+signals:
+    void buffer(const QVector<float>& firstChannel);
+
+private:
+    void read() {
+        const QByteArray data = m_input->readAll();
+        const auto* samples = reinterpret_cast<const qint16*>(data.constData());
+        QVector<float> first(data.size() / 4);
+        for (qsizetype i = 0; i < first.size(); ++i)
+            first[i] = float(samples[2 * i]) / 32768.0f;
+        if (!first.isEmpty())
+            emit buffer(first);
+    }
+
+    std::unique_ptr<QAudioSource> m_source;
+    QIODevice* m_input = nullptr;
+};
+
+Microphone::Microphone(QObject* parent) : QObject(parent) {}
+
+Microphone::~Microphone() {
+    if (m_feed) {
+        QMetaObject::invokeMethod(m_feed, &MicrophoneFeed::stop, Qt::BlockingQueuedConnection);
+        m_thread.quit();
+        m_thread.wait();
+        delete m_feed; // its thread has ended
+    }
+}
+
+void Microphone::startFetchingAudio() {
+    if (!m_feed) {
+        m_feed = new MicrophoneFeed;
+        m_feed->moveToThread(&m_thread);
+        connect(m_feed, &MicrophoneFeed::buffer, this, &Microphone::hasAudioReceived, Qt::QueuedConnection);
+        m_thread.setObjectName(QStringLiteral("microphone"));
+        m_thread.start();
+    }
+    QMetaObject::invokeMethod(m_feed, &MicrophoneFeed::start, Qt::QueuedConnection);
+}
+
+void Microphone::stopFetchingAudio() {
+    if (m_feed)
+        QMetaObject::invokeMethod(m_feed, &MicrophoneFeed::stop, Qt::QueuedConnection);
+}
+
+#include "Microphone.moc"

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QAudioOutput>
+#include <QMediaPlayer>
+#include <QObject>
+#include <optional>
+
+// The simple sound player of one playback: opens a WAV by its path, seeks to a
+// time in seconds, plays, pauses, resumes and stops. The file loads in the
+// background; a seek or a play asked for before it has loaded is carried out
+// once it has.
+class SoundPlayer : public QObject {
+    Q_OBJECT
+public:
+    explicit SoundPlayer(const QString& path, QObject* parent = nullptr);
+
+    void setCurrentTime(double seconds);
+    double currentTime() const;
+    void play();
+    void pause();
+    void resume();
+    void stop();
+    bool isPlaying() const;
+
+signals:
+    // The file could not be played; the text says why, in the player's words.
+    void failed(const QString& reason);
+
+private:
+    void onStatus(QMediaPlayer::MediaStatus status);
+    void settle(); // carries out the pending seek, then plays if asked to
+
+    QMediaPlayer m_player;
+    QAudioOutput m_output;
+    bool m_loaded = false;
+    bool m_wantsToPlay = false;
+    std::optional<qint64> m_pendingMs;
+};

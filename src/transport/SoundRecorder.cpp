@@ -1,0 +1,89 @@
+#include "SoundRecorder.h"
+
+#include <QAudioSource>
+#include <QFile>
+#include <QMediaDevices>
+#include <sndfile.h>
+
+namespace {
+QAudioFormat workingFormat() {
+    QAudioFormat format;
+    format.setSampleRate(44100);
+    format.setChannelCount(2);
+    format.setSampleFormat(QAudioFormat::Int16);
+    return format;
+}
+} // namespace
+
+SoundRecorder::SoundRecorder(const QString& path, QObject* parent) : QObject(parent), m_path(path) {}
+
+SoundRecorder::~SoundRecorder() {
+    stop();
+}
+
+bool SoundRecorder::record() {
+    if (m_source) {
+        m_source->resume();
+        return m_source->error() == QAudio::NoError;
+    }
+    const QAudioDevice device = QMediaDevices::defaultAudioInput();
+    if (device.isNull())
+        return false;
+    SF_INFO info{};
+    info.samplerate = 44100;
+    info.channels = 2;
+    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
+    m_file = sf_open(QFile::encodeName(m_path).constData(), SFM_WRITE, &info);
+    if (!m_file)
+        return false;
+    m_source = std::make_unique<QAudioSource>(device, workingFormat());
+    m_source->setBufferSize(44100 * 4 / 10); // 100 ms
+    m_input = m_source->start();
+    if (!m_input || m_source->error() != QAudio::NoError) {
+        m_source.reset();
+        m_input = nullptr;
+        closeFile();
+        QFile::remove(m_path);
+        return false;
+    }
+    connect(m_input, &QIODevice::readyRead, this, &SoundRecorder::take);
+    connect(m_source.get(), &QAudioSource::stateChanged, this, [this](QAudio::State state) {
+        if (state == QAudio::StoppedState && !m_stopping && m_source->error() != QAudio::NoError)
+            emit inputLost();
+    });
+    return true;
+}
+
+void SoundRecorder::take() {
+    if (!m_input || !m_file)
+        return;
+    const QByteArray data = m_input->readAll();
+    const qint64 frames = data.size() / 4;
+    if (frames > 0)
+        m_frames += sf_writef_short(m_file, reinterpret_cast<const short*>(data.constData()), frames);
+}
+
+void SoundRecorder::pause() {
+    if (!m_source)
+        return;
+    take();
+    m_source->suspend();
+}
+
+void SoundRecorder::stop() {
+    if (m_source) {
+        m_stopping = true;
+        take();
+        m_source->stop();
+        m_source.reset();
+        m_input = nullptr;
+    }
+    closeFile();
+}
+
+void SoundRecorder::closeFile() {
+    if (m_file) {
+        sf_close(m_file);
+        m_file = nullptr;
+    }
+}

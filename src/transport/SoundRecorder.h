@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <memory>
+
+class QAudioSource;
+class QIODevice;
+struct sf_private_tag;
+
+// Records the default audio input into a WAV file: 44100 Hz, 2 channels,
+// 16-bit PCM, the format of every working WAV. Pausing and recording again
+// continue the same file; stopping finishes it.
+class SoundRecorder : public QObject {
+    Q_OBJECT
+public:
+    explicit SoundRecorder(const QString& path, QObject* parent = nullptr);
+    ~SoundRecorder() override;
+
+    // Starts, or resumes after a pause. False when there is no input to open
+    // or the file cannot be written; nothing is then recorded.
+    bool record();
+    void pause();
+    // Takes what the input still holds, then finishes and closes the file.
+    void stop();
+
+    QString path() const { return m_path; }
+    qint64 framesWritten() const { return m_frames; }
+
+signals:
+    // The input went away while recording (the sound server stopped, the
+    // device was unplugged); what was recorded so far is in the file.
+    void inputLost();
+
+private:
+    void take();
+    void closeFile();
+
+    QString m_path;
+    std::unique_ptr<QAudioSource> m_source;
+    QIODevice* m_input = nullptr;
+    sf_private_tag* m_file = nullptr;
+    qint64 m_frames = 0;
+    bool m_stopping = false;
+};
