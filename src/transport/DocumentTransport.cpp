@@ -228,7 +228,9 @@ void Document::recordAudio() {
         soundRecorder->record();
         m_RecordStatus = StatusRecording;
     } else if (m_RecordStatus == StatusIdle) {
-        s_Sound_File_Source = ResultNames(m_app.s_Output_Folder).path();
+        // Named by the second it starts in, or the next second no file has
+        // taken, so that a take never replaces a file it does not own.
+        s_Sound_File_Source = importNames(m_app.s_Output_Folder, history.array_WAV_Files).path();
         QFile::remove(s_Sound_File_Source);
         auto recorder = std::make_unique<SoundRecorder>(s_Sound_File_Source);
         if (!recorder->record()) {
@@ -264,21 +266,24 @@ void Document::endRecording() {
     setWindowTitle(s_File_Name_Without_Extension + "." + s_File_Extension);
     s_File_Size = fileSizeText(take.size());
     openFileWithFilePathURL(s_WAV_File_URL);
-    m_app.runner().submit(buildProbePlan(s_WAV_File_Path), this, [this](const PlanOutcome& outcome) {
+    // The buttons follow the status at once, so that nothing pressed while the
+    // take's length is measured meets a stale toolbar.
+    viewAudioPlot->b_Recording = false;
+    applyButtons(buttonsAfter(TransportStep::StopRecording));
+    const QString path = s_WAV_File_Path;
+    m_app.runner().submit(buildProbePlan(path), this, [this, path](const PlanOutcome& outcome) {
         takeDuration(outcome.seconds.value_or(0));
-        viewAudioPlot->b_Recording = false;
         b_Audio_Loaded = viewAudioPlot->b_Audio_Loaded = viewTimeRule->b_Audio_Loaded = true;
-        applyButtons(buttonsAfter(TransportStep::StopRecording));
         viewTimeRule->update();
         viewAudioPlot->update();
         // A fresh history holding the take alone, its position one past it.
         Clear_Array_Of_WAV_Files();
         history.u_array_WAV_Files_Length = 0;
         history.u_array_WAV_Files_Position = 0;
-        history.array_WAV_Files.insert(0, s_WAV_File_Path);
+        history.array_WAV_Files.insert(0, path);
         history.u_array_WAV_Files_Length = 1;
         history.u_array_WAV_Files_Position = 1;
-        labelSource->setText(QFileInfo(s_File_Path).fileName());
+        labelSource->setText(QFileInfo(path).fileName());
         labelSize->setText(s_File_Size);
         labelSize->setVisible(true);
         emit loaded();

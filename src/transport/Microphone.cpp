@@ -25,7 +25,8 @@ public:
             m_source.reset();
             return;
         }
-        connect(m_input, &QIODevice::readyRead, this, &MicrophoneFeed::read);
+        QIODevice* input = m_input;
+        connect(input, &QIODevice::readyRead, this, [this, input] { read(input); });
     }
 
     void stop() {
@@ -39,8 +40,12 @@ signals:
     void buffer(const QVector<float>& firstChannel);
 
 private:
-    void read() {
-        const QByteArray data = m_input->readAll();
+    // Reads from the device that said it has samples: after a stop the input
+    // can still announce a last buffer.
+    void read(QIODevice* input) {
+        if (input != m_input || !m_source)
+            return;
+        const QByteArray data = input->readAll();
         const auto* samples = reinterpret_cast<const qint16*>(data.constData());
         QVector<float> first(data.size() / 4);
         for (qsizetype i = 0; i < first.size(); ++i)

@@ -24,6 +24,8 @@ SoundRecorder::~SoundRecorder() {
 bool SoundRecorder::record() {
     if (m_source) {
         m_source->resume();
+        m_lastSamples.start();
+        m_watch.start();
         return m_source->error() == QAudio::NoError;
     }
     const QAudioDevice device = QMediaDevices::defaultAudioInput();
@@ -49,8 +51,20 @@ bool SoundRecorder::record() {
     connect(m_input, &QIODevice::readyRead, this, &SoundRecorder::take);
     connect(m_source.get(), &QAudioSource::stateChanged, this, [this](QAudio::State state) {
         if (state == QAudio::StoppedState && !m_stopping && m_source->error() != QAudio::NoError)
-            emit inputLost();
+            loseInput();
     });
+    // The sound server does not always tell a stream that its source has gone
+    // (it may even move the stream to another source): twice a second the
+    // device is looked for among the inputs and the samples are checked to be
+    // flowing.
+    m_device = device;
+    m_lastSamples.start();
+    m_watch.setInterval(500);
+    connect(&m_watch, &QTimer::timeout, this, [this] {
+        if (!QMediaDevices::audioInputs().contains(m_device) || m_lastSamples.elapsed() > 3000)
+            loseInput();
+    });
+    m_watch.start();
     return true;
 }
 
@@ -58,6 +72,8 @@ void SoundRecorder::take() {
     if (!m_input || !m_file)
         return;
     const QByteArray data = m_input->readAll();
+    if (!data.isEmpty())
+        m_lastSamples.start();
     const qint64 frames = data.size() / 4;
     if (frames > 0)
         m_frames += sf_writef_short(m_file, reinterpret_cast<const short*>(data.constData()), frames);
@@ -68,9 +84,18 @@ void SoundRecorder::pause() {
         return;
     take();
     m_source->suspend();
+    m_watch.stop();
+}
+
+void SoundRecorder::loseInput() {
+    if (!m_source || m_stopping)
+        return;
+    m_watch.stop();
+    emit inputLost();
 }
 
 void SoundRecorder::stop() {
+    m_watch.stop();
     if (m_source) {
         m_stopping = true;
         take();

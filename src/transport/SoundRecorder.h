@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QAudioDevice>
+#include <QElapsedTimer>
 #include <QObject>
 #include <QString>
+#include <QTimer>
 #include <memory>
 
 class QAudioSource;
@@ -35,11 +38,15 @@ signals:
 private:
     void take();
     void closeFile();
+    void loseInput();
 
     QString m_path;
     std::unique_ptr<QAudioSource> m_source;
     QIODevice* m_input = nullptr;
     sf_private_tag* m_file = nullptr;
     qint64 m_frames = 0;
+    QAudioDevice m_device;
+    QTimer m_watch;              // looks out for the input going away
+    QElapsedTimer m_lastSamples; // since the last buffer came in
     bool m_stopping = false;
 };

@@ -1,0 +1,311 @@
+#include "app/AppDelegate.h"
+#include "document/Document.h"
+#include "document/WaveformPlot.h"
+#include "support/Fixtures.h"
+#include "support/Gui.h"
+#include "support/Listening.h"
+#include "timeline/View_Audio_Wave.h"
+
+#include <QAction>
+#include <QAudioDevice>
+#include <QDir>
+#include <QFile>
+#include <QMediaDevices>
+#include <QMenu>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <sndfile.h>
+
+namespace {
+QString buttons(Document* d) {
+    QStringList cells;
+    for (QAction* b :
+         {d->btnPlay, d->btnRecord, d->btnPause, d->btnStop, d->btnSoundPreferences, d->btnZoomPlus,
+          d->btnZoomMinus, d->btnSave, d->btnTools, d->btnCopy, d->btnCut, d->btnDelete})
+        cells << (b->isEnabled() ? "on" : "off");
+    return cells.join(' ');
+}
+
+std::vector<short> samplesOf(const QString& path) {
+    SF_INFO info{};
+    SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
+    std::vector<short> samples(std::size_t(info.frames * info.channels));
+    if (file) {
+        sf_readf_short(file, samples.data(), info.frames);
+        sf_close(file);
+    }
+    return samples;
+}
+
+// The microphone of the private server is the null sink's monitor, remapped.
+void removeTheMicrophone() {
+    QString modules;
+    fixtures::run("pactl", {"list", "short", "modules"}, &modules);
+    for (const QString& line : modules.split('\n'))
+        if (line.contains("module-remap-source"))
+            fixtures::run("pactl", {"unload-module", line.section('\t', 0, 0)});
+}
+void bringBackTheMicrophone() {
+    fixtures::run("pactl", {"load-module", "module-remap-source", "master=nullsink.monitor",
+                            "source_name=mic", "source_properties=device.description=Mic"});
+    fixtures::run("pactl", {"set-default-source", "mic"});
+}
+} // namespace
+
+// Recording from the private audio server's microphone, which hears whatever
+// is played into its null sink.
+class tst_Recording : public QObject {
+    Q_OBJECT
+    QTemporaryDir m_root;
+    std::unique_ptr<AppDelegate> m_app;
+    QString m_tone;
+    QProcess m_player; // the sound the microphone hears
+
+    Document* open(const QString& path) {
+        gui::answerFileDialog(path);
+        m_app->openDocument();
+        Document* d = m_app->documents().last();
+        QSignalSpy loaded(d, &Document::loaded);
+        if (!loaded.wait(30000) || !gui::waitIdle(*m_app))
+            return nullptr;
+        return d;
+    }
+
+    // Plays a steady 1 kHz tone into the sink until the test ends.
+    void playIntoTheMicrophone() {
+        m_player.start("paplay", {"--device=nullsink", m_tone});
+        QVERIFY(m_player.waitForStarted(5000));
+        QVERIFY2(!listening::hear(200).empty(), "the tone does not reach the sink");
+    }
+
+    bool finish(Document* d) {
+        QSignalSpy loaded(d, &Document::loaded);
+        d->OnToolbarStop();
+        return loaded.wait(20000) && gui::waitIdle(*m_app);
+    }
+
+private slots:
+    void initTestCase() {
+        m_app = gui::startApplication(m_root.filePath("home"));
+        QVERIFY(m_app && gui::waitIdle(*m_app));
+        m_tone = m_root.filePath("tone.wav");
+        fixtures::makeTone(m_tone, 60, 1000, 0.5);
+        QTRY_VERIFY_WITH_TIMEOUT(!QMediaDevices::defaultAudioInput().isNull(), 5000);
+    }
+    void cleanup() {
+        m_player.kill();
+        m_player.waitForFinished();
+        for (Document* d : m_app->documents())
+            delete d;
+        QVERIFY(gui::waitIdle(*m_app));
+        if (QMediaDevices::audioInputs().isEmpty())
+            bringBackTheMicrophone();
+        QTRY_VERIFY_WITH_TIMEOUT(!QMediaDevices::defaultAudioInput().isNull(), 5000);
+        if (!QFile::exists(m_app->sSilenceWavPath))
+            fixtures::run("sox",
+                          {"-n", "-r", "44100", "-c", "2", m_app->sSilenceWavPath, "trim", "0.0", "60.0"});
+    }
+
+    void recordPauseRecordStopMakesOneTake() {
+        Document* d = open(m_tone);
+        QVERIFY(d);
+        const QString previous = d->s_WAV_File_Path;
+        QVERIFY(previous.startsWith(m_app->s_Output_Folder));
+        playIntoTheMicrophone();
+
+        d->OnToolbarRecord();
+        QCOMPARE(d->m_RecordStatus, 1u);
+        QCOMPARE(buttons(d), QString("off off on on off off off off off on on on"));
+        QVERIFY(d->viewAudioPlot->b_Recording);
+        const QString take = d->s_Sound_File_Source;
+        QCOMPARE(QFileInfo(take).path(), m_app->s_Output_Folder);
+        QVERIFY(QFileInfo(take).fileName().contains(QRegularExpression("^\\d{4}(-\\d\\d){5}\\.wav$")));
+        // The overlay is black and the plot shows the live input.
+        const auto loudest = [d] {
+            const std::vector<float>& live = d->audioPlot->liveBuffer();
+            return live.empty() ? 0.0f : *std::max_element(live.begin(), live.end());
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(d->audioPlot->showsLiveInput() && loudest() > 0.3f, 5000);
+        const QImage overlay = d->viewAudioPlot->grab().toImage();
+        QCOMPARE(overlay.pixelColor(overlay.width() / 2, 5), QColor(Qt::black));
+        QTest::qWait(1000);
+
+        // Playing is refused while recording, and while the recording is paused.
+        d->OnPopupMenuPlayFromStart();
+        QCOMPARE(d->m_RecordStatus, 1u);
+        QVERIFY(!d->sound);
+        d->OnToolbarPause();
+        QCOMPARE(d->m_RecordStatus, 2u);
+        QCOMPARE(buttons(d), QString("off on off on off off off off off on on on"));
+        d->OnToolbarPause(); // ignored
+        d->OnPopupMenuPlaySelection();
+        d->OnToolbarPlay();
+        QCOMPARE(d->m_RecordStatus, 2u);
+        QVERIFY(!d->sound);
+        QTest::qWait(1000); // not recorded
+
+        d->OnToolbarRecord();
+        QCOMPARE(d->m_RecordStatus, 1u);
+        QCOMPARE(d->s_Sound_File_Source, take);
+        QCOMPARE(buttons(d), QString("off off on on off off off off off on on on"));
+        QTest::qWait(1000);
+        QVERIFY(finish(d));
+
+        QCOMPARE(d->m_RecordStatus, 0u);
+        QCOMPARE(buttons(d), QString("on on off off on on on on on on on on"));
+        QVERIFY(!d->viewAudioPlot->b_Recording);
+        QCOMPARE(d->s_WAV_File_Path, take);
+        QCOMPARE(d->s_File_Path, take);
+        QCOMPARE(d->windowTitle(), QFileInfo(take).fileName());
+        QCOMPARE(d->s_WAV_File_URL, "file://" + take);
+        QCOMPARE(d->history.array_WAV_Files, QStringList({take}));
+        QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
+        QCOMPARE(d->history.u_array_WAV_Files_Position, 1u);
+        QVERIFY(!QFile::exists(previous)); // the old history's files are gone
+
+        const fixtures::WavInfo info = fixtures::wavInfo(take);
+        QVERIFY(info.isWorkingWav());
+        QVERIFY2(info.seconds() > 1.6 && info.seconds() < 2.6, qPrintable(QString::number(info.seconds())));
+        const std::vector<short> recorded = samplesOf(take);
+        QVERIFY2(listening::level(recorded) > 0.25, qPrintable(QString::number(listening::level(recorded))));
+        const double pitch = listening::frequency(recorded);
+        QVERIFY2(std::abs(pitch - 1000) < 15, qPrintable(QString::number(pitch)));
+        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(info.seconds()));
+        QVERIFY(!d->s_File_Size.isEmpty());
+        QTRY_VERIFY(!d->audioPlot->showsLiveInput() && !d->audioPlot->points().empty());
+
+        // Undo has nothing to go back to.
+        d->Operation_Undo();
+        QVERIFY(gui::waitIdle(*m_app));
+        QCOMPARE(d->s_WAV_File_Path, take);
+        QVERIFY(QFile::exists(take));
+    }
+
+    void stopRightAfterRecordStillGivesATrack() {
+        Document* d = open(m_tone);
+        QVERIFY(d);
+        d->OnToolbarRecord();
+        QCOMPARE(d->m_RecordStatus, 1u);
+        QVERIFY(finish(d));
+        QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).isWorkingWav());
+        QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).seconds() < 1);
+        QCOMPARE(d->i_Audio_Duration_Seconds, 0);
+        QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
+    }
+
+    void withoutAnInputRecordSaysSoAndChangesNothing() {
+        Document* d = open(m_tone);
+        QVERIFY(d);
+        removeTheMicrophone();
+        QTRY_VERIFY_WITH_TIMEOUT(QMediaDevices::audioInputs().isEmpty(), 5000);
+        const QString before = buttons(d), current = d->s_WAV_File_Path;
+        const QStringList files = QDir(m_app->s_Output_Folder).entryList(QDir::Files);
+        const auto alert = gui::answerAlert();
+        d->OnToolbarRecord();
+        QVERIFY(alert->shown);
+        QCOMPARE(alert->text, QString("Error"));
+        QCOMPARE(alert->informativeText,
+                 QString("Could not start recording. Change record settings and try again."));
+        QCOMPARE(alert->buttons, QStringList({"Close"}));
+        QCOMPARE(d->m_RecordStatus, 0u);
+        QCOMPARE(buttons(d), before);
+        QCOMPARE(d->s_WAV_File_Path, current);
+        QVERIFY(!d->viewAudioPlot->b_Recording);
+        QCOMPARE(QDir(m_app->s_Output_Folder).entryList(QDir::Files), files);
+    }
+
+    void losingTheInputWhileRecordingKeepsWhatWasRecorded() {
+        Document* d = open(m_tone);
+        QVERIFY(d);
+        playIntoTheMicrophone();
+        d->OnToolbarRecord();
+        QCOMPARE(d->m_RecordStatus, 1u);
+        QTest::qWait(800);
+        const auto alert = gui::answerAlert();
+        QSignalSpy loaded(d, &Document::loaded);
+        removeTheMicrophone();
+        QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 10000);
+        QVERIFY(alert->informativeText.contains("recording stopped"));
+        QVERIFY(loaded.wait(20000) || loaded.count() > 0);
+        QCOMPARE(d->m_RecordStatus, 0u);
+        QCOMPARE(d->history.array_WAV_Files, QStringList({d->s_Sound_File_Source}));
+        QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).seconds() > 0.3);
+    }
+
+    // The transport buttons pressed in any order, as fast as a user could (only
+    // enabled buttons respond): the status stays one of the five and the
+    // buttons always agree with it.
+    void randomPressesKeepTheStateMachineWhole() {
+        Document* d = open(m_tone);
+        QVERIFY(d);
+        playIntoTheMicrophone();
+        QRandomGenerator random(221126);
+        for (int i = 0; i < 300; ++i) {
+            switch (random.bounded(6)) {
+            case 0:
+                d->btnRecord->trigger();
+                break;
+            case 1:
+                d->btnPause->trigger();
+                break;
+            case 2:
+                d->btnStop->trigger();
+                break;
+            case 3: // Play: resumes, or a choice of its menu
+                if (d->btnPlay->isEnabled() && d->m_RecordStatus != 4)
+                    d->popupMenuPlay->actions().at(random.bounded(3))->trigger();
+                else
+                    d->btnPlay->trigger();
+                break;
+            case 4:
+                d->togglePlayback();
+                break;
+            default:
+                QTest::qWait(random.bounded(30));
+            }
+            const quint64 s = d->m_RecordStatus;
+            QVERIFY2(s <= 4, qPrintable(QString::number(s)));
+            const QString where = QString("press %1, status %2").arg(i).arg(s);
+            QVERIFY2(d->btnPlay->isEnabled() == (s == 0 || s == 4), qPrintable(where));
+            QVERIFY2(d->btnRecord->isEnabled() == (s == 0 || s == 2), qPrintable(where));
+            QVERIFY2(d->btnPause->isEnabled() == (s == 1 || s == 3), qPrintable(where));
+            QVERIFY2(d->btnStop->isEnabled() == (s != 0), qPrintable(where));
+            QCOMPARE(d->viewAudioPlot->b_Recording, s == 1 || s == 2);
+        }
+        d->btnStop->trigger();
+        QVERIFY(gui::waitIdle(*m_app));
+        QCOMPARE(d->m_RecordStatus, 0u);
+        // Whatever was recorded last is the track, alone in its history.
+        QCOMPARE(d->history.array_WAV_Files.size(), 1);
+        QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).ok);
+    }
+
+    void soundSettingsOpenTheMixer() {
+        Document* d = open(m_tone);
+        QVERIFY(d);
+        const QByteArray path = qgetenv("PATH");
+        QTemporaryDir bin;
+        const QString called = bin.filePath("called");
+        QFile mixer(bin.filePath("pavucontrol"));
+        QVERIFY(mixer.open(QIODevice::WriteOnly));
+        mixer.write(QString("#!/bin/sh\necho \"$@\" > '%1'\n").arg(called).toUtf8());
+        mixer.close();
+        mixer.setPermissions(mixer.permissions() | QFileDevice::ExeUser);
+        qputenv("PATH", bin.path().toUtf8());
+        d->OnToolbarSoundPreferences();
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(called), 5000);
+
+        QVERIFY(QFile::remove(mixer.fileName()));
+        const auto alert = gui::answerAlert();
+        d->OnToolbarSoundPreferences();
+        qputenv("PATH", path);
+        QVERIFY(alert->shown);
+        QVERIFY2(alert->informativeText.contains("pavucontrol"), qPrintable(alert->informativeText));
+    }
+};
+
+QTEST_MAIN(tst_Recording)
+#include "tst_recording.moc"
