@@ -1,6 +1,9 @@
 #!/usr/bin/env bash
 # Takes a screenshot of the real editor under Xvfb with a track loaded:
-#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE]
+#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record]
+# The last argument, run beside an audio server (scripts/with-audio-server.sh),
+# takes the picture 2.5 s into playback from the clicked position, or into a
+# recording of a tone played into the server.
 # After zooming, the waveform is scrolled right by SCROLL_STEPS wheel steps
 # and the play position set by a click a third of the way along the window. Without a file, a speech recording is put together from
 # alsa-utils' samples.
@@ -13,6 +16,7 @@ trap 'kill $app $xvfb 2>/dev/null || true; rm -rf "$work"' EXIT
 zoom=${2:-0}
 scroll=${3:-0}
 audio=${4:-}
+transport=${5:-}
 if [ -z "$audio" ]; then
     audio="$work/Speaker check.flac"
     alsa=/usr/share/sounds/alsa
@@ -43,5 +47,15 @@ xdotool mousemove --window "$window" 330 200
 sleep 0.3
 xdotool click 1
 sleep 0.5
+case "$transport" in
+play) xdotool key space; sleep 2.5 ;;
+record)
+    sox -n -r 44100 -c 2 "$work/tone.wav" synth 30 sine 440 vol 0.5
+    paplay "$work/tone.wav" &
+    sleep 0.5
+    xdotool key r
+    sleep 2.5
+    ;;
+esac
 import -window "$window" "$output"
 echo "$output"

@@ -39,6 +39,7 @@ void Document::buildTransport() {
     connect(btnRecord, &QAction::triggered, this, &Document::OnToolbarRecord);
     connect(btnSoundPreferences, &QAction::triggered, this, &Document::OnToolbarSoundPreferences);
 
+    btnRecord->setShortcut(Qt::Key_R);
     auto* space = new QAction(tr("Play or Pause"), this);
     space->setShortcut(Qt::Key_Space);
     connect(space, &QAction::triggered, this, &Document::togglePlayback);

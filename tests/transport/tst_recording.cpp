@@ -187,7 +187,10 @@ private slots:
     void stopRightAfterRecordStillGivesATrack() {
         Document* d = open(m_tone);
         QVERIFY(d);
-        d->OnToolbarRecord();
+        d->show();
+        d->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(d));
+        QTest::keyClick(d, Qt::Key_R); // Record's key
         QCOMPARE(d->m_RecordStatus, 1u);
         QVERIFY(finish(d));
         QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).isWorkingWav());
