@@ -191,6 +191,7 @@ private:
     void applyButtons(const TransportButtons& buttons);
     void startPlaying(PlayFrom from);
     void scheduleAudioPlayingTimer();
+    void invalidateAudioPlayingTimer();
     void stopPlayback();
     void endRecording();
     void closeEvent(QCloseEvent* event) override;

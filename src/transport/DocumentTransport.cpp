@@ -132,11 +132,16 @@ void Document::startPlaying(PlayFrom from) {
     showMarkers();
 }
 
-void Document::scheduleAudioPlayingTimer() {
+void Document::invalidateAudioPlayingTimer() {
     if (timerHandleAudioPlaying) {
         timerHandleAudioPlaying->stop();
-        timerHandleAudioPlaying->deleteLater();
+        timerHandleAudioPlaying->deleteLater(); // it may be the sender of the running tick
+        timerHandleAudioPlaying = nullptr;
     }
+}
+
+void Document::scheduleAudioPlayingTimer() {
+    invalidateAudioPlayingTimer();
     auto* timer = new QTimer(this);
     timer->setInterval(1000);
     timer->setTimerType(Qt::PreciseTimer);
@@ -166,11 +171,7 @@ void Document::OnToolbarPause() {
 
 void Document::pauseAudio() {
     if (m_RecordStatus == StatusPlaying) {
-        if (timerHandleAudioPlaying) {
-            timerHandleAudioPlaying->stop();
-            timerHandleAudioPlaying->deleteLater();
-            timerHandleAudioPlaying = nullptr;
-        }
+        invalidateAudioPlayingTimer();
         sound->pause();
         applyButtons(buttonsAfter(TransportStep::PausePlayback));
         m_RecordStatus = StatusPlaybackPaused;
@@ -193,11 +194,7 @@ void Document::stopAudio() {
 }
 
 void Document::stopPlayback() {
-    if (timerHandleAudioPlaying) {
-        timerHandleAudioPlaying->stop();
-        timerHandleAudioPlaying->deleteLater();
-        timerHandleAudioPlaying = nullptr;
-    }
+    invalidateAudioPlayingTimer();
     if (sound)
         sound->stop();
     applyButtons(buttonsAfter(TransportStep::StopPlayback));

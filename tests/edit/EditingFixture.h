@@ -22,7 +22,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <cmath>
-#include <sndfile.h>
 #include <vector>
 
 namespace editing {
@@ -35,14 +34,7 @@ using Spans = QList<Span>;
 constexpr double Margin = 0.06; // keep windows away from the joins
 
 inline std::vector<short> frames(const QString& path) {
-    SF_INFO info{};
-    SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
-    std::vector<short> samples(std::size_t(info.frames * info.channels));
-    if (file) {
-        sf_readf_short(file, samples.data(), info.frames);
-        sf_close(file);
-    }
-    return samples;
+    return fixtures::samples(path);
 }
 
 // Names carry the second they were made in. Waits until this second is later

@@ -79,6 +79,17 @@ WavInfo wavInfo(const QString& path) {
     return result;
 }
 
+std::vector<short> samples(const QString& path) {
+    SF_INFO info{};
+    SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
+    if (!file)
+        return {};
+    std::vector<short> all(std::size_t(info.frames * info.channels));
+    sf_readf_short(file, all.data(), info.frames);
+    sf_close(file);
+    return all;
+}
+
 double rms(const QString& path, double fromSeconds, double toSeconds) {
     SF_INFO info{};
     SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <vector>
 
 struct Plan;
 
@@ -35,6 +36,9 @@ struct WavInfo {
     bool isWorkingWav() const; // 16-bit PCM WAV, 44100 Hz, 2 channels
 };
 WavInfo wavInfo(const QString& path);
+
+// Every sample of a file as 16-bit integers, channels interleaved.
+std::vector<short> samples(const QString& path);
 
 // RMS level (0..1) of the first channel between two times.
 double rms(const QString& path, double fromSeconds, double toSeconds);

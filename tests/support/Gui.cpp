@@ -94,4 +94,14 @@ bool openInto(Document* document, const QString& path, const std::function<void(
     return (loaded.size() > 0 || loaded.wait(30000)) && (plotted.size() > 0 || plotted.wait(30000));
 }
 
+Document* openInNewWindow(AppDelegate& app, const QString& path) {
+    answerFileDialog(path);
+    app.openDocument();
+    Document* d = app.documents().last();
+    QSignalSpy loaded(d, &Document::loaded);
+    if (!loaded.wait(30000) || !waitIdle(app))
+        return nullptr;
+    return d;
+}
+
 } // namespace gui

@@ -58,4 +58,8 @@ std::shared_ptr<AlertSeen> answerAlert();
 // until the document has finished loading and drawn its waveform.
 bool openInto(Document* document, const QString& path, const std::function<void()>& open);
 
+// Opens `path` in a new window through File ▸ Open… and waits until it has
+// loaded and every tool run has ended; null when it does not load.
+Document* openInNewWindow(AppDelegate& app, const QString& path);
+
 } // namespace gui

@@ -35,15 +35,7 @@ class tst_Playback : public QObject {
     std::unique_ptr<AppDelegate> m_app;
     QString m_tone10, m_track60, m_halves;
 
-    Document* open(const QString& path) {
-        gui::answerFileDialog(path);
-        m_app->openDocument();
-        Document* d = m_app->documents().last();
-        QSignalSpy loaded(d, &Document::loaded);
-        if (!loaded.wait(30000) || !gui::waitIdle(*m_app))
-            return nullptr;
-        return d;
-    }
+    Document* open(const QString& path) { return gui::openInNewWindow(*m_app, path); }
 
     // Stops the playing timer so that a test can call its tick itself.
     static void holdTheTimer(Document* d) {

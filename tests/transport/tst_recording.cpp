@@ -17,7 +17,6 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-#include <sndfile.h>
 
 namespace {
 QString buttons(Document* d) {
@@ -27,17 +26,6 @@ QString buttons(Document* d) {
           d->btnZoomMinus, d->btnSave, d->btnTools, d->btnCopy, d->btnCut, d->btnDelete})
         cells << (b->isEnabled() ? "on" : "off");
     return cells.join(' ');
-}
-
-std::vector<short> samplesOf(const QString& path) {
-    SF_INFO info{};
-    SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
-    std::vector<short> samples(std::size_t(info.frames * info.channels));
-    if (file) {
-        sf_readf_short(file, samples.data(), info.frames);
-        sf_close(file);
-    }
-    return samples;
 }
 
 // The microphone of the private server is the null sink's monitor, remapped.
@@ -64,15 +52,7 @@ class tst_Recording : public QObject {
     QString m_tone;
     QProcess m_player; // the sound the microphone hears
 
-    Document* open(const QString& path) {
-        gui::answerFileDialog(path);
-        m_app->openDocument();
-        Document* d = m_app->documents().last();
-        QSignalSpy loaded(d, &Document::loaded);
-        if (!loaded.wait(30000) || !gui::waitIdle(*m_app))
-            return nullptr;
-        return d;
-    }
+    Document* open(const QString& path) { return gui::openInNewWindow(*m_app, path); }
 
     // Plays a steady 1 kHz tone into the sink until the test ends.
     void playIntoTheMicrophone() {
@@ -169,7 +149,7 @@ private slots:
         const fixtures::WavInfo info = fixtures::wavInfo(take);
         QVERIFY(info.isWorkingWav());
         QVERIFY2(info.seconds() > 1.6 && info.seconds() < 2.6, qPrintable(QString::number(info.seconds())));
-        const std::vector<short> recorded = samplesOf(take);
+        const std::vector<short> recorded = fixtures::samples(take);
         QVERIFY2(listening::level(recorded) > 0.25, qPrintable(QString::number(listening::level(recorded))));
         const double pitch = listening::frequency(recorded);
         QVERIFY2(std::abs(pitch - 1000) < 15, qPrintable(QString::number(pitch)));
