@@ -1,6 +1,6 @@
 #pragma once
 
-#include "effects/EffectDialogs.h"
+#include "effects/GainDialog.h"
 
 class QComboBox;
 class QLabel;
@@ -9,15 +9,11 @@ class QSlider;
 
 // The chorus's gains (percent), delay and depth (ms), decay, speed (Hz) and
 // modulation.
-class Window_Chorus : public EffectDialog {
+class Window_Chorus : public GainDialog {
     Q_OBJECT
 public:
     explicit Window_Chorus(QWidget* parent = nullptr);
 
-    QSlider* sliderGainIn = nullptr;
-    QLabel* labelGainIn = nullptr;
-    QSlider* sliderGainOut = nullptr;
-    QLabel* labelGainOut = nullptr;
     QLineEdit* textDelay = nullptr;
     QLineEdit* textDecayFactor = nullptr;
     QLineEdit* textDepth = nullptr;
@@ -26,8 +22,6 @@ public:
     QLabel* labelSpeed = nullptr;
     QComboBox* comboModulation = nullptr;
 
-    float f_Gain_In = 70;
-    float f_Gain_Out = 90;
     float f_Delay = 50;
     float f_Decay_Factor = 0.5f;
     float f_Depth = 2;
@@ -37,8 +31,6 @@ public:
     EffectValues effectValues() const override;
 
 public slots:
-    void OnChangeGainIn();
-    void OnChangeGainOut();
     void OnChangeSpeed();
 
 protected:

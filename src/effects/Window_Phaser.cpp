@@ -5,49 +5,20 @@
 
 #include <QComboBox>
 #include <QFormLayout>
-#include <QHBoxLayout>
-#include <QLabel>
 #include <QLineEdit>
-#include <QSlider>
 
-Window_Phaser::Window_Phaser(QWidget* parent) : EffectDialog(parent) {
-    setWindowTitle(QStringLiteral("Phaser"));
-
-    form()->addRow(QStringLiteral("Gain in (%):"),
-                   sliderRow(this, sliderGainIn, labelGainIn, "sliderGainIn", "labelGainIn", 0, 100, 80));
-    form()->addRow(QStringLiteral("Gain out (%):"),
-                   sliderRow(this, sliderGainOut, labelGainOut, "sliderGainOut", "labelGainOut", 0, 100, 74));
-
+Window_Phaser::Window_Phaser(QWidget* parent) : GainDialog(QStringLiteral("Phaser"), 80, 74, parent) {
     textSpeed = textField(this, "textSpeed", "1500");
     form()->addRow(QStringLiteral("Speed (mHz):"), textSpeed);
     textDelay = textField(this, "textDelay", "3000");
     form()->addRow(QStringLiteral("Delay (µs):"), textDelay);
     textDecayFactor = textField(this, "textDecayFactor", "0.5");
     form()->addRow(QStringLiteral("Decay factor:"), textDecayFactor);
-
-    comboModulation = new QComboBox(this);
-    comboModulation->setObjectName(QStringLiteral("comboModulation"));
-    comboModulation->addItems({QStringLiteral("Triangular"), QStringLiteral("Sinusoidal")});
-    comboModulation->setCurrentIndex(0);
-    form()->addRow(QStringLiteral("Modulation:"), comboModulation);
-
-    connect(sliderGainIn, &QSlider::valueChanged, this, &Window_Phaser::OnChangeGainIn);
-    connect(sliderGainOut, &QSlider::valueChanged, this, &Window_Phaser::OnChangeGainOut);
-    OnChangeGainIn();
-    OnChangeGainOut();
-}
-
-void Window_Phaser::OnChangeGainIn() {
-    labelGainIn->setText(QString::asprintf("%d", sliderGainIn->value()));
-}
-
-void Window_Phaser::OnChangeGainOut() {
-    labelGainOut->setText(QString::asprintf("%d", sliderGainOut->value()));
+    comboModulation = addModulationRow();
 }
 
 QString Window_Phaser::validate() {
-    f_Gain_In = float(sliderGainIn->value());
-    f_Gain_Out = float(sliderGainOut->value());
+    readGains();
     f_Speed = floatValue(textSpeed->text());
     f_Delay = floatValue(textDelay->text());
     f_Decay_Factor = floatValue(textDecayFactor->text());
@@ -62,10 +33,8 @@ QString Window_Phaser::validate() {
 }
 
 EffectValues Window_Phaser::effectValues() const {
-    return {{QStringLiteral("f_Gain_In"), QVariant::fromValue(f_Gain_In)},
-            {QStringLiteral("f_Gain_Out"), QVariant::fromValue(f_Gain_Out)},
-            {QStringLiteral("f_Speed"), QVariant::fromValue(f_Speed)},
-            {QStringLiteral("f_Delay"), QVariant::fromValue(f_Delay)},
-            {QStringLiteral("f_Decay_Factor"), QVariant::fromValue(f_Decay_Factor)},
-            {QStringLiteral("u_Modulation"), QVariant::fromValue(u_Modulation)}};
+    return withGains({{QStringLiteral("f_Speed"), QVariant::fromValue(f_Speed)},
+                      {QStringLiteral("f_Delay"), QVariant::fromValue(f_Delay)},
+                      {QStringLiteral("f_Decay_Factor"), QVariant::fromValue(f_Decay_Factor)},
+                      {QStringLiteral("u_Modulation"), QVariant::fromValue(u_Modulation)}});
 }

@@ -118,47 +118,32 @@ private slots:
     void insertRefuses() {
         QFETCH(QString, typed);
         Window_Silence_Insert dialog;
-        auto alert = std::make_shared<gui::AlertSeen>();
-        auto stillOpen = std::make_shared<bool>(false);
-        auto lengthWhileOpen = std::make_shared<quint64>(1);
-        const int result =
-            runModal<Window_Silence_Insert>(dialog, [typed, alert, stillOpen, lengthWhileOpen](auto* d) {
-                typeInto(d->textLengthInMS, typed);
-                auto seen = gui::answerAlert();
-                clickButton(d, QDialogButtonBox::Ok);
-                QVERIFY(QTest::qWaitFor([seen] { return seen->shown; }, 10000));
-                *alert = *seen;
-                // The refusal leaves the dialog up, with what was typed, for another try.
-                *stillOpen = d->isVisible() && QApplication::activeModalWidget() == d && !d->bOK &&
-                             d->textLengthInMS->text() == typed;
-                *lengthWhileOpen = d->u_Length_In_MS;
-                clickButton(d, QDialogButtonBox::Cancel);
+        quint64 lengthWhileOpen = 1;
+        const Refusal refusal = refuseOnce<Window_Silence_Insert>(
+            dialog, [typed](Window_Silence_Insert* d) { typeInto(d->textLengthInMS, typed); },
+            // The refusal leaves the dialog up, with what was typed, for another try.
+            [typed, &lengthWhileOpen](Window_Silence_Insert* d) {
+                lengthWhileOpen = d->u_Length_In_MS;
+                return d->textLengthInMS->text() == typed;
             });
-        QVERIFY(alert->shown);
-        QCOMPARE(alert->text, QString("Error"));
-        QCOMPARE(alert->informativeText, QString("Length invalid."));
-        QCOMPARE(alert->buttons, QStringList({"Close"}));
-        QVERIFY(*stillOpen);
-        QCOMPARE(*lengthWhileOpen, quint64(0));
-        QCOMPARE(result, 0);
+        QVERIFY(refusal.alert.shown);
+        QCOMPARE(refusal.alert.text, QString("Error"));
+        QCOMPARE(refusal.alert.informativeText, QString("Length invalid."));
+        QCOMPARE(refusal.alert.buttons, QStringList({"Close"}));
+        QVERIFY(refusal.stillOpen);
+        QCOMPARE(lengthWhileOpen, quint64(0));
+        QCOMPARE(refusal.result, 0);
         QCOMPARE(dialog.u_Length_In_MS, quint64(0));
         QCOMPARE(dialog.bOK, false);
     }
 
     void insertAcceptsAfterARefusal() {
         Window_Silence_Insert dialog;
-        auto alert = std::make_shared<gui::AlertSeen>();
-        const int result = runModal<Window_Silence_Insert>(dialog, [alert](Window_Silence_Insert* d) {
-            typeInto(d->textLengthInMS, "0");
-            auto seen = gui::answerAlert();
-            clickButton(d, QDialogButtonBox::Ok);
-            QVERIFY(QTest::qWaitFor([seen] { return seen->shown; }, 10000));
-            *alert = *seen;
-            typeInto(d->textLengthInMS, "40");
-            clickButton(d, QDialogButtonBox::Ok);
-        });
-        QCOMPARE(alert->informativeText, QString("Length invalid."));
-        QCOMPARE(result, 1);
+        const Refusal refusal = refuseOnce<Window_Silence_Insert>(
+            dialog, [](Window_Silence_Insert* d) { typeInto(d->textLengthInMS, "0"); }, {},
+            [](Window_Silence_Insert* d) { typeInto(d->textLengthInMS, "40"); });
+        QCOMPARE(refusal.alert.informativeText, QString("Length invalid."));
+        QCOMPARE(refusal.result, 1);
         QCOMPARE(dialog.u_Length_In_MS, quint64(40));
         QCOMPARE(dialog.bOK, true);
     }
@@ -306,25 +291,21 @@ private slots:
     void trimRefuses() {
         QFETCH(QString, typed);
         Window_Silence_Trim dialog;
-        auto alert = std::make_shared<gui::AlertSeen>();
-        auto stillOpen = std::make_shared<bool>(false);
-        const int result = runModal<Window_Silence_Trim>(dialog, [typed, alert, stillOpen](auto* d) {
-            QTest::mouseClick(d->radioStart, Qt::LeftButton);
-            typeInto(d->textDuration, typed);
-            auto seen = gui::answerAlert();
-            clickButton(d, QDialogButtonBox::Ok);
-            QVERIFY(QTest::qWaitFor([seen] { return seen->shown; }, 10000));
-            *alert = *seen;
-            *stillOpen = d->isVisible() && QApplication::activeModalWidget() == d && !d->bOK &&
-                         d->radioStart->isChecked() && d->textDuration->text() == typed;
-            clickButton(d, QDialogButtonBox::Cancel);
-        });
-        QVERIFY(alert->shown);
-        QCOMPARE(alert->text, QString("Error"));
-        QCOMPARE(alert->informativeText, QString("Duration invalid."));
-        QCOMPARE(alert->buttons, QStringList({"Close"}));
-        QVERIFY(*stillOpen);
-        QCOMPARE(result, 0);
+        const Refusal refusal = refuseOnce<Window_Silence_Trim>(
+            dialog,
+            [typed](Window_Silence_Trim* d) {
+                QTest::mouseClick(d->radioStart, Qt::LeftButton);
+                typeInto(d->textDuration, typed);
+            },
+            [typed](Window_Silence_Trim* d) {
+                return d->radioStart->isChecked() && d->textDuration->text() == typed;
+            });
+        QVERIFY(refusal.alert.shown);
+        QCOMPARE(refusal.alert.text, QString("Error"));
+        QCOMPARE(refusal.alert.informativeText, QString("Duration invalid."));
+        QCOMPARE(refusal.alert.buttons, QStringList({"Close"}));
+        QVERIFY(refusal.stillOpen);
+        QCOMPARE(refusal.result, 0);
         QCOMPARE(dialog.bOK, false);
     }
 

@@ -88,32 +88,6 @@ template <typename D> int accept(D& dialog, const QString& settings = {}) {
     });
 }
 
-// What one refused OK showed, and the state the dialog was left in.
-struct Refusal {
-    bool shown = false;
-    QString message;
-    bool stillOpen = false;
-    int result = -2;
-    bool bOK = true;
-};
-
-// Fills the dialog, presses OK, expects an alert, then cancels.
-template <typename D> Refusal refuse(D& dialog, const QString& settings) {
-    auto refusal = std::make_shared<Refusal>();
-    refusal->result = runModal<D>(dialog, [settings, refusal](D* d) {
-        fill(d, settings);
-        auto seen = gui::answerAlert();
-        clickButton(d, QDialogButtonBox::Ok);
-        QVERIFY(QTest::qWaitFor([seen] { return seen->shown; }, 10000));
-        refusal->shown = seen->shown;
-        refusal->message = seen->informativeText;
-        refusal->stillOpen = d->isVisible() && QApplication::activeModalWidget() == d && !d->bOK;
-        clickButton(d, QDialogButtonBox::Cancel);
-    });
-    refusal->bOK = dialog.bOK;
-    return *refusal;
-}
-
 EffectArguments argumentsOf(const QString& key, const EffectValues& values) {
     const EffectEntry* entry = findEffect(key);
     return entry ? entry->arguments(values) : EffectArguments{{"missing"}, {"missing"}};
@@ -842,29 +816,23 @@ private slots:
         QFETCH(QString, message);
         std::unique_ptr<EffectDialog> dialog = makeEffectDialog(dialogClass);
         QVERIFY(dialog);
-        const Refusal refusal = refuse<EffectDialog>(*dialog, settings);
-        QVERIFY(refusal.shown);
-        QCOMPARE(refusal.message, message);
+        const Refusal refusal =
+            refuseOnce<EffectDialog>(*dialog, [settings](EffectDialog* d) { fill(d, settings); });
+        QVERIFY(refusal.alert.shown);
+        QCOMPARE(refusal.alert.informativeText, message);
         QVERIFY(refusal.stillOpen);
         QCOMPARE(refusal.result, 0);
-        QCOMPARE(refusal.bOK, false);
+        QCOMPARE(dialog->bOK, false);
     }
 
     // After a refusal the corrected entry is accepted in the same showing.
     void acceptedAfterARefusal() {
         Window_Chorus dialog;
-        auto alert = std::make_shared<gui::AlertSeen>();
-        const int result = runModal<Window_Chorus>(dialog, [alert](Window_Chorus* d) {
-            typeInto(d->textDepth, "-1");
-            auto seen = gui::answerAlert();
-            clickButton(d, QDialogButtonBox::Ok);
-            QVERIFY(QTest::qWaitFor([seen] { return seen->shown; }, 10000));
-            *alert = *seen;
-            typeInto(d->textDepth, "3");
-            clickButton(d, QDialogButtonBox::Ok);
-        });
-        QCOMPARE(alert->informativeText, QString("Depth invalid."));
-        QCOMPARE(result, 1);
+        const Refusal refusal = refuseOnce<Window_Chorus>(
+            dialog, [](Window_Chorus* d) { typeInto(d->textDepth, "-1"); }, {},
+            [](Window_Chorus* d) { typeInto(d->textDepth, "3"); });
+        QCOMPARE(refusal.alert.informativeText, QString("Depth invalid."));
+        QCOMPARE(refusal.result, 1);
         QCOMPARE(dialog.bOK, true);
         QCOMPARE(dialog.f_Depth, 3.0f);
     }

@@ -5,12 +5,6 @@
 #include <QDir>
 #include <QMenu>
 
-namespace {
-double decibels(double a, double b) {
-    return 20.0 * std::log10(a / b);
-}
-} // namespace
-
 // The effect procedures run for real: reversal needs no dialog, and an
 // argument sox refuses shows what every failed effect shows.
 class tst_EffectPipeline : public EditingFixture {
@@ -42,7 +36,8 @@ private slots:
         for (const auto& [from, to] : {std::pair{0.1, 2.9}, std::pair{7.1, 9.9}}) {
             const double was = fixtures::rms(before, from, to),
                          is = fixtures::rms(d->s_WAV_File_Path, from, to);
-            QVERIFY2(std::abs(decibels(is, was)) < 0.5, qPrintable(QString::number(decibels(is, was))));
+            QVERIFY2(std::abs(fixtures::decibels(is, was)) < 0.5,
+                     qPrintable(QString::number(fixtures::decibels(is, was))));
         }
         // Inside, sample by sample, the selection read backwards.
         const std::vector<short> original = frames(before), result = frames(d->s_WAV_File_Path);

@@ -10,9 +10,6 @@
 #include <QMenu>
 
 namespace {
-double decibels(double a, double b) {
-    return 20.0 * std::log10(a / b);
-}
 
 // How long `seconds` of audio come out of an effect at its dialog's start
 // values: speed and tempo run at 125 %, the echo adds its 1000 ms delay and the
@@ -158,8 +155,8 @@ private slots:
         for (const auto& [wasFrom, wasTo, isFrom, isTo] : windows) {
             const double was = fixtures::rms(original, wasFrom, wasTo),
                          is = fixtures::rms(result, isFrom, isTo);
-            QVERIFY2(std::abs(decibels(is, was)) < 0.5,
-                     qPrintable(QString("%1 s: %2 dB").arg(wasFrom).arg(decibels(is, was))));
+            QVERIFY2(std::abs(fixtures::decibels(is, was)) < 0.5,
+                     qPrintable(QString("%1 s: %2 dB").arg(wasFrom).arg(fixtures::decibels(is, was))));
         }
         // Inside, the effect did something (amplifying by 100 % leaves it as it was).
         if (key != "Amplify" && lengthAfter(key, 2) == 2) {
@@ -204,10 +201,12 @@ private slots:
         QCOMPARE(d->history.array_WAV_Files, QStringList({original, result}));
         QVERIFY(std::abs(fixtures::wavInfo(result).seconds() - 5) < 0.03);
         for (const auto& [from, to] : {std::pair{0.3, 1.3}, std::pair{3.5, 4.5}}) {
-            const double drop = decibels(fixtures::rms(original, from, to), fixtures::rms(result, from, to));
+            const double drop =
+                fixtures::decibels(fixtures::rms(original, from, to), fixtures::rms(result, from, to));
             QVERIFY2(drop >= 10, qPrintable(QString("noise %1 s: %2 dB").arg(from).arg(drop)));
         }
-        const double tone = decibels(fixtures::rms(result, 2.2, 2.8), fixtures::rms(original, 2.2, 2.8));
+        const double tone =
+            fixtures::decibels(fixtures::rms(result, 2.2, 2.8), fixtures::rms(original, 2.2, 2.8));
         QVERIFY2(std::abs(tone) <= 3, qPrintable(QString("tone: %1 dB").arg(tone)));
         // Only the result is left: the sample and the profile are gone.
         QCOMPARE(m_added, QStringList({QFileInfo(result).fileName()}));

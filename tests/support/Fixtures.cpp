@@ -90,6 +90,10 @@ std::vector<short> samples(const QString& path) {
     return all;
 }
 
+double decibels(double a, double b) {
+    return 20.0 * std::log10(a / b);
+}
+
 double rms(const QString& path, double fromSeconds, double toSeconds) {
     SF_INFO info{};
     SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);

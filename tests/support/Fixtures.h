@@ -40,6 +40,9 @@ WavInfo wavInfo(const QString& path);
 // Every sample of a file as 16-bit integers, channels interleaved.
 std::vector<short> samples(const QString& path);
 
+// How many decibels level a is above level b.
+double decibels(double a, double b);
+
 // RMS level (0..1) of the first channel between two times.
 double rms(const QString& path, double fromSeconds, double toSeconds);
 
