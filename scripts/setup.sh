@@ -11,7 +11,7 @@ packages=(
     # sound through PulseAudio
     pulseaudio gstreamer1.0-plugins-good gstreamer1.0-pulseaudio
     # tests, benchmark and screenshots: a virtual display and real sample audio
-    xvfb xauth xdotool imagemagick alsa-utils sound-theme-freedesktop
+    xvfb xauth xdotool imagemagick alsa-utils sound-theme-freedesktop espeak-ng e2fsprogs
 )
 
 missing=()

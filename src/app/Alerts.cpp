@@ -1,13 +1,25 @@
 #include "Alerts.h"
 
 #include <QMessageBox>
+#include <QPushButton>
+
+int showAlert(QWidget* parent, const QString& text, const QString& informativeText,
+              const QStringList& buttons) {
+    QMessageBox box(parent);
+    box.setIcon(text == QStringLiteral("Error") ? QMessageBox::Warning : QMessageBox::Information);
+    box.setWindowTitle(QStringLiteral("Tanselo"));
+    box.setText(text);
+    box.setInformativeText(informativeText);
+    QList<QPushButton*> added;
+    for (const QString& button : buttons)
+        added.append(
+            box.addButton(button, added.isEmpty() ? QMessageBox::AcceptRole : QMessageBox::RejectRole));
+    if (!added.isEmpty())
+        box.setDefaultButton(added.first());
+    box.exec();
+    return int(added.indexOf(qobject_cast<QPushButton*>(box.clickedButton())));
+}
 
 void showErrorAlert(QWidget* parent, const QString& informativeText) {
-    QMessageBox box(parent);
-    box.setIcon(QMessageBox::Warning);
-    box.setWindowTitle(QStringLiteral("Tanselo"));
-    box.setText(QStringLiteral("Error"));
-    box.setInformativeText(informativeText);
-    box.addButton(QStringLiteral("Close"), QMessageBox::AcceptRole);
-    box.exec();
+    showAlert(parent, QStringLiteral("Error"), informativeText, {QStringLiteral("Close")});
 }

@@ -1,9 +1,15 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 class QWidget;
 
 // The one way failures are shown: a modal alert with the message "Error", an
 // informative text and one button "Close".
 void showErrorAlert(QWidget* parent, const QString& informativeText);
+
+// A modal alert with a message, an informative text and buttons, the first
+// the default. Returns the index of the button pressed.
+int showAlert(QWidget* parent, const QString& text, const QString& informativeText,
+              const QStringList& buttons);

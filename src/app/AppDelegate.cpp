@@ -53,8 +53,7 @@ AppDelegate::AppDelegate() : b_Starting(true), u_Doc_Index(0) {
     connect(actionCut, &QAction::triggered, this, &AppDelegate::cut);
     connect(actionPaste, &QAction::triggered, this, &AppDelegate::paste);
     connect(actionDelete, &QAction::triggered, this, &AppDelegate::deleteSelection);
-    // Export comes with its operation.
-    actionExport->setEnabled(false);
+    connect(actionExport, &QAction::triggered, this, &AppDelegate::save);
 }
 
 AppDelegate::~AppDelegate() {
@@ -92,7 +91,8 @@ std::optional<int> AppDelegate::applicationDidFinishLaunching() {
     }
     m_runner = std::make_unique<PlanRunner>(tools);
     connect(m_runner.get(), &PlanRunner::busyChanged, this, [this](bool busy) {
-        for (QAction* edit : {actionUndo, actionRedo, actionCut, actionCopy, actionPaste, actionDelete})
+        for (QAction* edit :
+             {actionUndo, actionRedo, actionCut, actionCopy, actionPaste, actionDelete, actionExport})
             edit->setEnabled(!busy);
     });
 
@@ -206,6 +206,18 @@ void AppDelegate::paste() {
 void AppDelegate::deleteSelection() {
     if (Document* document = loadedCurrentDocument())
         document->Operation_Delete();
+}
+
+void AppDelegate::save() {
+    if (Document* document = loadedCurrentDocument())
+        document->Operation_Save();
+}
+
+QStringList AppDelegate::protectedFiles() const {
+    QStringList files{s_Copied_WAV_File, sSilenceWavPath};
+    for (const Document* document : documents())
+        files += document->history.array_WAV_Files;
+    return files;
 }
 
 bool AppDelegate::mayDeleteClipboardFile() const {

@@ -49,10 +49,15 @@ public:
     void cut();
     void paste();
     void deleteSelection(); // the Edit menu's Delete
+    void save();            // the File menu's Export…
 
     // Copy and cut delete the old clipboard file first, unless a version of an
     // open track is that file (as it is after a cut): then it stays.
     bool mayDeleteClipboardFile() const;
+
+    // The files an export must never replace: every version of every open
+    // track, the clipboard and the silence track.
+    QStringList protectedFiles() const;
 
     void OnMenuQuit();
     [[noreturn]] static void Terminate_App();
@@ -80,6 +85,8 @@ public:
     quint64 u_Pre_Generated_Docs_Index = 0;
     QColor color_Pre_Generated_Docs = Qt::green;
     QString s_Mixed_WAV_File;
+    // The folder the last file was opened from in this run; empty before.
+    QString lastOpenFolder;
 
     QAction* actionNew;
     QAction* actionOpen;

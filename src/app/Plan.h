@@ -21,6 +21,10 @@ struct DeleteFile { // delete whatever is at the path; a failure is ignored
 struct Run { // one run of a tool with exactly these arguments
     Tool tool;
     QStringList arguments;
+    // A file the run writes and the size it should end at: while the run goes
+    // on, its progress is told as the share of that size written so far.
+    QString growingFile = {};
+    qint64 expectedBytes = 0;
 };
 struct RequireFile { // end the plan with an alert unless the file exists
     QString path;
@@ -57,6 +61,12 @@ QString toolName(Tool tool);
 struct ToolPaths;
 
 // Executes a plan on the calling thread. `progress` is told before each tool
-// run: its index among the plan's runs, their count and the tool's name.
-using PlanProgress = std::function<void(int index, int count, const QString& tool)>;
+// run: its index among the plan's runs, their count and the tool's name, with
+// `percent` -1; during a run with an expected output, a few times a second,
+// with the share of it written so far (0 to 99).
+using PlanProgress = std::function<void(int index, int count, const QString& tool, int percent)>;
+
+// The share of `expectedBytes` that `writtenBytes` is, held below 100 while the
+// run goes on (the estimate may fall short); -1 when nothing is expected.
+int progressPercent(qint64 writtenBytes, qint64 expectedBytes);
 PlanOutcome executePlan(const Plan& plan, const ToolPaths& tools, const PlanProgress& progress = {});

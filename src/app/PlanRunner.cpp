@@ -30,8 +30,10 @@ void PlanRunner::startNext() {
     const ToolPaths tools = m_tools;
     QMetaObject::invokeMethod(m_worker, [this, plan, tools] {
         const PlanOutcome outcome =
-            executePlan(plan, tools, [this](int index, int count, const QString& tool) {
-                const QString text = tr("Running %1 (step %2 of %3)…").arg(tool).arg(index + 1).arg(count);
+            executePlan(plan, tools, [this](int index, int count, const QString& tool, int percent) {
+                QString text = tr("Running %1 (step %2 of %3)…").arg(tool).arg(index + 1).arg(count);
+                if (percent >= 0)
+                    text += tr(" %1 %").arg(percent);
                 QMetaObject::invokeMethod(this, [this, text] { emit progress(text); });
             });
         QMetaObject::invokeMethod(this, [this, outcome] { finish(outcome); });

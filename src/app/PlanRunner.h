@@ -32,7 +32,9 @@ public:
 
 signals:
     void busyChanged(bool busy);
-    // Before each tool run: "Running ffmpeg (step 2 of 3)…".
+    // Before each tool run: "Running ffmpeg (step 2 of 3)…"; during a run that
+    // writes an expected amount, a few times a second with the share written:
+    // "Running ffmpeg (step 1 of 1)… 42 %".
     void progress(const QString& text);
     void runFinished(const ToolRun& run);
 

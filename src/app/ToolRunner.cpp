@@ -4,7 +4,8 @@
 #include <QProcess>
 #include <QRegularExpression>
 
-ToolRun runTool(const QString& program, const QStringList& arguments) {
+ToolRun runTool(const QString& program, const QStringList& arguments, const std::function<void()>& tick,
+                int tickMs) {
     ToolRun run;
     run.program = program;
     run.arguments = arguments;
@@ -22,8 +23,20 @@ ToolRun runTool(const QString& program, const QStringList& arguments) {
 
     QByteArray bytes;
     if (process.waitForStarted(-1)) {
-        while (process.waitForReadyRead(-1))
-            bytes += process.readAll();
+        // Without a tick the wait is unbounded; with one it wakes often enough
+        // to call it, whether or not the child prints anything.
+        QElapsedTimer sinceTick;
+        sinceTick.start();
+        for (;;) {
+            if (process.waitForReadyRead(tick ? tickMs : -1))
+                bytes += process.readAll();
+            else if (process.state() == QProcess::NotRunning)
+                break;
+            if (tick && sinceTick.elapsed() >= tickMs) {
+                tick();
+                sinceTick.restart();
+            }
+        }
         process.waitForFinished(-1);
         bytes += process.readAll();
         run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;

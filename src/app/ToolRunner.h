@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <functional>
 
 // One finished run of an external tool, kept so that a user can see exactly
 // which command lines the editor ran and what they printed.
@@ -16,7 +17,9 @@ struct ToolRun {
 // Runs one child process synchronously: exact argument vector (no shell),
 // stdout and stderr merged, stdin from the null device, read to the end.
 // Blocks the calling thread, so the editor calls it only from the plan runner's worker.
-ToolRun runTool(const QString& program, const QStringList& arguments);
+// While the child runs, `tick` (when given) is called about every `tickMs`.
+ToolRun runTool(const QString& program, const QStringList& arguments, const std::function<void()>& tick = {},
+                int tickMs = 250);
 
 // The run as a command line a user can paste into a shell: every element in
 // single quotes when it holds anything a shell would read specially.

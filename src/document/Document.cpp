@@ -34,13 +34,13 @@ namespace {
 const QStringList AudioExtensions = {"ac3",  "aifc", "aiff", "aif", "amr", "au",  "caf", "cda",
                                      "flac", "mp3",  "ogg",  "raw", "spx", "wav", "wma"};
 
-QString chooseAudioFile(QWidget* parent) {
+QString chooseAudioFile(QWidget* parent, QString& lastFolder) {
     // The dialog starts where the last file of this session came from.
-    static QString lastFolder = QDir::homePath();
     QStringList patterns;
     for (const QString& extension : AudioExtensions)
         patterns << "*." + extension; // the dialog matches names case-insensitively
-    QFileDialog dialog(parent, QStringLiteral("Select an audio file."), lastFolder);
+    QFileDialog dialog(parent, QStringLiteral("Select an audio file."),
+                       lastFolder.isEmpty() ? QDir::homePath() : lastFolder);
     dialog.setFileMode(QFileDialog::ExistingFile);
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setNameFilter(QObject::tr("Audio files (%1)").arg(patterns.join(u' ')));
@@ -100,6 +100,7 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
     connect(viewAudioPlot, &View_Audio_Wave::markersChanged, this, &Document::showMarkers);
 
     buildEditMenus();
+    buildSplitMenu();
     buildEffectsMenu();
     m_toolBar = buildToolBar();
     addToolBar(m_toolBar);
@@ -168,6 +169,7 @@ QToolBar* Document::buildToolBar() {
     connect(btnUndo, &QAction::triggered, this, &Document::Operation_Undo);
     connect(btnRedo, &QAction::triggered, this, &Document::Operation_Redo);
     connect(btnColour, &QAction::triggered, this, &Document::chooseColour);
+    connect(btnSave, &QAction::triggered, this, &Document::OnToolbarSave);
     btnZoomPlus->setShortcuts(QKeySequence::ZoomIn);
     btnZoomMinus->setShortcuts(QKeySequence::ZoomOut);
     connect(btnZoomPlus, &QAction::triggered, this, &Document::OnToolbarZoomPlus);
@@ -220,7 +222,7 @@ void Document::OnToolbarOpen() {
 }
 
 void Document::Open_And_Select_An_Audio_File() {
-    const QString path = chooseAudioFile(this);
+    const QString path = chooseAudioFile(this, m_app.lastOpenFolder);
     if (path.isEmpty())
         Open_And_Select_Silence_File();
     else

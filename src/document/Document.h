@@ -1,5 +1,6 @@
 #pragma once
 
+#include "document/SplitPlans.h"
 #include "document/VersionHistory.h"
 #include "edit/EditPlans.h"
 #include "effects/EffectCatalogue.h"
@@ -131,6 +132,21 @@ public:
     qint64 m_RecordFormat = 0, m_RecordSampleRate = 44100, m_RecordNumberOfChannels = 2,
            m_RecordQuality = 127;
 
+    // Export (defined beside the export dialog): the toolbar's Export opens the
+    // dialog at once, the application's save command 0.1 s after its last press.
+    void OnToolbarSave();
+    void Operation_Save();
+    void TimerSaveAudioTrackRoutine();
+    void SaveWAVFile();
+    QPointer<QTimer> timerSave;
+
+    // Split into parts (defined beside the split plans): every piece opens in
+    // a window of its own, in this window's waveform colour.
+    void OnPopupSplit2PartsCurrentPosition();
+    void OnPopupSplit3PartsBeforeSelectionAfter();
+    void OnPopupSplitOnSilence();
+    QMenu* popupMenuSplit;
+
     // Zoom: the whole track spans u_Zoom_Factor visible widths.
     void OnToolbarZoomPlus();
     void OnToolbarZoomMinus();
@@ -180,10 +196,11 @@ public:
     QLabel* labelSize;
 
 signals:
-    void loaded();      // a load or reload has finished
-    void adopted();     // an edit's result has become the current version
-    void copied();      // a copy has filled the clipboard
-    void plotUpdated(); // new waveform points are on screen
+    void loaded();                                   // a load or reload has finished
+    void adopted();                                  // an edit's result has become the current version
+    void copied();                                   // a copy has filled the clipboard
+    void plotUpdated();                              // new waveform points are on screen
+    void splitHandedOver(const QStringList& pieces); // a split's pieces have gone to the application
 
 private:
     QToolBar* buildToolBar();
@@ -208,6 +225,9 @@ private:
     SegmentVariables segmentVariables() const;
     void buildEditMenus();
     void buildEffectsMenu();
+    void buildSplitMenu();
+    void runSplit(const splitting::SplitPlan& split);
+    void handOverPieces(const QStringList& pieces);
     EditState editState(bool withSegments);
     void runEdit(const EditPlan& edit);
     void adoptResult(const EditPlan& edit, qint64 seconds);

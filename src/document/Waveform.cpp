@@ -107,3 +107,9 @@ Waveform reduceWaveform(const QString& path, int points) {
     waveform.ok = true;
     return waveform;
 }
+
+double audioSeconds(const QString& path) {
+    SF_INFO info{};
+    const SndfileHandle file(sf_open(QFile::encodeName(path).constData(), SFM_READ, &info));
+    return file && info.samplerate > 0 ? double(info.frames) / info.samplerate : 0.0;
+}

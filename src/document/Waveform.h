@@ -15,3 +15,6 @@ struct Waveform {
 // Streams the file in blocks, so memory stays constant whatever its length.
 // Blocks the calling thread: the document calls it on a worker thread.
 Waveform reduceWaveform(const QString& path, int points = 1024);
+
+// The exact length of an audio file from its header; 0 when it cannot be read.
+double audioSeconds(const QString& path);

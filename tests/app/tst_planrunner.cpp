@@ -3,6 +3,7 @@
 
 #include <QElapsedTimer>
 #include <QFile>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -90,6 +91,30 @@ private slots:
         QCOMPARE(progress.size(), 2);
         QCOMPARE(progress[0][0].toString(), QString("Running sox (step 1 of 2)…"));
         QCOMPARE(progress[1][0].toString(), QString("Running ffmpeg (step 2 of 2)…"));
+    }
+
+    void aRunWithAnExpectedOutputTellsTheShareWrittenWhileItGoes() {
+        // ffmpeg writes 2 s of silence at the pace of playback: 176400 bytes a second.
+        PlanRunner runner(realTools());
+        QSignalSpy progress(&runner, &PlanRunner::progress);
+        const QString out = m_dir.filePath("growing.wav");
+        bool done = false;
+        runner.submit({{step::Run{Tool::FFmpeg,
+                                  {"-re", "-f", "lavfi", "-i", "anullsrc=r=44100:cl=stereo:d=2", "-c:a",
+                                   "pcm_s16le", out},
+                                  out,
+                                  44 + 2 * 176400}}},
+                      nullptr, [&](const PlanOutcome&) { done = true; });
+        QTRY_VERIFY_WITH_TIMEOUT(done, 15000);
+        QList<int> shares;
+        static const QRegularExpression percent("^Running ffmpeg \\(step 1 of 1\\)… (\\d+) %$");
+        for (const QList<QVariant>& signal : std::as_const(progress))
+            if (const auto match = percent.match(signal[0].toString()); match.hasMatch())
+                shares.append(match.captured(1).toInt());
+        QCOMPARE(progress[0][0].toString(), QString("Running ffmpeg (step 1 of 1)…"));
+        QVERIFY2(shares.size() >= 4, qPrintable(QString::number(shares.size())));
+        QVERIFY(std::is_sorted(shares.begin(), shares.end()));
+        QVERIFY(shares.first() < 50 && shares.last() >= 50 && shares.last() <= 99);
     }
 
     void aFailedRequirementEndsThePlanWithItsAlert() {

@@ -394,23 +394,42 @@ private slots:
     void aBatchOpensInNewWindowsInListOrderInTheProducersColour() {
         Document* producer = gui::firstDocument(*m_app);
         QVERIFY(producer);
-        const QString p1 = workCopy("part_PART_1.wav", 1);
-        const QString p2 = workCopy("part_PART_2.wav", 2);
-        m_app->array_Pre_Generated_Docs = {p1, p2};
+        const QStringList parts = {workCopy("part_PART_1.wav", 1), workCopy("part_PART_2.wav", 2),
+                                   workCopy("part_PART_3.wav", 3)};
+        m_app->array_Pre_Generated_Docs = parts;
         m_app->u_Pre_Generated_Docs_Index = 0;
         m_app->color_Pre_Generated_Docs = QColor(255, 0, 0);
         m_app->openPreGeneratedDocuments();
-        QCOMPARE(m_app->documents().size(), 3);
-        Document* first = m_app->documents()[1];
-        Document* second = m_app->documents()[2];
-        QVERIFY(QTest::qWaitFor([&] { return first->b_Audio_Loaded && second->b_Audio_Loaded; }, 20000));
-        QCOMPARE(first->windowTitle(), QString("part_PART_1.wav"));
-        QCOMPARE(second->windowTitle(), QString("part_PART_2.wav"));
-        QCOMPARE(second->i_Audio_Duration_Seconds, qint64(2));
-        QCOMPARE(first->audioPlot->color(), QColor(255, 0, 0));
-        QCOMPARE(first->history.array_WAV_Files, QStringList({p1}));
+        QCOMPARE(m_app->documents().size(), 4);
+        const QList<Document*> added = m_app->documents().mid(1);
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                return std::all_of(added.begin(), added.end(), [](Document* d) { return d->b_Audio_Loaded; });
+            },
+            20000));
+        for (int i = 0; i < 3; ++i) {
+            QCOMPARE(added[i]->windowTitle(), QString("part_PART_%1.wav").arg(i + 1));
+            QCOMPARE(added[i]->i_Audio_Duration_Seconds, qint64(i + 1));
+            QCOMPARE(added[i]->audioPlot->color(), QColor(255, 0, 0));
+            QCOMPARE(added[i]->history.array_WAV_Files, QStringList({parts[i]})); // used in place, not copied
+        }
         QCOMPARE(m_app->u_Open_New_Document, 0u);
-        QCOMPARE(m_app->u_Pre_Generated_Docs_Index, 2u);
+        QCOMPARE(m_app->u_Pre_Generated_Docs_Index, 3u);
+    }
+
+    void anEmptyBatchOpensNothingAndLeavesTheModeAtTwo() {
+        Document* producer = gui::firstDocument(*m_app);
+        QVERIFY(producer);
+        m_app->array_Pre_Generated_Docs.clear();
+        m_app->u_Pre_Generated_Docs_Index = 0;
+        m_app->openPreGeneratedDocuments();
+        QCOMPARE(m_app->documents().size(), 1);
+        QCOMPARE(m_app->u_Open_New_Document, 2u);
+        // A document made now finds no entry and shows the silence track instead.
+        Document* next = m_app->newDocument();
+        QVERIFY(waitLoaded(next));
+        QCOMPARE(next->windowTitle(), QString("silence.wav"));
+        m_app->u_Open_New_Document = 0;
     }
 };
 

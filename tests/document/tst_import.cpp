@@ -18,13 +18,6 @@
 #include <cmath>
 
 namespace {
-QByteArray digest(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256);
-}
-
 void writeBytes(const QString& path, const QByteArray& bytes) {
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -58,7 +51,7 @@ class tst_Import : public QObject {
     }
 
     void expectUnreadable(const QString& path, Document* document, const std::function<void()>& open) {
-        const QByteArray before = digest(path);
+        const QByteArray before = fixtures::digest(path);
         const QStringList filesBefore = workFiles();
         const QString current = document ? document->s_WAV_File_Path : QString();
         const auto alert = gui::answerAlert();
@@ -70,7 +63,7 @@ class tst_Import : public QObject {
         QVERIFY(alert->informativeText.contains("could not be read"));
         QCOMPARE(alert->buttons, QStringList({"Close"}));
         QVERIFY(gui::waitIdle(*m_app));
-        QCOMPARE(digest(path), before); // never written
+        QCOMPARE(fixtures::digest(path), before); // never written
         QCOMPARE(workFiles(), filesBefore);
         Document* shown = document ? document : m_app->documents().last();
         QVERIFY(shown->findChild<QToolBar*>()->isEnabled());
@@ -124,7 +117,7 @@ private slots:
         QFETCH(QString, name);
         QFETCH(double, seconds);
         const QString source = m_sources + "/" + name;
-        const QByteArray before = digest(source);
+        const QByteArray before = fixtures::digest(source);
         gui::answerFileDialog(source);
         m_app->openDocument();
         Document* d = m_app->documents().last();
@@ -134,7 +127,7 @@ private slots:
         const fixtures::WavInfo wav = fixtures::wavInfo(d->s_WAV_File_Path);
         QVERIFY2(wav.isWorkingWav(), qPrintable(d->s_WAV_File_Path));
         QVERIFY2(std::abs(wav.seconds() - seconds) < 0.05, qPrintable(QString::number(wav.seconds())));
-        QCOMPARE(digest(source), before);
+        QCOMPARE(fixtures::digest(source), before);
 
         const QString workName = QFileInfo(d->s_WAV_File_Path).fileName();
         QVERIFY(QRegularExpression("^\\d{4}-\\d\\d-\\d\\d-\\d\\d-\\d\\d-\\d\\d\\.wav$")

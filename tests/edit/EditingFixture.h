@@ -132,11 +132,7 @@ protected:
     void startWithPattern() {
         m_app = gui::startApplication(m_root.filePath("home"));
         QVERIFY(m_app && gui::waitIdle(*m_app));
-        const QString tone = m_root.filePath("tone4.wav"), gap = m_root.filePath("gap2.wav");
-        m_pattern = m_root.filePath("pattern.wav");
-        fixtures::makeTone(tone, 4, 1000, 0.5);
-        fixtures::makeSilence(gap, 2);
-        fixtures::join({tone, gap, tone}, m_pattern);
+        m_pattern = fixtures::makePattern(m_root.path());
     }
 
     void closeAll() {

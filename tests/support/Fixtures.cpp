@@ -2,6 +2,7 @@
 
 #include "app/Plan.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -61,6 +62,21 @@ void join(const QStringList& parts, const QString& path) {
     QString output;
     if (run("sox", QStringList{"-D"} + parts + QStringList{path}, &output) != 0)
         qFatal("sox could not join: %s", qPrintable(output));
+}
+
+QString makePattern(const QString& folder) {
+    const QString tone = folder + "/tone4.wav", gap = folder + "/gap2.wav", pattern = folder + "/pattern.wav";
+    makeTone(tone, 4, 1000, 0.5);
+    makeSilence(gap, 2);
+    join({tone, gap, tone}, pattern);
+    return pattern;
+}
+
+QByteArray digest(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256);
 }
 
 bool WavInfo::isWorkingWav() const {

@@ -25,6 +25,13 @@ void makeSilence(const QString& path, double seconds);
 // Joins files end to end into `path`, with sox.
 void join(const QStringList& parts, const QString& path);
 
+// The pattern the editing tests cut: tone 0–4 s, silence 4–6 s, tone 6–10 s,
+// made in `folder` as "pattern.wav"; returns its path.
+QString makePattern(const QString& folder);
+
+// The SHA-256 of a file's bytes; empty when it cannot be read.
+QByteArray digest(const QString& path);
+
 // What libsndfile reads from a file.
 struct WavInfo {
     bool ok = false;

@@ -62,27 +62,31 @@ std::shared_ptr<FileDialogSeen> answerFileDialog(const QString& path) {
 }
 
 namespace {
-void pollForAlert(const std::shared_ptr<AlertSeen>& seen, int triesLeft) {
-    QTimer::singleShot(10, [seen, triesLeft] {
+void pollForAlert(const std::shared_ptr<AlertSeen>& seen, const QString& press, int triesLeft) {
+    QTimer::singleShot(10, [seen, press, triesLeft] {
         if (seen->stop)
             return;
         if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
             seen->shown = true;
             seen->text = box->text();
             seen->informativeText = box->informativeText();
-            for (QAbstractButton* button : box->buttons())
+            QAbstractButton* pressed = box->buttons().first();
+            for (QAbstractButton* button : box->buttons()) {
                 seen->buttons << button->text();
-            box->buttons().first()->click();
+                if (button->text() == press)
+                    pressed = button;
+            }
+            pressed->click();
         } else if (triesLeft > 0) {
-            pollForAlert(seen, triesLeft - 1);
+            pollForAlert(seen, press, triesLeft - 1);
         }
     });
 }
 } // namespace
 
-std::shared_ptr<AlertSeen> answerAlert() {
+std::shared_ptr<AlertSeen> answerAlert(const QString& press) {
     auto seen = std::make_shared<AlertSeen>();
-    pollForAlert(seen, 3000);
+    pollForAlert(seen, press, 3000);
     return seen;
 }
 

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringList>
 #include <QTimer>
+#include <QUrl>
 #include <functional>
 #include <memory>
 
@@ -50,13 +51,23 @@ struct AlertSeen {
     QStringList buttons;
     bool stop = false; // set to give up waiting for the alert
 };
-// Closes the next alert with "Close" and records what it said, unless `stop`
-// is set first.
-std::shared_ptr<AlertSeen> answerAlert();
+// Closes the next alert with its first button (or the one named `press`) and
+// records what it said, unless `stop` is set first.
+std::shared_ptr<AlertSeen> answerAlert(const QString& press = {});
 
 // Runs `open` (which shows the file dialog), answers it with `path` and waits
 // until the document has finished loading and drawn its waveform.
 bool openInto(Document* document, const QString& path, const std::function<void()>& open);
+
+// Catches every URL the editor asks the desktop to open, once made the
+// handler of a scheme with QDesktopServices::setUrlHandler(scheme, catcher, "open").
+class UrlCatcher : public QObject {
+    Q_OBJECT
+public:
+    QList<QUrl> urls;
+public slots:
+    void open(const QUrl& url) { urls.append(url); }
+};
 
 // Opens `path` in a new window through File ▸ Open… and waits until it has
 // loaded and every tool run has ended; null when it does not load.

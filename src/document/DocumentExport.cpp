@@ -1,0 +1,33 @@
+// The document's export: the toolbar's Export opens the export dialog at once,
+// the application's save command 0.1 s later.
+
+#include "app/AppDelegate.h"
+#include "document/Document.h"
+#include "document/Window_AF_WAV.h"
+
+#include <QTimer>
+
+void Document::OnToolbarSave() {
+    SaveWAVFile();
+}
+
+void Document::Operation_Save() {
+    // Every press restarts the wait, so presses within 0.1 s open one dialog.
+    if (!timerSave) {
+        timerSave = new QTimer(this);
+        timerSave->setSingleShot(true);
+        timerSave->setInterval(100);
+        connect(timerSave, &QTimer::timeout, this, &Document::TimerSaveAudioTrackRoutine);
+    }
+    timerSave->start();
+}
+
+void Document::TimerSaveAudioTrackRoutine() {
+    SaveWAVFile();
+}
+
+void Document::SaveWAVFile() {
+    Window_AF_WAV dialog(m_app, this);
+    dialog.s_WAV_File_Path = s_WAV_File_Path;
+    dialog.exec();
+}

@@ -1,0 +1,66 @@
+// The document's splits: each cuts the current version into pieces and hands
+// them to the application, which opens every piece in a window of its own.
+// The track that is split and its history stay as they are.
+
+#include "app/AppDelegate.h"
+#include "document/Document.h"
+#include "document/SplitPlans.h"
+#include "document/WaveformPlot.h"
+#include "document/Window_Split_Silence.h"
+
+#include <QFileInfo>
+#include <QMenu>
+
+void Document::buildSplitMenu() {
+    popupMenuSplit = new QMenu(tr("Split into Parts"), this);
+    auto add = [this](const QString& text, const char* name, void (Document::*action)()) {
+        popupMenuSplit->addAction(text, this, action)->setObjectName(QLatin1String(name));
+    };
+    add(tr("Split at Play Position"), "OnPopupSplit2PartsCurrentPosition",
+        &Document::OnPopupSplit2PartsCurrentPosition);
+    add(tr("Split Around Selection"), "OnPopupSplit3PartsBeforeSelectionAfter",
+        &Document::OnPopupSplit3PartsBeforeSelectionAfter);
+    add(tr("Split on Silence…"), "OnPopupSplitOnSilence", &Document::OnPopupSplitOnSilence);
+    popupMenuTools->addMenu(popupMenuSplit);
+}
+
+void Document::OnPopupSplit2PartsCurrentPosition() {
+    runSplit(
+        splitting::buildSplitAtPositionPlan(s_WAV_File_Path, m_app.s_Output_Folder, editState(true).seg));
+}
+
+void Document::OnPopupSplit3PartsBeforeSelectionAfter() {
+    runSplit(splitting::buildSplitAroundSelectionPlan(s_WAV_File_Path, m_app.s_Output_Folder,
+                                                      editState(true).seg));
+}
+
+void Document::OnPopupSplitOnSilence() {
+    Window_Split_Silence dialog(this);
+    dialog.exec();
+    if (!dialog.bOK)
+        return;
+    const QString wav = s_WAV_File_Path;
+    m_app.runner().submit(splitting::buildSplitOnSilencePlan(wav, dialog.settings()), this,
+                          [this, wav](const PlanOutcome&) {
+                              // What sox wrote is found by name; no piece, nothing more happens.
+                              const QStringList pieces = splitting::findSilencePieces(
+                                  wav, [](const QString& path) { return QFileInfo::exists(path); });
+                              if (!pieces.isEmpty())
+                                  handOverPieces(pieces);
+                          });
+}
+
+void Document::runSplit(const splitting::SplitPlan& split) {
+    // The pieces open whether or not the runs made them, as the tools' runs
+    // are not judged.
+    m_app.runner().submit(split.plan, this,
+                          [this, pieces = split.pieces](const PlanOutcome&) { handOverPieces(pieces); });
+}
+
+void Document::handOverPieces(const QStringList& pieces) {
+    m_app.array_Pre_Generated_Docs = pieces;
+    m_app.u_Pre_Generated_Docs_Index = 0;
+    m_app.color_Pre_Generated_Docs = audioPlot->color();
+    m_app.openPreGeneratedDocuments();
+    emit splitHandedOver(pieces);
+}

@@ -1,0 +1,158 @@
+#include "ExportPlans.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <array>
+
+namespace exporting {
+
+const QStringList& formats() {
+    static const QStringList list{"WAV", "M4A", "MP3"};
+    return list;
+}
+
+const QStringList& sampleRates() {
+    static const QStringList list{"6000",  "8000",  "11025", "16000", "22050", "32000",
+                                  "44100", "48000", "64000", "88200", "96000", "192000"};
+    return list;
+}
+
+const QStringList& channels() {
+    static const QStringList list{"Mono", "Stereo"};
+    return list;
+}
+
+const QStringList& bitRates() {
+    static const QStringList list{"16k", "24k",  "32k",  "40k",  "48k",  "56k",  "64k",  "80k",
+                                  "96k", "112k", "128k", "144k", "160k", "192k", "224k", "256k"};
+    return list;
+}
+
+std::optional<QString> bitRateArgument(int index) {
+    // The table the arguments come from lacks "56k" and "144k"; the list's
+    // indexes are used on it all the same.
+    static const std::array<const char*, 14> table{"16k", "24k",  "32k",  "40k",  "48k",  "64k",  "80k",
+                                                   "96k", "112k", "128k", "160k", "192k", "224k", "256k"};
+    if (index < 0 || index >= int(table.size()))
+        return std::nullopt;
+    return QString::fromLatin1(table[std::size_t(index)]);
+}
+
+QString defaultSuffix(int format) {
+    static const QStringList suffixes{"wav", "m4a", "mp3"};
+    return format >= 0 && format < suffixes.size() ? suffixes[format] : QString();
+}
+
+QString proposedName(int format) {
+    const QString suffix = defaultSuffix(format);
+    return suffix.isEmpty() ? QString() : QStringLiteral("output.") + suffix;
+}
+
+std::optional<QStringList> exportArguments(const QString& wav, const Choice& choice,
+                                           const QString& destination) {
+    if (choice.sampleRate < 0 || choice.sampleRate >= sampleRates().size())
+        return std::nullopt;
+    if (choice.channels != 0 && choice.channels != 1)
+        return std::nullopt;
+    const std::optional<QString> bitRate = bitRateArgument(choice.bitRate);
+    if (!bitRate)
+        return std::nullopt;
+    return QStringList{"-i",
+                       wav,
+                       "-vn",
+                       "-ar",
+                       sampleRates()[choice.sampleRate],
+                       "-ac",
+                       choice.channels == 0 ? "1" : "2",
+                       "-ab",
+                       *bitRate,
+                       destination};
+}
+
+namespace {
+// The value that follows `option` in an argument list.
+QString valueOf(const QStringList& arguments, const QString& option) {
+    const qsizetype at = arguments.indexOf(option);
+    return at >= 0 && at + 1 < arguments.size() ? arguments[at + 1] : QString();
+}
+} // namespace
+
+std::optional<qint64> expectedBytes(const QString& destination, const QStringList& arguments,
+                                    double seconds) {
+    const QString extension = QFileInfo(destination).suffix().toLower();
+    if (extension == QStringLiteral("wav")) {
+        // 16-bit samples behind a header of a few dozen bytes.
+        const qint64 frames = qint64(seconds * valueOf(arguments, "-ar").toDouble());
+        return 44 + frames * valueOf(arguments, "-ac").toInt() * 2;
+    }
+    if (extension == QStringLiteral("m4a") || extension == QStringLiteral("mp3")) {
+        QString rate = valueOf(arguments, "-ab");
+        rate.chop(1); // "40k"
+        return qint64(seconds * rate.toDouble() * 1000 / 8);
+    }
+    return std::nullopt;
+}
+
+Plan buildExportPlan(const QString& destination, const QStringList& arguments,
+                     std::optional<qint64> expected) {
+    return {{step::DeleteFile{destination},
+             step::Run{Tool::FFmpeg, arguments, destination, expected.value_or(0)}}};
+}
+
+namespace {
+QString canonical(const QString& path) {
+    const QFileInfo info(path);
+    const QString resolved = info.canonicalFilePath();
+    return resolved.isEmpty() ? info.absoluteFilePath() : resolved;
+}
+} // namespace
+
+bool isProtected(const QString& destination, const QStringList& protectedFiles) {
+    const QString target = canonical(destination);
+    return std::any_of(protectedFiles.begin(), protectedFiles.end(),
+                       [&](const QString& file) { return !file.isEmpty() && canonical(file) == target; });
+}
+
+QString protectedDestinationMessage(const QString& destination) {
+    return QStringLiteral("\"%1\" is a file the editor is working with (a version of an open track, the "
+                          "copied audio or the silence track). Exporting over it would destroy it: "
+                          "choose another name or folder.")
+        .arg(destination);
+}
+
+QString failureReason(const QString& output) {
+    // ffmpeg ends a failed run with "Conversion failed!" after the line that
+    // says why; statistics lines and the indented stream descriptions say nothing.
+    static const QRegularExpression noise(QStringLiteral("^(Conversion failed!|size=|video:|Press \\[q\\])"));
+    const QStringList lines = output.split(QRegularExpression(QStringLiteral("[\r\n]")), Qt::SkipEmptyParts);
+    for (auto line = lines.crbegin(); line != lines.crend(); ++line) {
+        if (line->startsWith(u' ') || noise.match(*line).hasMatch())
+            continue;
+        return line->trimmed();
+    }
+    return {};
+}
+
+Verdict judge(const QString& destination, const ToolRun& run) {
+    const QFileInfo written(destination);
+    const QString reason = failureReason(run.output);
+    if (!written.exists() || written.size() == 0) {
+        QString message = QStringLiteral("The export produced no file at \"%1\".").arg(destination);
+        if (run.exitCode != 0 && !reason.isEmpty())
+            message += QStringLiteral("\n\nffmpeg said: %1").arg(reason);
+        return {Verdict::NoFile, message};
+    }
+    if (run.exitCode != 0) {
+        const QString why = run.exitCode < 0   ? QStringLiteral("ffmpeg was stopped before it finished")
+                            : reason.isEmpty() ? QStringLiteral("ffmpeg reported an error")
+                                               : QStringLiteral("ffmpeg said: %1").arg(reason);
+        return {Verdict::Incomplete,
+                QStringLiteral("The export to \"%1\" stopped before the end (%2). The incomplete file has "
+                               "been removed; the track in this window is unchanged.")
+                    .arg(destination, why)};
+    }
+    return {};
+}
+
+} // namespace exporting

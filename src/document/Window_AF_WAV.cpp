@@ -1,0 +1,174 @@
+#include "Window_AF_WAV.h"
+
+#include "app/Alerts.h"
+#include "app/AppDelegate.h"
+#include "document/Waveform.h"
+
+#include <QComboBox>
+#include <QDesktopServices>
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QFormLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <QUrl>
+#include <QVBoxLayout>
+
+Window_AF_WAV::Window_AF_WAV(AppDelegate& app, QWidget* parent) : QDialog(parent), m_app(app) {
+    setWindowTitle(QStringLiteral("Export Audio"));
+    setModal(true);
+    auto* layout = new QVBoxLayout(this);
+    auto* form = new QFormLayout;
+    layout->addLayout(form);
+    auto addList = [&](const char* name, const QString& label) {
+        auto* list = new QComboBox(this);
+        list->setObjectName(QLatin1String(name));
+        list->setMinimumWidth(140);
+        form->addRow(label, list);
+        return list;
+    };
+    comboFormat = addList("comboFormat", tr("Format:"));
+    comboSampleRate = addList("comboSampleRate", tr("Sample rate (Hz):"));
+    comboChannels = addList("comboChannels", tr("Channels:"));
+    comboBitrate = addList("comboBitrate", tr("Bit rate (M4A, MP3):"));
+
+    labelProgress = new QLabel(this);
+    labelProgress->setObjectName(QStringLiteral("labelProgress"));
+    layout->addWidget(labelProgress);
+
+    auto* buttons = new QDialogButtonBox(this);
+    btnExport = buttons->addButton(tr("Export…"), QDialogButtonBox::AcceptRole);
+    btnClose = buttons->addButton(tr("Close"), QDialogButtonBox::RejectRole);
+    btnExport->setObjectName(QStringLiteral("btnExport"));
+    btnClose->setObjectName(QStringLiteral("btnClose"));
+    btnExport->setDefault(true); // Return exports
+    layout->addWidget(buttons);
+    connect(btnExport, &QPushButton::clicked, this, &Window_AF_WAV::OnUserOK);
+    connect(btnClose, &QPushButton::clicked, this, &Window_AF_WAV::OnUserCancel);
+
+    windowDidLoad();
+    comboFormat->setFocus();
+}
+
+void Window_AF_WAV::windowDidLoad() {
+    comboFormat->addItems(exporting::formats());
+    comboSampleRate->addItems(exporting::sampleRates());
+    comboChannels->addItems(exporting::channels());
+    comboBitrate->addItems(exporting::bitRates());
+    comboFormat->setCurrentIndex(exporting::DefaultFormat);
+    comboSampleRate->setCurrentIndex(exporting::DefaultSampleRate);
+    comboChannels->setCurrentIndex(exporting::DefaultChannels);
+    comboBitrate->setCurrentIndex(exporting::DefaultBitRate);
+}
+
+exporting::Choice Window_AF_WAV::choice() const {
+    return {comboFormat->currentIndex(), comboSampleRate->currentIndex(), comboChannels->currentIndex(),
+            comboBitrate->currentIndex()};
+}
+
+QString Window_AF_WAV::askDestination(int format) {
+    // The save dialog starts where the user last opened a file from, else in
+    // the Music folder, else at home.
+    QString folder = m_app.lastOpenFolder;
+    if (folder.isEmpty())
+        folder = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
+    if (folder.isEmpty() || !QFileInfo(folder).isDir())
+        folder = QDir::homePath();
+    QFileDialog dialog(this, QStringLiteral("Export Audio As"), folder);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    // Any extension may be typed: ffmpeg picks the encoder by it.
+    dialog.setNameFilters({tr("WAV audio (*.wav)"), tr("M4A audio (*.m4a)"), tr("MP3 audio (*.mp3)"),
+                           tr("Any audio file ffmpeg can write (*)")});
+    dialog.selectNameFilter(dialog.nameFilters().at(format));
+    dialog.setDefaultSuffix(exporting::defaultSuffix(format));
+    dialog.selectFile(exporting::proposedName(format));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return {};
+    return dialog.selectedFiles().first();
+}
+
+void Window_AF_WAV::OnUserOK() {
+    if (m_exporting)
+        return;
+    const exporting::Choice chosen = choice();
+    if (exporting::proposedName(chosen.format).isEmpty())
+        return;
+    const QString destination = askDestination(chosen.format);
+    if (destination.isEmpty())
+        return;
+    // Refused before anything is deleted: replacing a file the editor works
+    // with would destroy a track the user is still editing.
+    if (exporting::isProtected(destination, m_app.protectedFiles())) {
+        showErrorAlert(this, exporting::protectedDestinationMessage(destination));
+        emit exportEnded(destination, false);
+        return;
+    }
+    // The arguments are settled before the old file goes, so that a bit rate
+    // that passes nothing leaves the destination as it was.
+    const std::optional<QStringList> arguments =
+        exporting::exportArguments(s_WAV_File_Path, chosen, destination);
+    if (!arguments)
+        return;
+    startExport(destination, *arguments);
+}
+
+void Window_AF_WAV::startExport(const QString& destination, const QStringList& arguments) {
+    setExporting(true);
+    const double seconds = audioSeconds(s_WAV_File_Path);
+    m_app.runner().submit(
+        exporting::buildExportPlan(destination, arguments,
+                                   exporting::expectedBytes(destination, arguments, seconds)),
+        this, [this, destination](const PlanOutcome& outcome) {
+            setExporting(false);
+            finishExport(destination, outcome.runs.isEmpty() ? ToolRun{} : outcome.runs.last());
+        });
+}
+
+void Window_AF_WAV::finishExport(const QString& destination, const ToolRun& run) {
+    // The success alert is only shown for a file that is there and holds
+    // something; a failed run is told as such, in ffmpeg's own words.
+    const exporting::Verdict verdict = exporting::judge(destination, run);
+    // Neither a cut-off file nor an empty one is left to pass for an export.
+    if (verdict.kind != exporting::Verdict::Saved)
+        QFile::remove(destination);
+    if (verdict.kind != exporting::Verdict::Saved) {
+        showErrorAlert(this, verdict.message);
+        emit exportEnded(destination, false);
+        return;
+    }
+    const int pressed =
+        showAlert(this, QStringLiteral("Success"), QStringLiteral("Audio file saved successfully."),
+                  {QStringLiteral("Play Audio File"), QStringLiteral("Close")});
+    if (pressed == 0)
+        QDesktopServices::openUrl(QUrl::fromLocalFile(destination));
+    emit exportEnded(destination, true);
+}
+
+void Window_AF_WAV::setExporting(bool exporting) {
+    m_exporting = exporting;
+    for (QWidget* control : std::initializer_list<QWidget*>{comboFormat, comboSampleRate, comboChannels,
+                                                            comboBitrate, btnExport, btnClose})
+        control->setEnabled(!exporting);
+    labelProgress->setText(exporting ? tr("Exporting…") : QString());
+    if (exporting)
+        connect(&m_app.runner(), &PlanRunner::progress, labelProgress, &QLabel::setText,
+                Qt::UniqueConnection);
+    else
+        disconnect(&m_app.runner(), &PlanRunner::progress, labelProgress, &QLabel::setText);
+}
+
+void Window_AF_WAV::OnUserCancel() {
+    done(0);
+}
+
+void Window_AF_WAV::reject() {
+    // While ffmpeg writes, the dialog waits for it: its alert still has to come.
+    if (m_exporting)
+        return;
+    OnUserCancel();
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "document/ExportPlans.h"
+
+#include <QDialog>
+
+class AppDelegate;
+class QComboBox;
+class QLabel;
+class QPushButton;
+
+// The export dialog: format, sample rate, channels and bit rate. Each press of
+// Export asks for a file name and exports the track there; the dialog stays
+// open for another export until the user closes it.
+class Window_AF_WAV : public QDialog {
+    Q_OBJECT
+public:
+    Window_AF_WAV(AppDelegate& app, QWidget* parent = nullptr);
+
+    QComboBox* comboFormat;
+    QComboBox* comboSampleRate;
+    QComboBox* comboChannels;
+    QComboBox* comboBitrate;
+    QPushButton* btnExport;
+    QPushButton* btnClose;
+    QLabel* labelProgress;
+
+    // The working WAV to export, set by the document before the dialog shows.
+    QString s_WAV_File_Path;
+
+    exporting::Choice choice() const;
+    bool isExporting() const { return m_exporting; }
+
+public slots:
+    void OnUserOK();
+    void OnUserCancel();
+    // Escape and the window's close button both arrive here.
+    void reject() override;
+
+signals:
+    // An export has ended, or been refused, and its alert has been answered.
+    void exportEnded(const QString& destination, bool saved);
+
+private:
+    void windowDidLoad();
+    QString askDestination(int format);
+    void startExport(const QString& destination, const QStringList& arguments);
+    void finishExport(const QString& destination, const ToolRun& run);
+    void setExporting(bool exporting);
+
+    AppDelegate& m_app;
+    bool m_exporting = false;
+};

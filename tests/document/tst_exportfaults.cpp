@@ -1,0 +1,192 @@
+#include "ExportFixture.h"
+
+#include <QCryptographicHash>
+#include <QStatusBar>
+#include <sys/resource.h>
+
+using namespace exportTest;
+
+namespace {
+// A tmpfs mounted for one test and unmounted when it ends; `mounted` is false
+// where this machine allows no mount, and the caller then makes the fault
+// another way.
+struct Mount {
+    QString folder;
+    bool mounted = false;
+    Mount(const QString& path, const QString& options) : folder(path) {
+        QDir().mkpath(folder);
+        mounted = fixtures::run("mount", {"-t", "tmpfs", "-o", options, "tmpfs", folder}) == 0;
+    }
+    ~Mount() {
+        if (mounted)
+            fixtures::run("umount", {folder});
+    }
+};
+
+// Runs `act` with a limit on the size of the files this process and its
+// children write; ffmpeg, started meanwhile, is stopped by SIGXFSZ at it.
+template <typename F> auto withFileSizeLimit(rlim_t bytes, F act) {
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    rlimit limit = old;
+    limit.rlim_cur = bytes;
+    setrlimit(RLIMIT_FSIZE, &limit);
+    const auto result = act();
+    setrlimit(RLIMIT_FSIZE, &old);
+    return result;
+}
+} // namespace
+
+// Exports that must not succeed, and the progress of a long one: the user is
+// told in plain words, and the document stays as it was and keeps working.
+class tst_ExportFaults : public ExportFixture {
+    Q_OBJECT
+    gui::UrlCatcher m_catcher;
+
+    // The document as an export must leave it.
+    struct Snapshot {
+        QString path;
+        QStringList versions;
+        quint64 position;
+        QByteArray content;
+    };
+    static Snapshot snapshot(const Document* d) {
+        return {d->s_WAV_File_Path, d->history.array_WAV_Files, d->history.u_array_WAV_Files_Position,
+                fixtures::digest(d->s_WAV_File_Path)};
+    }
+    static void checkUnchanged(const Document* d, const Snapshot& before) {
+        QCOMPARE(d->s_WAV_File_Path, before.path);
+        QCOMPARE(d->history.array_WAV_Files, before.versions);
+        QCOMPARE(d->history.u_array_WAV_Files_Position, before.position);
+        QCOMPARE(fixtures::digest(d->s_WAV_File_Path), before.content);
+        QVERIFY(d->btnSave->isEnabled() && d->btnCut->isEnabled());
+    }
+    // The window still exports after a failure.
+    void checkStillExports(Document* d) {
+        const QString out = m_out + "/afterwards.wav";
+        QFile::remove(out);
+        QCOMPARE(exportVia(d, {}, out).text, QString("Success"));
+        checkLength(out, d->s_WAV_File_Path);
+    }
+
+private slots:
+    void initTestCase() { start(&m_catcher); }
+    void cleanupTestCase() { stop(); }
+    void cleanup() { closeAll(); }
+
+    void aFileTheEditorWorksWithIsRefusedBeforeAnythingIsDeleted() {
+        Document* d = openTone();
+        Document* other = openTone();
+        QVERIFY(d && other);
+        // A clipboard: copy the selection of the other window.
+        QSignalSpy copied(other, &Document::copied);
+        other->Operation_Copy();
+        QVERIFY(copied.wait(20000));
+        QVERIFY(gui::waitIdle(*m_app));
+        const Snapshot before = snapshot(d);
+        const qsizetype runs = m_app->runner().runs().size();
+        for (const QString& inUse :
+             {d->s_WAV_File_Path, other->s_WAV_File_Path, m_app->s_Copied_WAV_File, m_app->sSilenceWavPath}) {
+            const QByteArray content = fixtures::digest(inUse);
+            const gui::AlertSeen alert = exportVia(d, {}, inUse);
+            QCOMPARE(alert.text, QString("Error"));
+            QVERIFY2(alert.informativeText.contains(inUse) &&
+                         alert.informativeText.contains("Exporting over it"),
+                     qPrintable(alert.informativeText));
+            QCOMPARE(fixtures::digest(inUse), content);
+        }
+        QCOMPARE(m_app->runner().runs().size(), runs);
+        checkUnchanged(d, before);
+        checkStillExports(d);
+    }
+
+    void aFolderThatCannotBeWrittenIsToldAndNothingIsLost() {
+        Document* d = openTone();
+        QVERIFY(d);
+        const Snapshot before = snapshot(d);
+        Mount readOnly(m_root.filePath("read-only"), "ro,size=1m");
+        // Without a mount: a "folder" that is a file cannot be written either.
+        QString folder = readOnly.folder;
+        if (!readOnly.mounted) {
+            folder = m_root.filePath("a-file");
+            QFile(folder).open(QIODevice::WriteOnly);
+        }
+        const QString out = folder + "/out.wav";
+        const gui::AlertSeen alert = exportVia(d, {}, out);
+        QCOMPARE(alert.text, QString("Error"));
+        QVERIFY2(alert.informativeText.contains("produced no file") && alert.informativeText.contains(out),
+                 qPrintable(alert.informativeText));
+        QVERIFY(!QFile::exists(out));
+        checkUnchanged(d, before);
+        checkStillExports(d);
+    }
+
+    void aDiskThatFillsDuringTheExportIsToldAndTheCutOffFileRemoved() {
+        Document* d = openTone(); // 10 s: 1.7 MB as WAV
+        QVERIFY(d);
+        const Snapshot before = snapshot(d);
+        Mount small(m_root.filePath("small-disk"), "size=1m");
+        const QString out = small.folder + "/full.wav";
+        gui::AlertSeen alert;
+        if (small.mounted) {
+            alert = exportVia(d, {}, out);
+            QVERIFY2(alert.informativeText.contains("No space left on device"),
+                     qPrintable(alert.informativeText));
+        } else { // a limit on the size of the files ffmpeg may write does the same
+            alert = withFileSizeLimit(1 << 20, [&] { return exportVia(d, {}, out); });
+        }
+        QCOMPARE(alert.text, QString("Error"));
+        QVERIFY2(alert.informativeText.contains("stopped before the end") &&
+                     alert.informativeText.contains(out),
+                 qPrintable(alert.informativeText));
+        QVERIFY(!QFile::exists(out));
+        checkUnchanged(d, before);
+        checkStillExports(d);
+    }
+
+    void aFileSizeLimitThatStopsFfmpegIsTold() {
+        Document* d = openTone();
+        QVERIFY(d);
+        const Snapshot before = snapshot(d);
+        const QString out = m_out + "/limited.wav";
+        const gui::AlertSeen alert = withFileSizeLimit(200 * 1024, [&] { return exportVia(d, {}, out); });
+        QCOMPARE(alert.text, QString("Error"));
+        QVERIFY2(alert.informativeText.contains("stopped before it finished"),
+                 qPrintable(alert.informativeText));
+        QVERIFY(!QFile::exists(out));
+        checkUnchanged(d, before);
+        checkStillExports(d);
+    }
+
+    void aLongExportShowsItsProgressInTheStatusBarAndTheDialog() {
+        const QString long3 = m_root.filePath("recordings/three-minutes.wav");
+        fixtures::makeTone(long3, 180, 440, 0.5);
+        Document* d = gui::openInNewWindow(*m_app, long3);
+        QVERIFY(d);
+        QStringList status, dialog;
+        connect(d->statusBar(), &QStatusBar::messageChanged, this,
+                [&](const QString& text) { status.append(text); });
+        withDialog(d, [&](Window_AF_WAV* w) {
+            QTimer poll;
+            connect(&poll, &QTimer::timeout, this, [&] { dialog.append(w->labelProgress->text()); });
+            poll.start(50);
+            std::shared_ptr<gui::AlertSeen> alert;
+            QVERIFY(exportOnce(w, {2, 6, 1, 3}, m_out + "/long.mp3", alert, "Close"));
+            QCOMPARE(alert->text, QString("Success"));
+            QVERIFY(!w->btnExport->isEnabled() || w->labelProgress->text().isEmpty());
+        });
+        QList<int> shares;
+        static const QRegularExpression percent("^Running ffmpeg \\(step 1 of 1\\)… (\\d+) %$");
+        for (const QString& text : std::as_const(status))
+            if (const auto match = percent.match(text); match.hasMatch())
+                shares.append(match.captured(1).toInt());
+        QVERIFY2(shares.size() >= 2, qPrintable(status.join(" / ")));
+        QVERIFY(std::is_sorted(shares.begin(), shares.end()));
+        QVERIFY(shares.first() >= 0 && shares.last() <= 99 && shares.last() > shares.first());
+        QVERIFY2(dialog.filter(percent).size() >= 2, qPrintable(dialog.join(" / ")));
+        QVERIFY(d->statusBar()->currentMessage().isEmpty()); // cleared once the export has ended
+    }
+};
+
+QTEST_MAIN(tst_ExportFaults)
+#include "tst_exportfaults.moc"

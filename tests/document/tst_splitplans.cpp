@@ -1,0 +1,88 @@
+#include "document/SplitPlans.h"
+#include "support/Fixtures.h"
+
+#include <QSet>
+#include <QTest>
+
+using namespace splitting;
+
+// The names and runs of the three splits, checked without running anything.
+class tst_SplitPlans : public QObject {
+    Q_OBJECT
+
+    static SegmentVariables tenSeconds() {
+        // 10 s track, selection 20–50 %, play position at 4 s.
+        return calculateSegmentVariables({10, 20, 50, 4, 10});
+    }
+
+private slots:
+    void piecesAreNamedByTheWorkingWavWithoutItsExtension() {
+        QCOMPARE(base("/w/2024-03-05-14-07-59.wav"), QString("2024-03-05-14-07-59"));
+        QCOMPARE(piecePath("/w", "/w/2024-03-05-14-07-59.wav", 2),
+                 QString("/w/2024-03-05-14-07-59_PART_2.wav"));
+        QCOMPARE(silencePiecePath("/elsewhere/take.wav", 1), QString("/elsewhere/take_PART_001.wav"));
+        QCOMPARE(silencePiecePath("/w/take.wav", 12), QString("/w/take_PART_012.wav"));
+        QCOMPARE(silencePattern("/w/take.wav"), QString("/w/take_PART_.wav"));
+    }
+
+    void twoPartsAtThePlayPosition() {
+        const SplitPlan split = buildSplitAtPositionPlan("/w/t.wav", "/w", tenSeconds());
+        QCOMPARE(split.pieces, QStringList({"/w/t_PART_1.wav", "/w/t_PART_2.wav"}));
+        QCOMPARE(
+            fixtures::describe(split.plan),
+            QStringList({"delete /w/t_PART_1.wav",
+                         "ffmpeg -i | /w/t.wav | -ss | 0 | -t | 00:00:04.00 | /w/t_PART_1.wav",
+                         "delete /w/t_PART_2.wav",
+                         "ffmpeg -i | /w/t.wav | -ss | 00:00:04.00 | -t | 00:00:06.00 | /w/t_PART_2.wav"}));
+    }
+
+    void threePartsAroundTheSelection() {
+        const SplitPlan split = buildSplitAroundSelectionPlan("/w/t.wav", "/w", tenSeconds());
+        QCOMPARE(split.pieces, QStringList({"/w/t_PART_1.wav", "/w/t_PART_2.wav", "/w/t_PART_3.wav"}));
+        QCOMPARE(
+            fixtures::describe(split.plan),
+            QStringList({"delete /w/t_PART_1.wav",
+                         "ffmpeg -i | /w/t.wav | -ss | 0 | -t | 00:00:02.00 | /w/t_PART_1.wav",
+                         "delete /w/t_PART_2.wav",
+                         "ffmpeg -i | /w/t.wav | -ss | 00:00:02.00 | -t | 00:00:03.00 | /w/t_PART_2.wav",
+                         "delete /w/t_PART_3.wav",
+                         "ffmpeg -i | /w/t.wav | -ss | 00:00:05.00 | -t | 00:00:05.00 | /w/t_PART_3.wav"}));
+    }
+
+    void atPositionZeroTheFirstPieceIsCutWithTheZeroTimeString() {
+        const SplitPlan split =
+            buildSplitAtPositionPlan("/w/t.wav", "/w", calculateSegmentVariables({10, 20, 50, 0, 10}));
+        QCOMPARE(std::get<step::Run>(split.plan.steps[1]).arguments[5], QString("00:00:00.00"));
+    }
+
+    void splitOnSilenceRunsSoxWithTheDialogsValues() {
+        QCOMPARE(silenceArguments("/w/t.wav", {0.5f, 2.0f, 1}),
+                 QStringList({"/w/t.wav", "/w/t_PART_.wav", "silence", "1", "0.50", "1%", "1", "2.00", "1%",
+                              ":", "newfile", ":", "restart"}));
+        QCOMPARE(silenceArguments("/w/t.wav", {0.05f, 12.345f, 17}).mid(4, 5),
+                 QStringList({"0.05", "17%", "1", "12.35", "17%"}));
+        QCOMPARE(fixtures::describe(buildSplitOnSilencePlan("/w/t.wav", {})),
+                 QStringList({"sox " + silenceArguments("/w/t.wav", {}).join(" | ")}));
+    }
+
+    void durationsBelowFiveHundredthsAreRefused() {
+        QCOMPARE(silenceSettingsProblem(0.5f, 2.0f), QString());
+        QCOMPARE(silenceSettingsProblem(0.05f, 0.05f), QString()); // stored just above the limit
+        QCOMPARE(silenceSettingsProblem(0.049f, 2.0f), QString("Minimum duration invalid."));
+        QCOMPARE(silenceSettingsProblem(0.0f, 0.0f), QString("Minimum duration invalid."));
+        QCOMPARE(silenceSettingsProblem(0.5f, 0.0f), QString("Maximum duration invalid."));
+        QCOMPARE(silenceSettingsProblem(0.5f, -3.0f), QString("Maximum duration invalid."));
+    }
+
+    void theSearchStopsAtTheFirstMissingNumber() {
+        const QSet<QString> there{"/w/t_PART_001.wav", "/w/t_PART_002.wav", "/w/t_PART_003.wav",
+                                  "/w/t_PART_005.wav"};
+        const auto exists = [&](const QString& p) { return there.contains(p); };
+        QCOMPARE(findSilencePieces("/w/t.wav", exists),
+                 QStringList({"/w/t_PART_001.wav", "/w/t_PART_002.wav", "/w/t_PART_003.wav"}));
+        QCOMPARE(findSilencePieces("/w/other.wav", exists), QStringList());
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_SplitPlans)
+#include "tst_splitplans.moc"
