@@ -6,12 +6,15 @@
 //   4. the longest interface-thread stall while a 20 s tool run executes;
 //   5. cut, paste, paste mixing and echo on a 2-minute selection of a 10-minute
 //      track through the editor's runner beside the same tool runs from a plain
-//      shell script.
+//      shell script;
+//   6. exporting a 10-minute and a 1-hour track as WAV and as MP3 the same way,
+//      and the longest interface-thread stall during the 1-hour exports.
 // Run it with `make bench`.
 
 #include "app/AppDelegate.h"
 #include "app/PlanRunner.h"
 #include "document/Document.h"
+#include "document/ExportPlans.h"
 #include "document/Waveform.h"
 #include "edit/EditPlans.h"
 #include "effects/EffectPlans.h"
@@ -106,25 +109,8 @@ double timeStartUp(const QString& self, const QString& home) {
     return ms;
 }
 
-double longestStallDuringToolRun(double seconds) {
-    PlanRunner runner({QStandardPaths::findExecutable("sox"), QStandardPaths::findExecutable("ffmpeg")});
-    QElapsedTimer sinceTick;
-    qint64 longest = 0;
-    QTimer timer;
-    timer.setInterval(10);
-    QObject::connect(&timer, &QTimer::timeout, [&] {
-        longest = std::max(longest, sinceTick.nsecsElapsed());
-        sinceTick.restart();
-    });
-    QEventLoop loop;
-    runner.submit(
-        {{step::Run{Tool::FFmpeg,
-                    {"-re", "-f", "lavfi", "-i", QString("anullsrc=d=%1").arg(seconds), "-f", "null", "-"}}}},
-        nullptr, [&](const PlanOutcome&) { loop.quit(); });
-    sinceTick.start();
-    timer.start();
-    loop.exec();
-    return longest / 1e6;
+ToolPaths foundTools() {
+    return {QStandardPaths::findExecutable("sox"), QStandardPaths::findExecutable("ffmpeg")};
 }
 
 // The plan as a shell script: the same deletions and tool runs, in order.
@@ -148,20 +134,89 @@ QString shellScript(const Plan& plan, const ToolPaths& tools) {
     return script;
 }
 
-double timeThroughRunner(PlanRunner& runner, const Plan& plan) {
+// Wall time of a plan through the runner; with `longestStallMs`, also the
+// longest gap between two ticks of a 10 ms timer on this (the interface) thread.
+double timeThroughRunner(PlanRunner& runner, const Plan& plan, double* longestStallMs = nullptr) {
     QEventLoop loop;
-    QElapsedTimer clock;
+    QElapsedTimer clock, sinceTick;
+    qint64 longest = 0;
+    QTimer timer;
+    timer.setInterval(10);
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        longest = std::max(longest, sinceTick.nsecsElapsed());
+        sinceTick.restart();
+    });
     clock.start();
     runner.submit(plan, nullptr, [&](const PlanOutcome&) { loop.quit(); });
+    if (longestStallMs) {
+        sinceTick.start();
+        timer.start();
+    }
     loop.exec();
+    if (longestStallMs)
+        *longestStallMs = longest / 1e6;
     return clock.nsecsElapsed() / 1e6;
 }
 
+double longestStallDuringToolRun(double seconds) {
+    PlanRunner runner(foundTools());
+    double stall = 0;
+    timeThroughRunner(
+        runner,
+        {{step::Run{Tool::FFmpeg,
+                    {"-re", "-f", "lavfi", "-i", QString("anullsrc=d=%1").arg(seconds), "-f", "null", "-"}}}},
+        &stall);
+    return stall;
+}
+
+struct SideBySide {
+    double editor, shell, longestStallMs;
+};
+
+// Runs a plan `rounds` times through the runner and as a shell script,
+// alternating which goes first, each after the disk has been written back.
+SideBySide sideBySide(PlanRunner& runner, const Plan& plan, const QString& folder, int rounds) {
+    const QString script = folder + "/plan.sh";
+    QFile file(script);
+    file.open(QIODevice::WriteOnly);
+    file.write(shellScript(plan, runner.tools()).toUtf8());
+    file.close();
+    std::vector<double> editor, shell;
+    double stall = 0;
+    auto throughEditor = [&] {
+        double s = 0;
+        editor.push_back(timeThroughRunner(runner, plan, &s));
+        stall = std::max(stall, s);
+    };
+    for (int i = 0; i < rounds; ++i) {
+        timeCommand("sync", {});
+        if (i % 2 == 0)
+            shell.push_back(timeCommand("sh", {script}));
+        else
+            throughEditor();
+        timeCommand("sync", {});
+        if (i % 2 == 0)
+            throughEditor();
+        else
+            shell.push_back(timeCommand("sh", {script}));
+    }
+    return {median(editor), median(shell), stall};
+}
+
+void printSideBySide(const char* name, const SideBySide& r) {
+    std::printf("  %-26s editor %8.1f ms   shell %8.1f ms   ratio %.3f (target <= 1.05)\n", name, r.editor,
+                r.shell, r.editor / r.shell);
+    std::fflush(stdout);
+}
+
+void makeSine(const QString& path, int seconds) {
+    timeCommand("sox", {"-D", "-n", "-r", "44100", "-c", "2", "-b", "16", path, "synth",
+                        QString::number(seconds), "sine", "440", "vol", "0.5"});
+}
+
 void compareEditsWithAShell(const QString& folder) {
-    const ToolPaths tools{QStandardPaths::findExecutable("sox"), QStandardPaths::findExecutable("ffmpeg")};
     const QString track = folder + "/ten-minutes.wav", clip = folder + "/clip.wav";
-    timeCommand("sox", {"-D", "-n", "-r", "44100", "-c", "2", "-b", "16", track, "synth", "600", "sine",
-                        "440", "vol", "0.5"});
+    makeSine(track, 600);
     timeCommand("sox", {"-D", "-n", "-r", "44100", "-c", "2", "-b", "16", clip, "synth", "10", "sine", "880",
                         "vol", "0.5"});
     const EditState state{folder, track, clip, calculateSegmentVariables({600, 40, 60, 300, 600}),
@@ -175,33 +230,41 @@ void compareEditsWithAShell(const QString& folder) {
         {"echo on the selection",
          buildEffectSelectionPlan(state, names, {{}, {"echo", "0.80", "0.90", "1000.00", "0.50"}})},
     };
-    PlanRunner runner(tools);
+    PlanRunner runner(foundTools());
     std::printf(
         "\nEdits of a 10-minute stereo WAV: the editor's runner beside a shell script (median of 6)\n");
-    for (const auto& [name, edit] : edits) {
-        const QString script = folder + "/edit.sh";
-        QFile file(script);
-        file.open(QIODevice::WriteOnly);
-        file.write(shellScript(edit.plan, tools).toUtf8());
-        file.close();
-        // Each contender starts with the disk written back and goes first every other time.
-        std::vector<double> editor, shell;
-        for (int i = 0; i < 6; ++i) {
-            timeCommand("sync", {});
-            if (i % 2 == 0)
-                shell.push_back(timeCommand("sh", {script}));
-            else
-                editor.push_back(timeThroughRunner(runner, edit.plan));
-            timeCommand("sync", {});
-            if (i % 2 == 0)
-                editor.push_back(timeThroughRunner(runner, edit.plan));
-            else
-                shell.push_back(timeCommand("sh", {script}));
-        }
-        const double e = median(editor), sh = median(shell);
-        std::printf("  %-26s editor %7.1f ms   shell %7.1f ms   ratio %.3f (target <= 1.05)\n", name, e, sh,
-                    e / sh);
+    for (const auto& [name, edit] : edits)
+        printSideBySide(name, sideBySide(runner, edit.plan, folder, 6));
+}
+
+// The export as the export dialog submits it: default settings, the
+// destination watched for the progress shown meanwhile.
+Plan exportPlan(const QString& wav, const QString& destination) {
+    const QStringList arguments = *exporting::exportArguments(wav, {}, destination);
+    return exporting::buildExportPlan(destination, arguments,
+                                      exporting::expectedBytes(destination, arguments, audioSeconds(wav)));
+}
+
+void compareExportsWithAShell(const QString& folder, const QString& hour) {
+    const QString ten = folder + "/ten-minutes.wav";
+    PlanRunner runner(foundTools());
+    std::printf(
+        "\nExports at the default settings (44100 Hz, stereo, 40k): the editor's runner beside the same "
+        "ffmpeg run from a shell script\n");
+    double hourStall = 0;
+    for (const auto& [name, wav, rounds] :
+         {std::tuple{"10 minutes as WAV", ten, 6}, std::tuple{"10 minutes as MP3", ten, 4},
+          std::tuple{"1 hour as WAV", hour, 2}, std::tuple{"1 hour as MP3", hour, 2}}) {
+        const QString suffix = QString(name).endsWith("WAV") ? "wav" : "mp3";
+        const SideBySide r =
+            sideBySide(runner, exportPlan(wav, folder + "/exported." + suffix), folder, rounds);
+        printSideBySide(name, r);
+        if (wav == hour)
+            hourStall = std::max(hourStall, r.longestStallMs);
     }
+    std::printf("  longest interface-thread stall during the 1-hour exports: %.1f ms (timer interval 10 ms; "
+                "target < 50 ms)\n",
+                hourStall);
 }
 } // namespace
 
@@ -217,8 +280,7 @@ int main(int argc, char** argv) {
     const QString hour = dir.filePath("one-hour.wav");
     std::printf("Making a 1-hour 44.1 kHz stereo 16-bit WAV…\n");
     std::fflush(stdout);
-    timeCommand("sox", {"-D", "-n", "-r", "44100", "-c", "2", "-b", "16", hour, "synth", "3600", "sine",
-                        "440", "vol", "0.5"});
+    makeSine(hour, 3600);
     timeCommand("cat", {hour}); // warm the page cache for every contender alike
 
     std::vector<double> points, sox, cat;
@@ -257,5 +319,6 @@ int main(int argc, char** argv) {
     std::fflush(stdout);
 
     compareEditsWithAShell(dir.path());
+    compareExportsWithAShell(dir.path(), hour);
     return 0;
 }

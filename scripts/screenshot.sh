@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
 # Takes a screenshot of the real editor under Xvfb with a track loaded:
-#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record]
+#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence]
 # The last argument, run beside an audio server (scripts/with-audio-server.sh),
 # takes the picture 2.5 s into playback from the clicked position, or into a
-# recording of a tone played into the server.
+# recording of a tone played into the server. "export" takes the export dialog
+# (File ▸ Export…), "split" the tools menu open at its splits, "split-silence"
+# the split-on-silence dialog.
 # After zooming, the waveform is scrolled right by SCROLL_STEPS wheel steps
 # and the play position set by a click a third of the way along the window. Without a file, a speech recording is put together from
 # alsa-utils' samples.
@@ -55,6 +57,31 @@ record)
     sleep 0.5
     xdotool key r
     sleep 2.5
+    ;;
+export)
+    xdotool key ctrl+s
+    window=$(timeout 10 xdotool search --sync --name '^Export Audio$' | head -1)
+    sleep 0.5
+    ;;
+split | split-silence)
+    # The toolbar's tools button, then the menu's "Split into Parts" (the
+    # window stands at the screen's corner, the menu opens at the pointer).
+    xdotool mousemove 503 37 click 1
+    sleep 0.5
+    xdotool mousemove 560 113
+    sleep 0.4
+    xdotool mousemove 760 113
+    sleep 0.6
+    if [ "$transport" = split ]; then
+        import -window root -crop 900x330+0+0 "$output"
+        echo "$output"
+        exit 0
+    fi
+    xdotool mousemove 760 157 # the submenu's third item
+    sleep 0.4
+    xdotool click 1
+    window=$(timeout 10 xdotool search --sync --name '^Split on Silence$' | head -1)
+    sleep 0.5
     ;;
 esac
 import -window "$window" "$output"

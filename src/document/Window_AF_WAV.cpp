@@ -36,6 +36,13 @@ Window_AF_WAV::Window_AF_WAV(AppDelegate& app, QWidget* parent) : QDialog(parent
     comboChannels = addList("comboChannels", tr("Channels:"));
     comboBitrate = addList("comboBitrate", tr("Bit rate (M4A, MP3):"));
 
+    auto* hint =
+        new QLabel(tr("The file name's extension chooses the encoder: .wav, .m4a, .mp3, or another\n"
+                      "that ffmpeg writes, such as .flac or .ogg. WAV and FLAC ignore the bit rate."),
+                   this);
+    hint->setEnabled(false); // drawn in the muted colour of secondary text
+    layout->addWidget(hint);
+
     labelProgress = new QLabel(this);
     labelProgress->setObjectName(QStringLiteral("labelProgress"));
     layout->addWidget(labelProgress);

@@ -219,6 +219,14 @@ private slots:
                     QString("piece %1: %2 s, phrase %3 s").arg(i + 1).arg(length).arg(m_phraseLengths[i])));
         }
         QVERIFY(historyOf(d) == before);
+
+        // Again, with the pieces' windows still open: they are reloaded, none is added.
+        const int windows = int(m_app->documents().size());
+        QSignalSpy refreshed(pieces[2], &Document::loaded);
+        answerSilenceDialog("0.1");
+        QVERIFY(split(d, [&] { d->OnPopupSplitOnSilence(); }).isEmpty());
+        QVERIFY(refreshed.size() > 0 || refreshed.wait(10000));
+        QCOMPARE(int(m_app->documents().size()), windows);
         bool ranSox = false;
         for (const ToolRun& run : m_app->runner().runs())
             ranSox |=
@@ -281,6 +289,20 @@ private slots:
         QVERIFY(dialog.bOK);
         QCOMPARE(dialog.f_Minimum, 0.05f);
         QCOMPARE(dialog.f_Threshold, qint64(7));
+    }
+
+    void soxAcceptsBothEndsOfTheThresholdSlider() {
+        Window_Split_Silence dialog;
+        const QString copy = m_root.filePath("ends/speech.wav");
+        QDir().mkpath(m_root.filePath("ends"));
+        QFile::copy(m_speech, copy);
+        for (const int threshold : {dialog.sliderThreshold->minimum(), dialog.sliderThreshold->maximum()}) {
+            QString output;
+            const int code =
+                fixtures::run("sox", splitting::silenceArguments(copy, {0.5f, 2.0f, threshold}), &output);
+            QVERIFY2(code == 0 && !output.contains("FAIL"), qPrintable(output));
+        }
+        QCOMPARE(dialog.sliderThreshold->value(), 1);
     }
 
     void cancellingTheSilenceDialogRunsNothing() {
