@@ -170,11 +170,13 @@ double longestStallDuringToolRun(double seconds) {
 }
 
 struct SideBySide {
-    double editor, shell, longestStallMs;
+    double editor, shell;
 };
 
 // Runs a plan `rounds` times through the runner and as a shell script,
 // alternating which goes first, each after the disk has been written back.
+// Nothing else ticks on the interface thread meanwhile, as in the editor: a
+// 10 ms timer there was seen to slow a 3-second ffmpeg run by a tenth.
 SideBySide sideBySide(PlanRunner& runner, const Plan& plan, const QString& folder, int rounds) {
     const QString script = folder + "/plan.sh";
     QFile file(script);
@@ -182,25 +184,19 @@ SideBySide sideBySide(PlanRunner& runner, const Plan& plan, const QString& folde
     file.write(shellScript(plan, runner.tools()).toUtf8());
     file.close();
     std::vector<double> editor, shell;
-    double stall = 0;
-    auto throughEditor = [&] {
-        double s = 0;
-        editor.push_back(timeThroughRunner(runner, plan, &s));
-        stall = std::max(stall, s);
-    };
     for (int i = 0; i < rounds; ++i) {
         timeCommand("sync", {});
         if (i % 2 == 0)
             shell.push_back(timeCommand("sh", {script}));
         else
-            throughEditor();
+            editor.push_back(timeThroughRunner(runner, plan));
         timeCommand("sync", {});
         if (i % 2 == 0)
-            throughEditor();
+            editor.push_back(timeThroughRunner(runner, plan));
         else
             shell.push_back(timeCommand("sh", {script}));
     }
-    return {median(editor), median(shell), stall};
+    return {median(editor), median(shell)};
 }
 
 void printSideBySide(const char* name, const SideBySide& r) {
@@ -252,22 +248,23 @@ void compareExportsWithAShell(const QString& folder, const QString& hour) {
     PlanRunner runner(foundTools());
     std::printf(
         "\nExports at the default settings (44100 Hz, stereo, 40k): the editor's runner beside the same "
-        "ffmpeg run from a shell script\n");
-    double hourStall = 0;
+        "ffmpeg run from a shell script (median of 7 for 10 minutes, of 3 for 1 hour)\n");
     for (const auto& [name, wav, rounds] :
-         {std::tuple{"10 minutes as WAV", ten, 6}, std::tuple{"10 minutes as MP3", ten, 6},
-          std::tuple{"1 hour as WAV", hour, 2}, std::tuple{"1 hour as MP3", hour, 2}}) {
+         {std::tuple{"10 minutes as WAV", ten, 7}, std::tuple{"10 minutes as MP3", ten, 7},
+          std::tuple{"1 hour as WAV", hour, 3}, std::tuple{"1 hour as MP3", hour, 3}}) {
         const QString suffix = QString(name).endsWith("WAV") ? "wav" : "mp3";
-        const SideBySide r =
-            sideBySide(runner, exportPlan(wav, folder + "/exported." + suffix), folder, rounds);
-        printSideBySide(name, r);
-        if (wav == hour)
-            hourStall = std::max(hourStall, r.longestStallMs);
+        printSideBySide(name,
+                        sideBySide(runner, exportPlan(wav, folder + "/exported." + suffix), folder, rounds));
     }
-    std::printf("  longest interface-thread stall during the 1-hour exports: %.1f ms (timer interval 10 ms; "
-                "target < 50 ms)\n",
-                hourStall);
+    // The stall on its own run, the longest of them.
+    double stall = 0;
+    timeThroughRunner(runner, exportPlan(hour, folder + "/exported.mp3"), &stall);
+    std::printf(
+        "  longest interface-thread stall during the 1-hour MP3 export: %.1f ms (timer interval 10 ms; "
+        "target < 50 ms)\n",
+        stall);
 }
+
 } // namespace
 
 int main(int argc, char** argv) {
