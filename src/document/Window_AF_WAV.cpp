@@ -137,13 +137,13 @@ void Window_AF_WAV::startExport(const QString& destination, const QStringList& a
 }
 
 void Window_AF_WAV::finishExport(const QString& destination, const ToolRun& run) {
-    // The success alert is only shown for a file that is there and holds
-    // something; a failed run is told as such, in ffmpeg's own words.
+    // Rather than after every run, the success alert is only shown for a file
+    // that is there and holds something; a failed run is told as such, in
+    // ffmpeg's own words, and neither a cut-off file nor an empty one is left
+    // behind to pass for an export.
     const exporting::Verdict verdict = exporting::judge(destination, run);
-    // Neither a cut-off file nor an empty one is left to pass for an export.
-    if (verdict.kind != exporting::Verdict::Saved)
-        QFile::remove(destination);
     if (verdict.kind != exporting::Verdict::Saved) {
+        QFile::remove(destination);
         showErrorAlert(this, verdict.message);
         emit exportEnded(destination, false);
         return;
