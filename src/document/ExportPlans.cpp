@@ -70,24 +70,15 @@ std::optional<QStringList> exportArguments(const QString& wav, const Choice& cho
                        destination};
 }
 
-namespace {
-// The value that follows `option` in an argument list.
-QString valueOf(const QStringList& arguments, const QString& option) {
-    const qsizetype at = arguments.indexOf(option);
-    return at >= 0 && at + 1 < arguments.size() ? arguments[at + 1] : QString();
-}
-} // namespace
-
-std::optional<qint64> expectedBytes(const QString& destination, const QStringList& arguments,
-                                    double seconds) {
+std::optional<qint64> expectedBytes(const QString& destination, const Choice& choice, double seconds) {
     const QString extension = QFileInfo(destination).suffix().toLower();
     if (extension == QStringLiteral("wav")) {
         // 16-bit samples behind a header of a few dozen bytes.
-        const qint64 frames = qint64(seconds * valueOf(arguments, "-ar").toDouble());
-        return 44 + frames * valueOf(arguments, "-ac").toInt() * 2;
+        const qint64 frames = qint64(seconds * sampleRates().value(choice.sampleRate).toDouble());
+        return 44 + frames * (choice.channels + 1) * 2;
     }
     if (extension == QStringLiteral("m4a") || extension == QStringLiteral("mp3")) {
-        QString rate = valueOf(arguments, "-ab");
+        QString rate = bitRateArgument(choice.bitRate).value_or(QString());
         rate.chop(1); // "40k"
         return qint64(seconds * rate.toDouble() * 1000 / 8);
     }

@@ -47,7 +47,7 @@ std::optional<QStringList> exportArguments(const QString& wav, const Choice& cho
 
 // How large the exported file should end up, for a progress estimate: exact
 // for WAV, from the bit rate for M4A and MP3, nothing for other extensions.
-std::optional<qint64> expectedBytes(const QString& destination, const QStringList& arguments, double seconds);
+std::optional<qint64> expectedBytes(const QString& destination, const Choice& choice, double seconds);
 
 // Deletes whatever is at the destination, then runs ffmpeg with `arguments`.
 Plan buildExportPlan(const QString& destination, const QStringList& arguments,

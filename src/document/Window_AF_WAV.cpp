@@ -121,19 +121,18 @@ void Window_AF_WAV::OnUserOK() {
         exporting::exportArguments(s_WAV_File_Path, chosen, destination);
     if (!arguments)
         return;
-    startExport(destination, *arguments);
+    startExport(destination,
+                exporting::buildExportPlan(
+                    destination, *arguments,
+                    exporting::expectedBytes(destination, chosen, audioSeconds(s_WAV_File_Path))));
 }
 
-void Window_AF_WAV::startExport(const QString& destination, const QStringList& arguments) {
+void Window_AF_WAV::startExport(const QString& destination, const Plan& plan) {
     setExporting(true);
-    const double seconds = audioSeconds(s_WAV_File_Path);
-    m_app.runner().submit(
-        exporting::buildExportPlan(destination, arguments,
-                                   exporting::expectedBytes(destination, arguments, seconds)),
-        this, [this, destination](const PlanOutcome& outcome) {
-            setExporting(false);
-            finishExport(destination, outcome.runs.isEmpty() ? ToolRun{} : outcome.runs.last());
-        });
+    m_app.runner().submit(plan, this, [this, destination](const PlanOutcome& outcome) {
+        setExporting(false);
+        finishExport(destination, outcome.runs.isEmpty() ? ToolRun{} : outcome.runs.last());
+    });
 }
 
 void Window_AF_WAV::finishExport(const QString& destination, const ToolRun& run) {

@@ -44,7 +44,7 @@ signals:
 private:
     void windowDidLoad();
     QString askDestination(int format);
-    void startExport(const QString& destination, const QStringList& arguments);
+    void startExport(const QString& destination, const Plan& plan);
     void finishExport(const QString& destination, const ToolRun& run);
     void setExporting(bool exporting);
 

@@ -97,20 +97,11 @@ protected:
                            QString* proposed = nullptr) {
         choose(w, s);
         QSignalSpy ended(w, &Window_AF_WAV::exportEnded);
-        gui::whenModal<QFileDialog>([destination, proposed](QFileDialog* dialog) {
-            if (proposed)
-                *proposed = dialog->selectedFiles().value(0);
-            if (destination.isEmpty()) {
-                dialog->reject();
-                return;
-            }
-            dialog->setDirectory(QFileInfo(destination).absolutePath());
-            auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-            name->setText(QFileInfo(destination).fileName());
-            static_cast<QDialog*>(dialog)->done(QDialog::Accepted);
-        });
+        const auto saveDialog = gui::answerFileDialog(destination);
         alert = gui::answerAlert(press);
         QTest::mouseClick(w->btnExport, Qt::LeftButton);
+        if (proposed)
+            *proposed = saveDialog->proposed;
         if (destination.isEmpty()) {
             alert->stop = true;
             return true;

@@ -102,9 +102,9 @@ private slots:
     }
 
     void theExpectedSizeComesFromTheFormat() {
-        const QStringList wav = *exportArguments("/a.wav", {0, 4, 0, 3}, "/o/x.WAV"); // 22050 Hz mono
+        const Choice wav{0, 4, 0, 3}; // 22050 Hz mono
         QCOMPARE(*expectedBytes("/o/x.WAV", wav, 10.0), qint64(44 + 220500 * 2));
-        const QStringList mp3 = *exportArguments("/a.wav", {2, 6, 1, 10}, "/o/x.mp3"); // passes 160k
+        const Choice mp3{2, 6, 1, 10}; // the item "128k" passes 160k
         QCOMPARE(*expectedBytes("/o/x.mp3", mp3, 60.0), qint64(160000 / 8 * 60));
         QCOMPARE(*expectedBytes("/o/x.m4a", mp3, 1.0), qint64(20000));
         QVERIFY(!expectedBytes("/o/x.flac", mp3, 60.0));

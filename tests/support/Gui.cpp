@@ -44,6 +44,7 @@ std::shared_ptr<FileDialogSeen> answerFileDialog(const QString& path) {
         seen->title = dialog->windowTitle();
         seen->nameFilters = dialog->nameFilters();
         seen->fileMode = dialog->fileMode();
+        seen->proposed = dialog->selectedFiles().value(0);
         if (path.isEmpty()) {
             dialog->reject();
             return;

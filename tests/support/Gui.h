@@ -39,6 +39,7 @@ struct FileDialogSeen {
     QString title;
     QStringList nameFilters;
     int fileMode = -1;
+    QString proposed; // the file the dialog had chosen before it was answered
 };
 // Answers the next modal file dialog: selects `path`, or cancels when empty.
 std::shared_ptr<FileDialogSeen> answerFileDialog(const QString& path);
