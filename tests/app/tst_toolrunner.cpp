@@ -10,6 +10,7 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
+#include <sys/resource.h>
 
 namespace {
 ToolPaths realTools() {
@@ -71,6 +72,29 @@ private slots:
         const ToolRun run = runTool(QStandardPaths::findExecutable("true"), {});
         QVERIFY(run.output.isEmpty());
         QCOMPARE(run.exitCode, 0);
+    }
+
+    void aTickIsCalledWhileAChildRunsEvenOneThatClosedItsOutput() {
+        // The child prints once, closes its output and sleeps on: the runner
+        // keeps ticking until it ends, without spinning meanwhile.
+        rusage before{}, after{};
+        getrusage(RUSAGE_SELF, &before);
+        int ticks = 0;
+        QElapsedTimer clock;
+        clock.start();
+        const ToolRun run = runTool(
+            "/bin/sh", {"-c", "echo early; exec >&- 2>&-; sleep 1.2"}, [&] { ++ticks; }, 100);
+        const qint64 elapsed = clock.elapsed();
+        getrusage(RUSAGE_SELF, &after);
+        const double cpu = (after.ru_utime.tv_sec - before.ru_utime.tv_sec) +
+                           (after.ru_utime.tv_usec - before.ru_utime.tv_usec) / 1e6 +
+                           (after.ru_stime.tv_sec - before.ru_stime.tv_sec) +
+                           (after.ru_stime.tv_usec - before.ru_stime.tv_usec) / 1e6;
+        QCOMPARE(run.output, QString("early\n"));
+        QCOMPARE(run.exitCode, 0);
+        QVERIFY2(elapsed >= 1100, qPrintable(QString::number(elapsed)));
+        QVERIFY2(ticks >= 4, qPrintable(QString::number(ticks)));
+        QVERIFY2(cpu < 0.5, qPrintable(QString("%1 s of processor time while waiting").arg(cpu)));
     }
 
     void aMissingProgramGivesEmptyOutput() {
