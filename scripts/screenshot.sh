@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # Takes a screenshot of the real editor under Xvfb with a track loaded:
-#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence]
+#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel]
 # The last argument, run beside an audio server (scripts/with-audio-server.sh),
 # takes the picture 2.5 s into playback from the clicked position, or into a
 # recording of a tone played into the server. "export" takes the export dialog
 # (File ▸ Export…), "split" the tools menu open at its splits, "split-silence"
-# the split-on-silence dialog.
+# the split-on-silence dialog, "cancel" the status bar while a delete runs
+# (give it a long file, an hour or so).
 # After zooming, the waveform is scrolled right by SCROLL_STEPS wheel steps
 # and the play position set by a click a third of the way along the window. Without a file, a speech recording is put together from
 # alsa-utils' samples.
@@ -57,6 +58,10 @@ record)
     sleep 0.5
     xdotool key r
     sleep 2.5
+    ;;
+cancel)
+    xdotool key Delete
+    sleep 1.5
     ;;
 export)
     xdotool key ctrl+s

@@ -2,6 +2,7 @@
 
 #include "app/Alerts.h"
 #include "app/Names.h"
+#include "app/SingleInstance.h"
 #include "app/ToolLog.h"
 #include "app/WorkFolder.h"
 #include "document/Document.h"
@@ -74,9 +75,28 @@ std::optional<int> AppDelegate::applicationDidFinishLaunching() {
     QApplication::setApplicationDisplayName(s_Title_Bar_Text);
 
     s_Output_Folder = workFolderPath();
-    if (!ensureWorkFolder(s_Output_Folder)) {
-        showErrorAlert(nullptr, QStringLiteral("Error #0001. Application will exit."));
+    const auto cannotStart = [](const QString& why) {
+        showErrorAlert(nullptr, QStringLiteral("Error #0001. Application will exit.\n\n") + why);
         return 0;
+    };
+    if (const QString why = prepareWorkFolder(s_Output_Folder); !why.isEmpty())
+        return cannotStart(why);
+    // An editor already running on this folder opens the window instead, and
+    // its files stay untouched.
+    m_instance = std::make_unique<SingleInstance>(s_Output_Folder);
+    switch (m_instance->start()) {
+    case SingleInstance::Role::Forwarded:
+        return 0;
+    case SingleInstance::Role::Failed:
+        return cannotStart(m_instance->error());
+    case SingleInstance::Role::First:
+        connect(m_instance.get(), &SingleInstance::newWindowRequested, this, [this] {
+            if (Document* document = newDocument()) {
+                document->raise();
+                document->activateWindow();
+            }
+        });
+        break;
     }
     RemoveAllContentInFolder(s_Output_Folder);
 
@@ -108,7 +128,7 @@ std::optional<int> AppDelegate::applicationDidFinishLaunching() {
 }
 
 void AppDelegate::RemoveAllContentInFolder(const QString& path) {
-    for (const QString& failure : removeAllContentInFolder(path))
+    for (const QString& failure : removeAllContentInFolder(path, {workFolderLockName()}))
         qWarning("oops: %s", qPrintable(failure));
 }
 

@@ -14,6 +14,7 @@ class Document;
 class QAction;
 class QMainWindow;
 class QMenu;
+class SingleInstance;
 
 // The one object all document windows share: it starts the application,
 // owns the work folder, the tool runner and the state documents read, and
@@ -28,7 +29,8 @@ public:
     // Returns an exit status when the application must end instead of running.
     std::optional<int> applicationDidFinishLaunching();
 
-    // Deletes everything inside the folder; what cannot be deleted is logged.
+    // Deletes everything inside the folder but the running editor's lock; what
+    // cannot be deleted is logged.
     static void RemoveAllContentInFolder(const QString& path);
 
     PlanRunner& runner() { return *m_runner; }
@@ -109,6 +111,7 @@ private:
     QAction* makeAction(const QString& text, QKeySequence::StandardKey key = QKeySequence::UnknownKey);
     void openHelpPage(const QString& page);
 
+    std::unique_ptr<SingleInstance> m_instance;
     std::unique_ptr<PlanRunner> m_runner;
     QList<QPointer<Document>> m_documents;
 };

@@ -3,9 +3,12 @@
 #include "Duration.h"
 #include "ToolPaths.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <algorithm>
+#include <sndfile.h>
 
 namespace {
 template <class... Ts> struct Overloaded : Ts... { using Ts::operator()...; };
@@ -36,47 +39,151 @@ int progressPercent(qint64 writtenBytes, qint64 expectedBytes) {
     return int(std::clamp<qint64>(writtenBytes * 100 / expectedBytes, 0, 99));
 }
 
-PlanOutcome executePlan(const Plan& plan, const ToolPaths& tools, const PlanProgress& progress) {
+namespace {
+bool looksLikePath(const QString& text) {
+    return text.startsWith(u'/');
+}
+
+// Files named stem + digits + ".wav" beside the stem.
+QStringList numberedFiles(const QString& stem) {
+    const QFileInfo info(stem);
+    const QRegularExpression numbered(QRegularExpression::anchoredPattern(
+        QRegularExpression::escape(info.fileName()) + QStringLiteral("[0-9]+\\.wav")));
+    QStringList found;
+    for (const QString& name : QDir(info.path()).entryList(QDir::Files))
+        if (numbered.match(name).hasMatch())
+            found << info.dir().filePath(name);
+    return found;
+}
+} // namespace
+
+NewFiles filesNotYetThere(const Plan& plan) {
+    QStringList named;
+    NewFiles files;
+    for (const Step& s : plan.steps) {
+        std::visit(Overloaded{[&](const step::DeleteFile& d) { named << d.path; },
+                              [&](const step::Run& r) {
+                                  for (const QString& argument : r.arguments)
+                                      if (looksLikePath(argument))
+                                          named << argument;
+                                  if (r.tool == Tool::Sox && r.arguments.contains(QStringLiteral("newfile")))
+                                      for (const QString& argument : r.arguments)
+                                          if (looksLikePath(argument) &&
+                                              argument.endsWith(QStringLiteral(".wav")) &&
+                                              !QFileInfo::exists(argument))
+                                              files.numberedStems << argument.chopped(4);
+                              },
+                              [&](const step::RequireFile& r) { named << r.path; },
+                              [&](const step::RequireAudio& r) { named << r.path; },
+                              [](const step::ProbeDuration&) {}},
+                   s);
+    }
+    named.removeDuplicates();
+    for (const QString& path : std::as_const(named))
+        if (!QFileInfo::exists(path))
+            files.paths << path;
+    for (const QString& stem : std::as_const(files.numberedStems))
+        files.numberedExisting << numberedFiles(stem);
+    return files;
+}
+
+void deleteWrittenFiles(const NewFiles& files) {
+    for (const QString& path : files.paths)
+        QFile::remove(path);
+    for (const QString& stem : files.numberedStems)
+        for (const QString& path : numberedFiles(stem))
+            if (!files.numberedExisting.contains(path))
+                QFile::remove(path);
+}
+
+bool isReadableAudio(const QString& path, bool needFrames) {
+    SF_INFO info{};
+    SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
+    if (!file)
+        return false;
+    sf_close(file);
+    return !needFrames || info.frames > 0;
+}
+
+QString unusableAudioMessage(const QString& operation, const ToolRun* lastRun) {
+    QString text = QStringLiteral("%1 produced no usable audio.").arg(operation);
+    if (lastRun) {
+        if (const QString line = lastOutputLine(lastRun->output); !line.isEmpty())
+            text += QStringLiteral("\n\n%1 said: “%2”").arg(QFileInfo(lastRun->program).fileName(), line);
+    }
+    return text;
+}
+
+PlanOutcome executePlan(const Plan& plan, const ToolPaths& tools, const PlanProgress& progress,
+                        const std::atomic<bool>* cancel, std::atomic<qint64>* processId) {
     PlanOutcome outcome;
+    const NewFiles newFiles = filesNotYetThere(plan);
+    bool takeBack = false; // the plan's own files go when it ends this way
     const int count = int(plannedRuns(plan).size());
+    // Runs one tool; false when it did not end normally, which ends the plan.
     auto run = [&](Tool tool, const QStringList& arguments, const QString& growing = {},
-                   qint64 expected = 0) -> const ToolRun& {
+                   qint64 expected = 0) -> bool {
         const int index = int(outcome.runs.size());
         if (progress)
             progress(index, count, toolName(tool), -1);
-        std::function<void()> tick;
+        RunControl control;
         if (progress && expected > 0)
-            tick = [&] {
+            control.tick = [&] {
                 progress(index, count, toolName(tool), progressPercent(QFileInfo(growing).size(), expected));
             };
-        outcome.runs.append(runTool(tool == Tool::Sox ? tools.sox : tools.ffmpeg, arguments, tick));
-        return outcome.runs.last();
+        control.cancel = cancel;
+        control.processId = processId;
+        control.preload = tools.signalGuard;
+        outcome.runs.append(runTool(tool == Tool::Sox ? tools.sox : tools.ffmpeg, arguments, control));
+        const ToolRun& last = outcome.runs.last();
+        if (last.end == RunEnd::Exited)
+            return true;
+        outcome.ok = false;
+        takeBack = true;
+        outcome.cancelled = last.end == RunEnd::Cancelled;
+        outcome.alert = outcome.cancelled ? QString() : abnormalEndMessage(last);
+        return false;
+    };
+    auto fail = [&](const QString& alert) {
+        outcome.ok = false;
+        outcome.alert = alert;
+        return false;
     };
     for (const Step& s : plan.steps) {
-        const bool carryOn =
-            std::visit(Overloaded{[&](const step::DeleteFile& d) {
-                                      QFile::remove(d.path);
-                                      return true;
-                                  },
-                                  [&](const step::Run& r) {
-                                      run(r.tool, r.arguments, r.growingFile, r.expectedBytes);
-                                      return true;
-                                  },
-                                  [&](const step::RequireFile& r) {
-                                      if (QFileInfo::exists(r.path))
-                                          return true;
-                                      outcome.ok = false;
-                                      outcome.alert = r.alert;
-                                      return false;
-                                  },
-                                  [&](const step::ProbeDuration& p) {
-                                      outcome.seconds = secondsFromProbeOutput(
-                                          run(Tool::FFmpeg, probeArguments(p.path)).output);
-                                      return true;
-                                  }},
-                       s);
+        if (cancel && cancel->load()) { // cancelled between two runs
+            outcome.ok = false;
+            outcome.cancelled = takeBack = true;
+            break;
+        }
+        const bool carryOn = std::visit(
+            Overloaded{
+                [&](const step::DeleteFile& d) {
+                    QFile::remove(d.path);
+                    return true;
+                },
+                [&](const step::Run& r) { return run(r.tool, r.arguments, r.growingFile, r.expectedBytes); },
+                [&](const step::RequireFile& r) { return QFileInfo::exists(r.path) || fail(r.alert); },
+                [&](const step::RequireAudio& r) {
+                    if (isReadableAudio(r.path, !r.mayBeEmpty))
+                        return true;
+                    takeBack = true;
+                    return fail(unusableAudioMessage(
+                        r.operation, outcome.runs.isEmpty() ? nullptr : &outcome.runs.last()));
+                },
+                [&](const step::ProbeDuration& p) {
+                    if (!run(Tool::FFmpeg, probeArguments(p.path)))
+                        return false;
+                    outcome.seconds = secondsFromProbeOutput(outcome.runs.last().output);
+                    return true;
+                }},
+            s);
         if (!carryOn)
             break;
     }
+    // A plan that ended abnormally or found no usable audio takes back what it
+    // wrote. A missing file (RequireFile) is judged as before: the parts made so
+    // far stay, as every edit's own rules say.
+    if (takeBack)
+        deleteWrittenFiles(newFiles);
     return outcome;
 }

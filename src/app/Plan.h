@@ -5,6 +5,7 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <atomic>
 #include <functional>
 #include <optional>
 #include <variant>
@@ -33,9 +34,19 @@ struct RequireFile { // end the plan with an alert unless the file exists
 struct ProbeDuration { // ffmpeg "-i" path; the parsed whole seconds go into the outcome
     QString path;
 };
+// End the plan with an alert unless the file is audio a WAV reader can open: a
+// tool may leave an empty file or a stub behind and still exit normally.
+struct RequireAudio {
+    QString path;
+    QString operation; // named in the alert: "Delete", "The echo effect", "Opening “a.mp3”"
+    // A track of no length is audio where an edit makes one (deleting
+    // everything); a file that was opened must hold at least one frame.
+    bool mayBeEmpty = true;
+};
 } // namespace step
 
-using Step = std::variant<step::DeleteFile, step::Run, step::RequireFile, step::ProbeDuration>;
+using Step =
+    std::variant<step::DeleteFile, step::Run, step::RequireFile, step::ProbeDuration, step::RequireAudio>;
 
 struct Plan {
     std::vector<Step> steps;
@@ -43,7 +54,8 @@ struct Plan {
 
 struct PlanOutcome {
     bool ok = true;
-    QString alert;                 // set when a RequireFile step failed
+    bool cancelled = false;        // the user cancelled: no alert, the plan's files are gone
+    QString alert;                 // why the plan failed, for the user; empty when cancelled
     std::optional<qint64> seconds; // the last probed duration
     QList<ToolRun> runs;           // every tool run the plan made, in order
 };
@@ -66,7 +78,31 @@ struct ToolPaths;
 // with the share of it written so far (0 to 99).
 using PlanProgress = std::function<void(int index, int count, const QString& tool, int percent)>;
 
+// The alert of a result that is not usable audio, quoting what the tool said last.
+QString unusableAudioMessage(const QString& operation, const ToolRun* lastRun);
+
+// Whether libsndfile can open the file as audio (a header it understands),
+// and with `needFrames`, whether it holds at least one frame.
+bool isReadableAudio(const QString& path, bool needFrames = false);
+
 // The share of `expectedBytes` that `writtenBytes` is, held below 100 while the
 // run goes on (the estimate may fall short); -1 when nothing is expected.
 int progressPercent(qint64 writtenBytes, qint64 expectedBytes);
-PlanOutcome executePlan(const Plan& plan, const ToolPaths& tools, const PlanProgress& progress = {});
+// A run that does not end normally (a crash, a kill, a failed start, or a cancel
+// through `cancel`) ends the plan: what it wrote is deleted and the outcome
+// says what happened. So does a RequireAudio step that finds no usable audio.
+// `processId` holds the running child's id while there is one.
+PlanOutcome executePlan(const Plan& plan, const ToolPaths& tools, const PlanProgress& progress = {},
+                        const std::atomic<bool>* cancel = nullptr, std::atomic<qint64>* processId = nullptr);
+
+// The files a plan may write that do not exist yet: every path it names that
+// is missing now, and for a sox run that splits with "newfile", the numbered
+// names sox would make from its output's name. What of these exists after a
+// failed run was written by the plan.
+struct NewFiles {
+    QStringList paths;
+    QStringList numberedStems;    // sox writes stem + "001" + ".wav", ...
+    QStringList numberedExisting; // such numbered files that were there before
+};
+NewFiles filesNotYetThere(const Plan& plan);
+void deleteWrittenFiles(const NewFiles& files);

@@ -26,16 +26,19 @@ void PlanRunner::startNext() {
         return;
     }
     m_running = true;
+    m_cancel = false;
     const Plan plan = m_queue.front().plan;
     const ToolPaths tools = m_tools;
     QMetaObject::invokeMethod(m_worker, [this, plan, tools] {
-        const PlanOutcome outcome =
-            executePlan(plan, tools, [this](int index, int count, const QString& tool, int percent) {
+        const PlanOutcome outcome = executePlan(
+            plan, tools,
+            [this](int index, int count, const QString& tool, int percent) {
                 QString text = tr("Running %1 (step %2 of %3)…").arg(tool).arg(index + 1).arg(count);
                 if (percent >= 0)
                     text += tr(" %1 %").arg(percent);
                 QMetaObject::invokeMethod(this, [this, text] { emit progress(text); });
-            });
+            },
+            &m_cancel, &m_processId);
         QMetaObject::invokeMethod(this, [this, outcome] { finish(outcome); });
     });
 }
@@ -48,10 +51,20 @@ void PlanRunner::finish(const PlanOutcome& outcome) {
     Job job = std::move(m_queue.front());
     m_queue.pop_front();
     m_running = false;
+    emit progress(outcome.cancelled ? tr("Cancelled") : QString());
     if (job.done && (!job.hasReceiver || job.receiver))
         job.done(outcome);
     if (!m_running)
         startNext();
+}
+
+void PlanRunner::cancel() {
+    if (m_running)
+        m_cancel = true;
+}
+
+QObject* PlanRunner::currentReceiver() const {
+    return m_running && !m_queue.empty() ? m_queue.front().receiver.data() : nullptr;
 }
 
 void PlanRunner::setBusy(bool busy) {

@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QThread>
+#include <atomic>
 #include <deque>
 #include <functional>
 
@@ -26,6 +27,14 @@ public:
     void submit(Plan plan, QObject* receiver, Completion done);
 
     bool isBusy() const { return m_busy; }
+    // Stops the running plan: its child is killed, its remaining steps are
+    // skipped and what it wrote is deleted; its completion sees `cancelled`.
+    // Plans queued behind it still run.
+    void cancel();
+    // The window whose plan runs now, if it is still there.
+    QObject* currentReceiver() const;
+    // The process id of the tool running now; 0 between runs.
+    qint64 runningProcessId() const { return m_processId.load(); }
     const ToolPaths& tools() const { return m_tools; }
     // Every run of this session, oldest first.
     const QList<ToolRun>& runs() const { return m_runs; }
@@ -34,7 +43,8 @@ signals:
     void busyChanged(bool busy);
     // Before each tool run: "Running ffmpeg (step 2 of 3)…"; during a run that
     // writes an expected amount, a few times a second with the share written:
-    // "Running ffmpeg (step 1 of 1)… 42 %".
+    // "Running ffmpeg (step 1 of 1)… 42 %". When a plan ends: "Cancelled" if
+    // it was cancelled, else an empty text.
     void progress(const QString& text);
     void runFinished(const ToolRun& run);
 
@@ -56,4 +66,6 @@ private:
     bool m_running = false;
     bool m_busy = false;
     QList<ToolRun> m_runs;
+    std::atomic<bool> m_cancel = false;
+    std::atomic<qint64> m_processId = 0;
 };

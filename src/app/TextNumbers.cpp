@@ -99,9 +99,11 @@ float floatValue(QStringView text) {
             qint64 exponent = 0;
             for (; exponentAt < text.size() && isDigit(text[exponentAt]); ++exponentAt) {
                 number += char(text[exponentAt].unicode());
-                // Far beyond any double's range already; saturating keeps the
-                // estimate from overflowing.
-                exponent = qMin<qint64>(exponent * 10 + (text[exponentAt].unicode() - u'0'), 1000000);
+                // Far beyond any double's range, and beyond any count of
+                // digits a text can hold; saturating keeps the estimate from
+                // overflowing.
+                exponent =
+                    qMin<qint64>(exponent * 10 + (text[exponentAt].unicode() - u'0'), 1'000'000'000'000);
             }
             magnitude += exponentNegative ? -exponent : exponent;
         }

@@ -22,7 +22,18 @@ QString locateTool(const QString& name, const QString& applicationDir) {
 }
 
 ToolPaths locateTools(const QString& applicationDir) {
-    return {locateTool("sox", applicationDir), locateTool("ffmpeg", applicationDir)};
+    return {locateTool("sox", applicationDir), locateTool("ffmpeg", applicationDir),
+            locateToolSignals(applicationDir)};
+}
+
+QString locateToolSignals(const QString& applicationDir) {
+    const QString name = QStringLiteral("libtanselo-tool-signals.so");
+    const QDir dir(applicationDir);
+    for (const QString& candidate : {dir.filePath(name), dir.filePath("../libexec/tanselo/" + name),
+                                     QStringLiteral(TANSELO_BUILD_TOOL_SIGNALS)})
+        if (QFileInfo(candidate).isFile())
+            return QFileInfo(candidate).absoluteFilePath();
+    return {};
 }
 
 QString missingToolMessage(const QString& toolName) {

@@ -1,11 +1,12 @@
 #include "ToolRunner.h"
 
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
+#include <algorithm>
 
-ToolRun runTool(const QString& program, const QStringList& arguments, const std::function<void()>& tick,
-                int tickMs) {
+ToolRun runTool(const QString& program, const QStringList& arguments, const RunControl& control) {
     ToolRun run;
     run.program = program;
     run.arguments = arguments;
@@ -19,31 +20,86 @@ ToolRun runTool(const QString& program, const QStringList& arguments, const std:
     process.setProcessChannelMode(QProcess::MergedChannels);
     // ffmpeg asks before overwriting and would otherwise wait for an answer forever.
     process.setStandardInputFile(QProcess::nullDevice());
+    if (!control.preload.isEmpty()) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("LD_PRELOAD"), control.preload);
+        process.setProcessEnvironment(environment);
+    }
     process.start(QIODevice::ReadOnly);
 
+    const auto cancelled = [&] { return control.cancel && control.cancel->load(); };
     QByteArray bytes;
-    if (process.waitForStarted(-1)) {
-        // Without a tick the wait is unbounded; with one it wakes often enough
-        // to call it, whether or not the child prints anything.
+    if (!process.waitForStarted(-1)) {
+        run.end = RunEnd::NotStarted;
+        run.startError = process.errorString();
+    } else {
+        if (control.processId)
+            control.processId->store(process.processId());
+        // Without a tick or a way to cancel the wait is unbounded; otherwise it
+        // wakes often enough to tick and to see a cancel within a few
+        // hundredths of a second, whether or not the child prints anything.
+        const int wakeMs = control.cancel ? std::min(control.tickMs, 20) : control.tick ? control.tickMs : -1;
         QElapsedTimer sinceTick;
         sinceTick.start();
         for (;;) {
-            if (process.waitForReadyRead(tick ? tickMs : -1))
+            if (cancelled()) {
+                process.kill();
+                run.end = RunEnd::Cancelled;
+                break;
+            }
+            if (process.waitForReadyRead(wakeMs))
                 bytes += process.readAll();
             else if (process.state() == QProcess::NotRunning)
                 break;
-            if (tick && sinceTick.elapsed() >= tickMs) {
-                tick();
+            if (control.tick && sinceTick.elapsed() >= control.tickMs) {
+                control.tick();
                 sinceTick.restart();
             }
         }
         process.waitForFinished(-1);
         bytes += process.readAll();
+        if (control.processId)
+            control.processId->store(0);
+        if (run.end != RunEnd::Cancelled && process.exitStatus() == QProcess::CrashExit) {
+            run.end = RunEnd::Crashed;
+            run.signal = process.exitCode(); // on a crash, QProcess keeps the signal's number here
+        }
         run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     }
     run.output = QString::fromUtf8(bytes);
     run.milliseconds = clock.elapsed();
     return run;
+}
+
+QString abnormalEndMessage(const ToolRun& run) {
+    const QString tool = QFileInfo(run.program).fileName();
+    switch (run.end) {
+    case RunEnd::Exited:
+        return {};
+    case RunEnd::Crashed:
+        return QStringLiteral("%1 was stopped by signal %2 before it finished.").arg(tool).arg(run.signal);
+    case RunEnd::NotStarted:
+        return QStringLiteral("%1 could not be started: %2.").arg(tool, run.startError);
+    case RunEnd::Cancelled:
+        return QStringLiteral("%1 was stopped because you cancelled.").arg(tool);
+    }
+    return {};
+}
+
+QStringList outputLines(const QString& output) {
+    // Split by hand: a regular expression refuses text that is not valid
+    // UTF-16, which a tool's bytes may well decode to.
+    QString text = output;
+    text.replace(u'\r', u'\n');
+    return text.split(u'\n', Qt::SkipEmptyParts);
+}
+
+QString lastOutputLine(const QString& output) {
+    const QStringList lines = outputLines(output);
+    for (auto line = lines.crbegin(); line != lines.crend(); ++line)
+        if (const QString text = line->trimmed(); !text.isEmpty())
+            return text;
+    return {};
 }
 
 namespace {

@@ -4,7 +4,12 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLocale>
 #include <QStandardPaths>
+#include <QStorageInfo>
+#include <QTemporaryFile>
+#include <algorithm>
+#include <filesystem>
 
 QString workFolderPath() {
     const QStringList documents = QStandardPaths::standardLocations(QStandardPaths::DocumentsLocation);
@@ -13,23 +18,73 @@ QString workFolderPath() {
     return QDir::cleanPath(base + QStringLiteral("/Tanselo/"));
 }
 
-bool ensureWorkFolder(const QString& path) {
-    // Only existence counts: a plain file of that name passes as well.
-    return QFileInfo::exists(path) || QDir().mkpath(path);
+QString prepareWorkFolder(const QString& path) {
+    const QFileInfo info(path);
+    if (info.exists() || info.isSymLink()) {
+        if (!info.isDir())
+            return QStringLiteral("%1 is a file, not a folder.").arg(path);
+    } else {
+        std::error_code error;
+        std::filesystem::create_directories(QFile::encodeName(path).toStdString(), error);
+        if (error)
+            return QStringLiteral("%1 could not be made: %2.")
+                .arg(path, QString::fromLocal8Bit(error.message().c_str()));
+    }
+    QTemporaryFile probe(path + QStringLiteral("/.write-test-XXXXXX"));
+    if (!probe.open())
+        return QStringLiteral("%1 cannot be written: %2.").arg(path, probe.errorString());
+    return {};
 }
 
-QStringList removeAllContentInFolder(const QString& path) {
+QString workFolderLockName() {
+    return QStringLiteral(".tanselo.lock");
+}
+
+QStringList removeAllContentInFolder(const QString& path, const QStringList& keep) {
     QStringList failures;
     const QDir folder(path);
     const auto entries =
         folder.entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     for (const QFileInfo& entry : entries) {
+        if (keep.contains(entry.fileName()))
+            continue;
         const bool removed = entry.isDir() && !entry.isSymLink() ? QDir(entry.filePath()).removeRecursively()
                                                                  : QFile::remove(entry.filePath());
         if (!removed)
             failures.append(QStringLiteral("could not delete %1").arg(entry.filePath()));
     }
     return failures;
+}
+
+qint64 requiredFreeBytes(qint64 trackBytes) {
+    return 3 * std::max<qint64>(trackBytes, 0) + 50LL * 1000 * 1000;
+}
+
+QString notEnoughRoomMessage(const QString& folder, qint64 trackBytes, qint64 freeBytes) {
+    const QLocale locale = QLocale::system();
+    const auto size = [&](qint64 bytes) {
+        return locale.formattedDataSize(bytes, 0, QLocale::DataSizeSIFormat);
+    };
+    return QStringLiteral("There is not enough free space in the work folder %1. This operation needs %2 "
+                          "free (three times the track and 50 MB more); %3 are free. Make room there, then "
+                          "try again.")
+        .arg(folder, size(requiredFreeBytes(trackBytes)), size(std::max<qint64>(freeBytes, 0)));
+}
+
+QString roomToWorkProblem(const QString& folder, qint64 trackBytes) {
+    // Every operation writes new files beside the track: a folder that takes
+    // none, or a disk about to fill, would leave a cut-off version behind.
+    {
+        QTemporaryFile probe(folder + QStringLiteral("/.write-test-XXXXXX"));
+        if (!probe.open())
+            return QStringLiteral("The work folder %1 cannot be written: %2.")
+                .arg(folder, probe.errorString());
+    }
+    const QStorageInfo storage(folder);
+    const qint64 available = storage.isValid() ? storage.bytesAvailable() : -1;
+    if (available >= 0 && available < requiredFreeBytes(trackBytes))
+        return notEnoughRoomMessage(folder, trackBytes, available);
+    return {};
 }
 
 Plan buildSilenceTrackPlan(const QString& path) {

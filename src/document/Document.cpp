@@ -5,6 +5,7 @@
 #include "app/Duration.h"
 #include "app/Icons.h"
 #include "app/Names.h"
+#include "app/WorkFolder.h"
 #include "document/FileSize.h"
 #include "document/ImportPlans.h"
 #include "document/Waveform.h"
@@ -22,7 +23,9 @@
 #include <QFileInfo>
 #include <QFutureWatcher>
 #include <QLabel>
+#include <QPushButton>
 #include <QScrollArea>
+#include <QShortcut>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
@@ -117,10 +120,25 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
     statusBar()->addPermanentWidget(labelSize);
     app.installMenus(this);
 
+    // Any run can be stopped: the status bar's Cancel while one runs, or Escape
+    // in the window whose operation it is.
     PlanRunner& runner = app.runner();
+    btnCancel = new QPushButton(tr("Cancel"));
+    btnCancel->setToolTip(tr("Stop the running operation and keep the track as it was"));
+    statusBar()->addPermanentWidget(btnCancel);
+    connect(btnCancel, &QPushButton::clicked, &runner, &PlanRunner::cancel);
+    auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    connect(escape, &QShortcut::activated, this, [this] {
+        if (m_app.runner().currentReceiver() == this)
+            m_app.runner().cancel();
+    });
     connect(&runner, &PlanRunner::busyChanged, this, [this](bool busy) { setEditingEnabled(!busy); });
-    connect(&runner, &PlanRunner::progress, this,
-            [this](const QString& text) { statusBar()->showMessage(text); });
+    connect(&runner, &PlanRunner::progress, this, [this](const QString& text) {
+        if (text.isEmpty())
+            statusBar()->clearMessage();
+        else
+            statusBar()->showMessage(text, text == tr("Cancelled") ? 5000 : 0);
+    });
     setEditingEnabled(!runner.isBusy());
 
     QTimer::singleShot(100, this, &Document::TimerHandleStartupRoutine);
@@ -180,8 +198,7 @@ QToolBar* Document::buildToolBar() {
 void Document::setEditingEnabled(bool enabled) {
     m_toolBar->setEnabled(enabled);
     scrollviewAudioPlot->setEnabled(enabled);
-    if (enabled)
-        statusBar()->clearMessage();
+    btnCancel->setVisible(!enabled);
 }
 
 void Document::TimerHandleStartupRoutine() {
@@ -218,6 +235,13 @@ void Document::TimerOpenFilePanelRoutine() {
 }
 
 void Document::OnToolbarOpen() {
+    // Opening here starts a fresh history and deletes the old one's files: a
+    // history of several versions is the user's work, so ask first.
+    const qsizetype versions = history.array_WAV_Files.size();
+    if (versions > 1 &&
+        showAlert(this, tr("Open a file in this window? Its %1 versions will be deleted.").arg(versions), {},
+                  {tr("Open…"), tr("Cancel")}) != 0)
+        return;
     Open_And_Select_An_Audio_File();
 }
 
@@ -229,15 +253,23 @@ void Document::Open_And_Select_An_Audio_File() {
         importFile(path);
 }
 
+bool Document::haveRoomToWork() {
+    const QString problem = roomToWorkProblem(m_app.s_Output_Folder, QFileInfo(s_WAV_File_Path).size());
+    if (problem.isEmpty())
+        return true;
+    showErrorAlert(this, problem);
+    return false;
+}
+
 void Document::importFile(const QString& path) {
+    if (!haveRoomToWork())
+        return;
     const QFileInfo source(path);
     const qint64 size = source.size();
     const ResultNames names = importNames(m_app.s_Output_Folder, history.array_WAV_Files);
     m_app.runner().submit(buildImportPlan(path, names.path()), this, [=, this](const PlanOutcome& outcome) {
-        if (!outcome.ok) {
-            showErrorAlert(this, outcome.alert);
+        if (failed(outcome))
             return;
-        }
         s_File_URL = QStringLiteral("file://") + path;
         s_File_Path = path;
         s_File_Extension = source.suffix();
@@ -302,6 +334,14 @@ void Document::finishLoading(qint64 seconds, bool showFile) {
     labelSize->setText(s_File_Size);
     labelSize->setVisible(!s_File_Size.isEmpty());
     emit loaded();
+}
+
+bool Document::failed(const PlanOutcome& outcome) {
+    if (outcome.ok)
+        return false;
+    if (!outcome.cancelled) // a cancel is told in the status bar alone
+        showErrorAlert(this, outcome.alert);
+    return true;
 }
 
 void Document::setLoadedButtons() {

@@ -16,6 +16,7 @@ class AppDelegate;
 class QAction;
 class QLabel;
 class QMenu;
+class QPushButton;
 class QScrollArea;
 class QTimer;
 class QToolBar;
@@ -194,6 +195,7 @@ public:
     QLabel* labelSource; // the name of the file that was opened
     QLabel* labelDuration;
     QLabel* labelSize;
+    QPushButton* btnCancel; // shown while a run goes on
 
 signals:
     void loaded();                                   // a load or reload has finished
@@ -214,6 +216,11 @@ private:
     void closeEvent(QCloseEvent* event) override;
     void setEditingEnabled(bool enabled);
     void setLoadedButtons();
+    // Before a plan that writes audio: false, with the alert shown, when the
+    // work folder takes no file or lacks the room the operation needs.
+    bool haveRoomToWork();
+    // Shows why a plan failed, unless the user cancelled it; true when it failed.
+    bool failed(const PlanOutcome& outcome);
     void importFile(const QString& path);
     void finishLoading(qint64 seconds, bool showFile = true);
     void takeDuration(qint64 seconds);

@@ -40,8 +40,12 @@ void Document::OnPopupSplitOnSilence() {
     if (!dialog.bOK)
         return;
     const QString wav = s_WAV_File_Path;
+    if (!haveRoomToWork())
+        return;
     m_app.runner().submit(splitting::buildSplitOnSilencePlan(wav, dialog.settings()), this,
-                          [this, wav](const PlanOutcome&) {
+                          [this, wav](const PlanOutcome& outcome) {
+                              if (failed(outcome))
+                                  return;
                               // What sox wrote is found by name; no piece, nothing more happens.
                               const QStringList pieces = splitting::findSilencePieces(
                                   wav, [](const QString& path) { return QFileInfo::exists(path); });
@@ -51,10 +55,14 @@ void Document::OnPopupSplitOnSilence() {
 }
 
 void Document::runSplit(const splitting::SplitPlan& split) {
+    if (!haveRoomToWork())
+        return;
     // The pieces open whether or not the runs made them, as the tools' runs
-    // are not judged.
-    m_app.runner().submit(split.plan, this,
-                          [this, pieces = split.pieces](const PlanOutcome&) { handOverPieces(pieces); });
+    // are not judged; only a run that was killed, crashed or cancelled stops them.
+    m_app.runner().submit(split.plan, this, [this, pieces = split.pieces](const PlanOutcome& outcome) {
+        if (!failed(outcome))
+            handOverPieces(pieces);
+    });
 }
 
 void Document::handOverPieces(const QStringList& pieces) {

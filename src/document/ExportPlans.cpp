@@ -116,9 +116,9 @@ QString failureReason(const QString& output) {
     // ffmpeg ends a failed run with "Conversion failed!" after the line that
     // says why; statistics lines and the indented stream descriptions say nothing.
     static const QRegularExpression noise(QStringLiteral("^(Conversion failed!|size=|video:|Press \\[q\\])"));
-    const QStringList lines = output.split(QRegularExpression(QStringLiteral("[\r\n]")), Qt::SkipEmptyParts);
+    const QStringList lines = outputLines(output);
     for (auto line = lines.crbegin(); line != lines.crend(); ++line) {
-        if (line->startsWith(u' ') || noise.match(*line).hasMatch())
+        if (line->startsWith(u' ') || line->trimmed().isEmpty() || noise.match(*line).hasMatch())
             continue;
         return line->trimmed();
     }
@@ -128,6 +128,22 @@ QString failureReason(const QString& output) {
 Verdict judge(const QString& destination, const ToolRun& run) {
     const QFileInfo written(destination);
     const QString reason = failureReason(run.output);
+    auto incomplete = [&](const QString& why) {
+        return Verdict{Verdict::Incomplete,
+                       QStringLiteral("The export to \"%1\" stopped before the end (%2). The incomplete file "
+                                      "has been removed; the track in this window is unchanged.")
+                           .arg(destination, why)};
+    };
+    // A killed ffmpeg's file is gone with the rest of its plan; it is told as
+    // the export that stopped, with the signal that stopped it.
+    if (run.end == RunEnd::Crashed) {
+        QString why = abnormalEndMessage(run);
+        why.chop(1); // the sentence's full stop
+        return incomplete(why);
+    }
+    if (run.end == RunEnd::NotStarted)
+        return {Verdict::NoFile, QStringLiteral("The export produced no file at \"%1\": %2")
+                                     .arg(destination, abnormalEndMessage(run))};
     if (!written.exists() || written.size() == 0) {
         QString message = QStringLiteral("The export produced no file at \"%1\".").arg(destination);
         if (run.exitCode != 0 && !reason.isEmpty())
@@ -138,10 +154,7 @@ Verdict judge(const QString& destination, const ToolRun& run) {
         const QString why = run.exitCode < 0   ? QStringLiteral("ffmpeg was stopped before it finished")
                             : reason.isEmpty() ? QStringLiteral("ffmpeg reported an error")
                                                : QStringLiteral("ffmpeg said: %1").arg(reason);
-        return {Verdict::Incomplete,
-                QStringLiteral("The export to \"%1\" stopped before the end (%2). The incomplete file has "
-                               "been removed; the track in this window is unchanged.")
-                    .arg(destination, why)};
+        return incomplete(why);
     }
     return {};
 }

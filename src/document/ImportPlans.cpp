@@ -6,8 +6,11 @@
 
 Plan buildImportPlan(const QString& source, const QString& result) {
     // ffmpeg is never told to overwrite, so whatever holds the name goes first.
-    return {{step::DeleteFile{result}, step::Run{Tool::FFmpeg, importArguments(source, result)},
-             step::RequireFile{result, unreadableFileMessage(source)}, step::ProbeDuration{result}}};
+    return {
+        {step::DeleteFile{result}, step::Run{Tool::FFmpeg, importArguments(source, result)},
+         step::RequireFile{result, unreadableFileMessage(source)},
+         step::RequireAudio{result, QStringLiteral("Opening “%1”").arg(QFileInfo(source).fileName()), false},
+         step::ProbeDuration{result}}};
 }
 
 Plan buildProbePlan(const QString& path) {

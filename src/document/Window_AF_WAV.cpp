@@ -131,6 +131,10 @@ void Window_AF_WAV::startExport(const QString& destination, const Plan& plan) {
     setExporting(true);
     m_app.runner().submit(plan, this, [this, destination](const PlanOutcome& outcome) {
         setExporting(false);
+        if (outcome.cancelled) { // what ffmpeg had written is gone with the cancel
+            emit exportEnded(destination, false);
+            return;
+        }
         finishExport(destination, outcome.runs.isEmpty() ? ToolRun{} : outcome.runs.last());
     });
 }
@@ -173,8 +177,12 @@ void Window_AF_WAV::OnUserCancel() {
 }
 
 void Window_AF_WAV::reject() {
-    // While ffmpeg writes, the dialog waits for it: its alert still has to come.
-    if (m_exporting)
+    // While ffmpeg writes, the dialog stays: Escape then cancels the export,
+    // as it cancels any run in the window that started it, and the dialog
+    // stays open for another try.
+    if (m_exporting) {
+        m_app.runner().cancel();
         return;
+    }
     OnUserCancel();
 }

@@ -74,11 +74,11 @@ EditState Document::editState(bool withSegments) {
 }
 
 void Document::runEdit(const EditPlan& edit) {
+    if (!haveRoomToWork())
+        return;
     m_app.runner().submit(edit.plan, this, [this, edit](const PlanOutcome& outcome) {
-        if (!outcome.ok) {
-            showErrorAlert(this, outcome.alert);
+        if (failed(outcome))
             return;
-        }
         if (!edit.clipboard.isEmpty()) {
             m_app.s_Copied_WAV_File = edit.clipboard;
             emit copied();

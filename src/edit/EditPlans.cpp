@@ -11,7 +11,8 @@ using namespace step;
 
 // Collects the steps of one edit.
 struct Builder {
-    EditPlan edit;
+    QString operation; // named when the result is not usable audio
+    EditPlan edit = {};
     void remove(const QString& path) { edit.plan.steps.push_back(DeleteFile{path}); }
     void ffmpeg(const QStringList& arguments) { edit.plan.steps.push_back(Run{Tool::FFmpeg, arguments}); }
     void sox(const QStringList& arguments) { edit.plan.steps.push_back(Run{Tool::Sox, arguments}); }
@@ -23,6 +24,7 @@ struct Builder {
     }
     void adopt(const QString& result) {
         edit.result = result;
+        edit.plan.steps.push_back(RequireAudio{result, operation});
         edit.plan.steps.push_back(ProbeDuration{result});
     }
 };
@@ -67,7 +69,7 @@ QString parametersNotAcceptedMessage() {
 }
 
 EditPlan buildCopyPlan(const EditState& s, const ResultNames& names, bool deleteOldClip) {
-    Builder b;
+    Builder b{QStringLiteral("Copy")};
     copyInto(b, s, names.path(), deleteOldClip);
     return b.edit;
 }
@@ -75,20 +77,20 @@ EditPlan buildCopyPlan(const EditState& s, const ResultNames& names, bool delete
 EditPlan buildCutPlan(const EditState& s, const ResultNames& names, bool deleteOldClip) {
     // The clip and the result share one name, so the clipboard ends up naming
     // the remainder: kept as it is.
-    Builder b;
+    Builder b{QStringLiteral("Cut")};
     copyInto(b, s, names.path(), deleteOldClip);
     removeSelection(b, s, names);
     return b.edit;
 }
 
 EditPlan buildDeletePlan(const EditState& s, const ResultNames& names) {
-    Builder b;
+    Builder b{QStringLiteral("Delete")};
     removeSelection(b, s, names);
     return b.edit;
 }
 
 EditPlan buildPastePlan(const EditState& s, const ResultNames& names, PastePlace place) {
-    Builder b;
+    Builder b{QStringLiteral("Paste")};
     const QString before = names.path("Before"), after = names.path("After");
     switch (place) {
     case PastePlace::Start: // named "Before" although no before-part exists, as it always was
@@ -115,7 +117,7 @@ EditPlan buildPastePlan(const EditState& s, const ResultNames& names, PastePlace
 }
 
 EditPlan buildPasteMixPlan(const EditState& s, const ResultNames& names, PastePlace place) {
-    Builder b;
+    Builder b{QStringLiteral("Mixing the copied audio in")};
     const QString result = names.path();
     b.remove(result);
     QString second = s.clip;
@@ -135,7 +137,7 @@ EditPlan buildPasteMixPlan(const EditState& s, const ResultNames& names, PastePl
 
 EditPlan buildSilenceInsertPlan(const EditState& s, const ResultNames& names, SilencePlace place,
                                 quint64 milliseconds) {
-    Builder b;
+    Builder b{QStringLiteral("Inserting silence")};
     const QString silence = names.path("Silence");
     b.remove(silence);
     b.ffmpeg(silenceArguments(timeString(float(milliseconds) / 1000.0f), silence));
@@ -163,7 +165,7 @@ EditPlan buildSilenceSelectionPlan(const EditState& s, const ResultNames& names)
     const float start = s.f_Selection_Start * s.f_Audio_Length / 100.0f;
     const float end = s.f_Selection_End * s.f_Audio_Length / 100.0f;
     const std::uint64_t milliseconds = truncateToUnsigned((end - start) * 1000.0f);
-    Builder b;
+    Builder b{QStringLiteral("Silencing the selection")};
     const QString silence = names.path("Silence");
     b.remove(silence);
     b.ffmpeg(silenceArguments(timeString(float(milliseconds) / 1000.0f), silence));
@@ -183,7 +185,7 @@ EditPlan buildSilenceTrimPlan(const EditState& s, const ResultNames& names, quin
         effect = {"silence", "1", d, "1%", "reverse"};
     else if (mode == 3)
         effect = {"silence", "1", d, "1%", "-1", d, "1%"};
-    Builder b;
+    Builder b{QStringLiteral("Trimming silence")};
     const QString result = names.path();
     b.remove(result);
     b.sox(QStringList{s.track, result} + effect);

@@ -323,6 +323,7 @@ EditPlan buildNoiseReductionPlan(const EditState& s, const ResultNames& names, f
         step::RequireFile{result,
                           QStringLiteral("The noise could not be removed. Select a stretch that holds "
                                          "noise only, then try again.")},
+        step::RequireAudio{result, QStringLiteral("The noise reduction")},
         step::ProbeDuration{result},
     };
     edit.result = result;

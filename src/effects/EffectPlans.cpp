@@ -8,12 +8,21 @@ QStringList soxArguments(const EffectArguments& e, const QString& input, const Q
 }
 } // namespace
 
+QString effectOperationName(const EffectArguments& arguments) {
+    QString name = arguments.effect.value(0);
+    if (name.isEmpty()) // the global options alone: a gain
+        name = arguments.global.join(u' ').contains(QStringLiteral("--norm")) ? QStringLiteral("normalize")
+                                                                              : QStringLiteral("amplify");
+    return QStringLiteral("The %1 effect").arg(name);
+}
+
 EditPlan buildEffectPlan(const EditState& s, const ResultNames& names, const EffectArguments& arguments) {
     const QString result = names.path();
     EditPlan edit;
     edit.plan.steps = {
         step::DeleteFile{result}, step::Run{Tool::Sox, soxArguments(arguments, s.track, result)},
-        step::RequireFile{result, parametersNotAcceptedMessage()}, step::ProbeDuration{result}};
+        step::RequireFile{result, parametersNotAcceptedMessage()},
+        step::RequireAudio{result, effectOperationName(arguments)}, step::ProbeDuration{result}};
     edit.result = result;
     return edit;
 }
@@ -39,6 +48,7 @@ EditPlan buildEffectSelectionPlan(const EditState& s, const ResultNames& names,
         step::RequireFile{processed, parametersNotAcceptedMessage()},
         step::DeleteFile{result},
         step::Run{Tool::FFmpeg, joinArguments({before, processed, after}, result)},
+        step::RequireAudio{result, effectOperationName(arguments)},
         step::ProbeDuration{result},
     };
     edit.result = result;

@@ -10,6 +10,9 @@ struct EffectArguments {
     QStringList effect;
 };
 
+// How an effect is named to the user: "The echo effect".
+QString effectOperationName(const EffectArguments& arguments);
+
 // The whole track: sox from the current version into the result, which is
 // adopted if sox wrote it and refused with the parameters alert otherwise.
 EditPlan buildEffectPlan(const EditState& s, const ResultNames& names, const EffectArguments& arguments);

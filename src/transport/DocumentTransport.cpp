@@ -254,6 +254,14 @@ void Document::endRecording() {
     soundRecorder->stop();
     m_RecordStatus = StatusIdle;
     ez_Microphone->stopFetchingAudio();
+    if (!isReadableAudio(s_Sound_File_Source)) {
+        // Nothing a reader can open was written: the track stays as it was.
+        viewAudioPlot->b_Recording = false;
+        viewAudioPlot->update();
+        applyButtons(buttonsAfter(TransportStep::StopRecording));
+        showErrorAlert(this, unusableAudioMessage(tr("The recording"), nullptr));
+        return;
+    }
 
     s_File_Path = s_WAV_File_Path = s_Sound_File_Source;
     const QFileInfo take(s_File_Path);

@@ -1,6 +1,7 @@
 #include "app/PlanRunner.h"
 #include "support/Fixtures.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRegularExpression>
@@ -9,10 +10,30 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <csignal>
 
 namespace {
 ToolPaths realTools() {
     return {QStandardPaths::findExecutable("sox"), QStandardPaths::findExecutable("ffmpeg")};
+}
+
+// A stand-in tool named `name` in its own folder, running a shell script.
+QString standIn(const QString& folder, const QString& name, const QByteArray& script) {
+    QDir().mkpath(folder);
+    const QString path = folder + "/" + name;
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return {};
+    file.write("#!/bin/sh\n" + script);
+    file.close();
+    file.setPermissions(file.permissions() | QFileDevice::ExeOwner);
+    return path;
+}
+
+void writeFile(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
 }
 
 QString readAll(const QString& path) {
@@ -88,9 +109,10 @@ private slots:
         QCOMPARE(busy[0][0].toBool(), true);
         QCOMPARE(busy[1][0].toBool(), false);
         QVERIFY(!runner.isBusy());
-        QCOMPARE(progress.size(), 2);
+        QCOMPARE(progress.size(), 3);
         QCOMPARE(progress[0][0].toString(), QString("Running sox (step 1 of 2)…"));
         QCOMPARE(progress[1][0].toString(), QString("Running ffmpeg (step 2 of 2)…"));
+        QCOMPARE(progress[2][0].toString(), QString()); // the plan's end clears the text
     }
 
     void aRunWithAnExpectedOutputTellsTheShareWrittenWhileItGoes() {
@@ -143,6 +165,159 @@ private slots:
         QTRY_VERIFY(!runner.isBusy());
         QVERIFY(!called);
         QCOMPARE(runner.runs().size(), 1);
+    }
+
+    void aKilledToolEndsThePlanAndTakesBackWhatItWrote_data() {
+        QTest::addColumn<int>("signal");
+        QTest::newRow("SIGKILL") << SIGKILL;
+        QTest::newRow("SIGTERM") << SIGTERM;
+    }
+    void aKilledToolEndsThePlanAndTakesBackWhatItWrote() {
+        QFETCH(int, signal);
+        // The stand-in sox writes half a result, says so and works on; its
+        // process is found by its id and killed, as a crash or the OOM killer would.
+        const QString folder = m_dir.filePath(QString("killed-%1").arg(signal));
+        const QString sox =
+            standIn(folder + "/bin", "sox", "echo half > \"$2\"; echo working; exec sleep 30\n");
+        const QString input = folder + "/input.wav", result = folder + "/result.wav",
+                      earlier = folder + "/earlier.wav";
+        writeFile(input, "the track");
+        writeFile(earlier, "made before the plan");
+        PlanRunner runner({sox, sox});
+        std::optional<PlanOutcome> outcome;
+        runner.submit({{step::DeleteFile{earlier}, step::Run{Tool::Sox, {input, result}},
+                        step::RequireFile{result, "no result"}, step::ProbeDuration{result}}},
+                      nullptr, [&](const PlanOutcome& o) { outcome = o; });
+        QTRY_VERIFY(runner.runningProcessId() != 0 && QFile::exists(result));
+        QCOMPARE(::kill(pid_t(runner.runningProcessId()), signal), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(outcome.has_value(), 10000);
+        QVERIFY(!outcome->ok);
+        QVERIFY(!outcome->cancelled);
+        QCOMPARE(outcome->alert, QString("sox was stopped by signal %1 before it finished.").arg(signal));
+        QCOMPARE(outcome->runs.size(), 1); // nothing ran after it
+        QCOMPARE(outcome->runs[0].end, RunEnd::Crashed);
+        QCOMPARE(outcome->runs[0].signal, signal);
+        QVERIFY(!QFile::exists(result)); // written by the plan: taken back
+        QCOMPARE(readAll(input), QString("the track"));
+        QVERIFY(!QFile::exists(earlier)); // deleted on purpose before the run, as planned
+        QCOMPARE(runner.runningProcessId(), 0);
+    }
+
+    void aToolThatCannotStartEndsThePlan() {
+        const QString missing = m_dir.filePath("no-such-dir/ffmpeg");
+        PlanRunner runner({missing, missing});
+        std::optional<PlanOutcome> outcome;
+        const QString out = m_dir.filePath("never.wav");
+        runner.submit({{step::Run{Tool::FFmpeg, {"-i", "x", out}}, step::ProbeDuration{out}}}, nullptr,
+                      [&](const PlanOutcome& o) { outcome = o; });
+        QTRY_VERIFY(outcome.has_value());
+        QVERIFY(!outcome->ok);
+        QVERIFY2(outcome->alert.startsWith("ffmpeg could not be started: "), qPrintable(outcome->alert));
+        QCOMPARE(outcome->runs.size(), 1);
+        QCOMPARE(outcome->runs[0].end, RunEnd::NotStarted);
+    }
+
+    void cancelStopsTheRunningToolAtOnceAndSkipsTheRest() {
+        const QString folder = m_dir.filePath("cancel");
+        const QString log = folder + "/log.txt";
+        const QString sox =
+            standIn(folder + "/bin", "sox", "echo \"$1\" >> \"$3\"; echo part > \"$2\"; exec sleep 30\n");
+        const QString first = folder + "/first.wav", second = folder + "/second.wav",
+                      kept = folder + "/kept.wav";
+        writeFile(kept, "an earlier version");
+        writeFile(log, "");
+        PlanRunner runner({sox, sox});
+        QSignalSpy progress(&runner, &PlanRunner::progress);
+        std::optional<PlanOutcome> outcome;
+        bool laterPlanRan = false;
+        runner.submit({{step::Run{Tool::Sox, {"one", first, log}}, step::Run{Tool::Sox, {"two", second, log}},
+                        step::ProbeDuration{kept}}},
+                      nullptr, [&](const PlanOutcome& o) { outcome = o; });
+        runner.submit({{step::DeleteFile{folder + "/nothing"}}}, nullptr,
+                      [&](const PlanOutcome& o) { laterPlanRan = o.ok; });
+        QTRY_VERIFY(runner.runningProcessId() != 0 && QFile::exists(first));
+        QElapsedTimer clock;
+        clock.start();
+        runner.cancel();
+        QTRY_VERIFY_WITH_TIMEOUT(outcome.has_value(), 10000);
+        QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
+        QVERIFY(!outcome->ok);
+        QVERIFY(outcome->cancelled);
+        QVERIFY(outcome->alert.isEmpty());
+        QCOMPARE(outcome->runs.size(), 1);
+        QCOMPARE(outcome->runs[0].end, RunEnd::Cancelled);
+        QCOMPARE(readAll(log), QString("one\n")); // the second run never started
+        QVERIFY(!QFile::exists(first));
+        QVERIFY(QFile::exists(kept));
+        QStringList texts;
+        for (const QList<QVariant>& signal : std::as_const(progress))
+            texts << signal[0].toString();
+        QVERIFY2(texts.contains("Cancelled"), qPrintable(texts.join(" | ")));
+        QTRY_VERIFY(laterPlanRan); // plans queued behind a cancelled one still run
+        QVERIFY(!runner.isBusy());
+        runner.cancel(); // with nothing running, nothing happens
+    }
+
+    void aResultThatIsNotAudioIsRefusedQuotingTheTool_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("random bytes") << QByteArray::fromHex("8a3f00c1d2e5ffee0102030405060708090a0b0c");
+        QTest::newRow("truncated header") << QByteArray("RIFF\x24\x00\x00\x00WAVEfmt ", 16);
+    }
+    void aResultThatIsNotAudioIsRefusedQuotingTheTool() {
+        QFETCH(QByteArray, bytes);
+        const QString folder =
+            m_dir.filePath("unusable-" + QString(QTest::currentDataTag()).replace(' ', '-'));
+        const QString stub = folder + "/stub.bin";
+        QDir().mkpath(folder);
+        writeFile(stub, bytes);
+        const QString ffmpeg = standIn(folder + "/bin", "ffmpeg",
+                                       "cp \"$1\" \"$2\"\necho 'Stream #0:0: Audio: pcm_s16le'\n"
+                                       "echo '[wav @ 0x1] Invalid data found when processing input'\necho\n");
+        const QString result = folder + "/result.wav";
+        PlanRunner runner({ffmpeg, ffmpeg});
+        std::optional<PlanOutcome> outcome;
+        runner.submit({{step::DeleteFile{result}, step::Run{Tool::FFmpeg, {stub, result}},
+                        step::RequireFile{result, "no file"}, step::RequireAudio{result, "Delete"},
+                        step::ProbeDuration{result}}},
+                      nullptr, [&](const PlanOutcome& done) { outcome = done; });
+        QTRY_VERIFY(outcome.has_value());
+        QVERIFY(!outcome->ok);
+        QCOMPARE(outcome->alert, QString("Delete produced no usable audio.\n\nffmpeg said: "
+                                         "“[wav @ 0x1] Invalid data found when processing input”"));
+        QCOMPARE(outcome->runs.size(), 1); // no probe of what is not audio
+        QVERIFY(!QFile::exists(result));
+        QVERIFY(QFile::exists(stub));
+    }
+
+    void aValidEmptyWavIsUsableAudio() {
+        const QString empty = m_dir.filePath("no-frames.wav");
+        QCOMPARE(fixtures::run("sox", {"-n", "-r", "44100", "-c", "2", "-b", "16", empty, "trim", "0", "0"}),
+                 0);
+        QCOMPARE(fixtures::wavInfo(empty).frames, 0);
+        QVERIFY(isReadableAudio(empty));
+        QVERIFY(!isReadableAudio(m_dir.filePath("absent.wav")));
+    }
+
+    void theFilesAPlanMayWriteAreTheNamedOnesNotYetThere() {
+        const QString folder = m_dir.filePath("named");
+        QDir().mkpath(folder);
+        writeFile(folder + "/track.wav", "x");
+        writeFile(folder + "/track_PART_001.wav", "from an earlier split");
+        const Plan plan{{step::DeleteFile{folder + "/out.wav"},
+                         step::Run{Tool::Sox,
+                                   {folder + "/track.wav", folder + "/track_PART_.wav", "silence", "1",
+                                    "0.50", "1%", ":", "newfile", ":", "restart"}},
+                         step::RequireFile{folder + "/req.wav", "x"}}};
+        const NewFiles files = filesNotYetThere(plan);
+        QCOMPARE(files.paths,
+                 QStringList({folder + "/out.wav", folder + "/track_PART_.wav", folder + "/req.wav"}));
+        QCOMPARE(files.numberedStems, QStringList({folder + "/track_PART_"}));
+        QCOMPARE(files.numberedExisting, QStringList({folder + "/track_PART_001.wav"}));
+        writeFile(folder + "/track_PART_002.wav", "written by this plan");
+        writeFile(folder + "/out.wav", "written by this plan");
+        deleteWrittenFiles(files);
+        QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList({"track.wav", "track_PART_001.wav"}));
     }
 
     void theInterfaceThreadKeepsRunningDuringAFiveSecondSoxRun() {

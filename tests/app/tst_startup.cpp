@@ -89,9 +89,25 @@ private slots:
         const std::optional<int> status = app.applicationDidFinishLaunching();
         QVERIFY(alert->shown);
         QCOMPARE(alert->text, QString("Error"));
-        QCOMPARE(alert->informativeText, QString("Error #0001. Application will exit."));
+        QCOMPARE(alert->informativeText, "Error #0001. Application will exit.\n\n" + home +
+                                             "/Documents/Tanselo could not be made: Not a directory.");
         QCOMPARE(alert->buttons, QStringList({"Close"}));
         QCOMPARE(status, std::optional<int>(0));
+    }
+
+    void aWorkFolderThatIsAFileIsToldAsSuch() {
+        const QString home = m_root.filePath("home-file");
+        touch(home + "/Documents/Tanselo"); // a file of the folder's name
+        fixtures::useTemporaryHome(home);
+        AppDelegate app;
+        const auto alert = gui::answerAlert();
+        const std::optional<int> status = app.applicationDidFinishLaunching();
+        QVERIFY(alert->shown);
+        QCOMPARE(alert->text, QString("Error"));
+        QCOMPARE(alert->informativeText, "Error #0001. Application will exit.\n\n" + home +
+                                             "/Documents/Tanselo is a file, not a folder.");
+        QCOMPARE(status, std::optional<int>(0));
+        QVERIFY(QFileInfo(home + "/Documents/Tanselo").isFile()); // left as it was
     }
 
     void aMissingToolIsNamedWithItsPackage() {

@@ -10,7 +10,9 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
+#include <csignal>
 #include <sys/resource.h>
+#include <thread>
 
 namespace {
 ToolPaths realTools() {
@@ -82,8 +84,8 @@ private slots:
         int ticks = 0;
         QElapsedTimer clock;
         clock.start();
-        const ToolRun run = runTool(
-            "/bin/sh", {"-c", "echo early; exec >&- 2>&-; sleep 1.2"}, [&] { ++ticks; }, 100);
+        const ToolRun run =
+            runTool("/bin/sh", {"-c", "echo early; exec >&- 2>&-; sleep 1.2"}, {[&] { ++ticks; }, 100});
         const qint64 elapsed = clock.elapsed();
         getrusage(RUSAGE_SELF, &after);
         const double cpu = (after.ru_utime.tv_sec - before.ru_utime.tv_sec) +
@@ -95,6 +97,45 @@ private slots:
         QVERIFY2(elapsed >= 1100, qPrintable(QString::number(elapsed)));
         QVERIFY2(ticks >= 4, qPrintable(QString::number(ticks)));
         QVERIFY2(cpu < 0.5, qPrintable(QString("%1 s of processor time while waiting").arg(cpu)));
+    }
+
+    void aTerminatedToolEndsByItsSignalAndNotWithACutOffFile_data() {
+        QTest::addColumn<bool>("guarded");
+        QTest::newRow("as the editor runs it") << true;
+        QTest::newRow("without the preloaded library") << false;
+    }
+    void aTerminatedToolEndsByItsSignalAndNotWithACutOffFile() {
+        // Left to itself, sox ends a SIGTERM by closing its output as if it
+        // were complete and exiting 0; the library the editor preloads keeps
+        // the signal's default action, so the run shows it was stopped.
+        QFETCH(bool, guarded);
+        const QString guard = locateToolSignals(qEnvironmentVariable("TANSELO_BUILD_DIR"));
+        QVERIFY2(!guard.isEmpty(), "the preloaded library was not built");
+        const QString out = m_dir.filePath(QString("terminated-%1.wav").arg(guarded));
+        std::atomic<qint64> pid = 0;
+        std::thread killer([&] {
+            while (pid.load() == 0)
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+            ::kill(pid_t(pid.load()), SIGTERM);
+        });
+        RunControl control;
+        control.processId = &pid;
+        if (guarded)
+            control.preload = guard;
+        const ToolRun run = runTool(
+            realTools().sox, {"-n", "-r", "44100", "-c", "2", out, "synth", "3600", "sine", "440"}, control);
+        killer.join();
+        if (guarded) {
+            QCOMPARE(run.end, RunEnd::Crashed);
+            QCOMPARE(run.signal, SIGTERM);
+            QCOMPARE(abnormalEndMessage(run), QString("sox was stopped by signal 15 before it finished."));
+        } else {
+            QCOMPARE(run.end, RunEnd::Exited);
+            QCOMPARE(run.exitCode, 0);
+            QVERIFY(fixtures::wavInfo(out).ok); // a valid file, far short of the hour
+            QVERIFY(fixtures::wavInfo(out).seconds() < 3600);
+        }
     }
 
     void aMissingProgramGivesEmptyOutput() {

@@ -19,30 +19,43 @@ private slots:
     void createsMissingParents() {
         const QString folder = workFolderPath();
         QVERIFY(!QFile::exists(folder));
-        QVERIFY(ensureWorkFolder(folder));
+        QCOMPARE(prepareWorkFolder(folder), QString());
         QVERIFY(QFileInfo(folder).isDir());
     }
 
-    void aPlainFileOfThatNamePasses() {
+    void aPlainFileOfThatNameIsToldAsSuch() {
         const QString path = m_home.filePath("plain");
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.close();
-        QVERIFY(ensureWorkFolder(path));
+        QCOMPARE(prepareWorkFolder(path), path + " is a file, not a folder.");
         QVERIFY(QFileInfo(path).isFile());
     }
 
-    void creationFailureIsReported() {
+    void creationFailureNamesTheFolderAndTheReason() {
         const QString blocker = m_home.filePath("blocker");
         QFile file(blocker);
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.close();
-        QVERIFY(!ensureWorkFolder(blocker + "/Documents/Tanselo"));
+        const QString folder = blocker + "/Documents/Tanselo";
+        QCOMPARE(prepareWorkFolder(folder), folder + " could not be made: Not a directory.");
+    }
+
+    void aFolderThatTakesNoFileIsTold() {
+        const QString folder = m_home.filePath("frozen");
+        QVERIFY(QDir().mkpath(folder));
+        fixtures::Immutable frozen(folder);
+        QVERIFY(frozen.made);
+        const QString why = prepareWorkFolder(folder);
+        QVERIFY2(why.startsWith(folder + " cannot be written: "), qPrintable(why));
+        QVERIFY2(
+            roomToWorkProblem(folder, 1000).startsWith("The work folder " + folder + " cannot be written"),
+            qPrintable(roomToWorkProblem(folder, 1000)));
     }
 
     void emptyingRemovesFilesAndSubFoldersButKeepsTheFolder() {
         const QString folder = workFolderPath();
-        QVERIFY(ensureWorkFolder(folder));
+        QCOMPARE(prepareWorkFolder(folder), QString());
         QDir dir(folder);
         QVERIFY(dir.mkpath("sub/deeper"));
         for (const char* name : {"stale.wav", ".hidden", "sub/a.wav", "sub/deeper/b.wav"}) {
@@ -52,6 +65,33 @@ private slots:
         QVERIFY(removeAllContentInFolder(folder).isEmpty());
         QVERIFY(dir.exists());
         QVERIFY(dir.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).isEmpty());
+    }
+
+    void emptyingKeepsWhatItIsToldToKeep() {
+        const QString folder = workFolderPath();
+        QDir dir(folder);
+        for (const char* name : {"old.wav", ".tanselo.lock"}) {
+            QFile file(dir.filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        }
+        QVERIFY(removeAllContentInFolder(folder, {workFolderLockName()}).isEmpty());
+        QCOMPARE(dir.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+                 QStringList({".tanselo.lock"}));
+    }
+
+    void roomToWorkIsThreeTracksAndFiftyMegabytes() {
+        QCOMPARE(requiredFreeBytes(0), 50'000'000);
+        QCOMPARE(requiredFreeBytes(635'040'044), 3 * 635'040'044LL + 50'000'000);
+        QCOMPARE(requiredFreeBytes(-5), 50'000'000); // a size that could not be read
+        const QString folder = m_home.filePath("small");
+        fixtures::Mount small(folder, "size=30m");
+        QVERIFY(small.mounted);
+        const QString why = roomToWorkProblem(folder, 1'000'000);
+        QVERIFY2(why.startsWith("There is not enough free space in the work folder " + folder + "."),
+                 qPrintable(why));
+        QVERIFY2(why.contains("needs 53 MB free"), qPrintable(why));
+        QCOMPARE(roomToWorkProblem(m_home.path(), 1'000'000), QString()); // a disk with room
+        QVERIFY(QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).isEmpty());
     }
 
     void silenceTrackPlanIsOneSoxRun() {

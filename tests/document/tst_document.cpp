@@ -244,7 +244,10 @@ private slots:
         const QString edit = workCopy("2024-01-01-00-01-00.wav", 1);
         d->s_WAV_File_Path = edit;
         d->Add_WAV_File_To_Undo_Redo_Array();
+        // Two versions: the editor asks first, and Open… goes on as always.
+        const auto asked = gui::answerAlert("Open…");
         QVERIFY(gui::openInto(d, m_tone, [d] { d->OnToolbarOpen(); }));
+        QVERIFY(asked->shown);
         QCOMPARE(d->s_File_Path, m_tone);
         QCOMPARE(d->i_Audio_Duration_Seconds, qint64(10));
         QCOMPARE(d->history.array_WAV_Files, QStringList({d->s_WAV_File_Path}));

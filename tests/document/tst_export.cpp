@@ -49,6 +49,9 @@ private slots:
         std::shared_ptr<gui::AlertSeen> alert;
         bool focusOnFormat = false;
         withDialog(d, [&](Window_AF_WAV* w) {
+            // The dialog is modal before the window system has activated it, and
+            // only an active window's focus widget is the application's.
+            QVERIFY(QTest::qWaitForWindowActive(w));
             focusOnFormat = QApplication::focusWidget() == w->comboFormat;
             QCOMPARE(w->windowTitle(), QString("Export Audio"));
             QCOMPARE(w->comboFormat->currentText(), QString("WAV"));

@@ -10,18 +10,7 @@ namespace {
 // A tmpfs mounted for one test and unmounted when it ends; `mounted` is false
 // where this machine allows no mount, and the caller then makes the fault
 // another way.
-struct Mount {
-    QString folder;
-    bool mounted = false;
-    Mount(const QString& path, const QString& options) : folder(path) {
-        QDir().mkpath(folder);
-        mounted = fixtures::run("mount", {"-t", "tmpfs", "-o", options, "tmpfs", folder}) == 0;
-    }
-    ~Mount() {
-        if (mounted)
-            fixtures::run("umount", {folder});
-    }
-};
+using fixtures::Mount;
 
 // Runs `act` with a limit on the size of the files this process and its
 // children write; ffmpeg, started meanwhile, is stopped by SIGXFSZ at it.
@@ -151,11 +140,39 @@ private slots:
         const QString out = m_out + "/limited.wav";
         const gui::AlertSeen alert = withFileSizeLimit(200 * 1024, [&] { return exportVia(d, {}, out); });
         QCOMPARE(alert.text, QString("Error"));
-        QVERIFY2(alert.informativeText.contains("stopped before it finished"),
+        QVERIFY2(alert.informativeText.contains("ffmpeg was stopped by signal 25 before it finished"),
                  qPrintable(alert.informativeText));
         QVERIFY(!QFile::exists(out));
         checkUnchanged(d, before);
         checkStillExports(d);
+    }
+
+    void escapeCancelsARunningExportAndTheDialogStays() {
+        const QString long3 = m_root.filePath("recordings/three-minutes-to-cancel.wav");
+        fixtures::makeTone(long3, 180, 440, 0.5);
+        Document* d = gui::openInNewWindow(*m_app, long3);
+        QVERIFY(d);
+        const QString out = m_out + "/cancelled.mp3";
+        withDialog(d, [&](Window_AF_WAV* w) {
+            QSignalSpy ended(w, &Window_AF_WAV::exportEnded);
+            const auto saveDialog = gui::answerFileDialog(out);
+            const auto alert = gui::answerAlert();
+            choose(w, {2, 6, 1, 3});
+            QTest::mouseClick(w->btnExport, Qt::LeftButton);
+            QTRY_VERIFY_WITH_TIMEOUT(m_app->runner().runningProcessId() != 0, 20000);
+            QTest::qWait(300);
+            QTest::keyClick(w, Qt::Key_Escape);
+            QVERIFY(ended.size() > 0 || ended.wait(20000));
+            QCOMPARE(ended.first().at(1).toBool(), false);
+            QVERIFY(gui::waitIdle(*m_app));
+            QTest::qWait(200);
+            QVERIFY(!alert->shown); // a cancel is no error
+            alert->stop = true;
+            QVERIFY(w->isVisible());
+            QVERIFY(w->btnExport->isEnabled());
+            QCOMPARE(d->statusBar()->currentMessage(), QString("Cancelled"));
+        });
+        QVERIFY(!QFile::exists(out));
     }
 
     void aLongExportShowsItsProgressInTheStatusBarAndTheDialog() {

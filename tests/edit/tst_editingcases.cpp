@@ -226,30 +226,57 @@ private slots:
         d->Operation_Paste();
         QTRY_VERIFY(alert->shown);
         QCOMPARE(alert->informativeText, QString("There is no copied content."));
-        // Reached directly, the paste runs and its missing result is taken as it is.
-        QVERIFY(edit(d, [&] { d->OnPopupMenuPasteAtStart(); }));
-        QVERIFY(!QFile::exists(d->s_WAV_File_Path));
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(0));
-        QTRY_VERIFY(d->audioPlot->points().empty());
+        // Reached directly, the paste runs, but its missing result is not
+        // taken: the track stays as it was.
+        const QString track = d->s_WAV_File_Path;
+        const QStringList files = workFiles();
+        const auto refused = gui::answerAlert();
+        d->OnPopupMenuPasteAtStart();
+        QTRY_VERIFY_WITH_TIMEOUT(refused->shown, 20000);
+        QVERIFY(gui::waitIdle(*m_app));
+        QVERIFY2(refused->informativeText.startsWith("Paste produced no usable audio."),
+                 qPrintable(refused->informativeText));
+        QCOMPARE(d->s_WAV_File_Path, track);
+        QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
+        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(10));
+        QCOMPARE(workFiles(), files);
     }
 
     void editsOfAFileDeletedBehindTheEditorsBackAndWildMarkersDoNotBreakIt() {
         Document* d = openPattern();
         QVERIFY(d);
         QVERIFY(QFile::remove(d->s_WAV_File_Path));
-        QVERIFY(edit(d, [&] { d->Operation_Delete(); }));
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(0));
-        QCOMPARE(d->viewAudioPlot->f_Audio_Length, 0.0f);
+        const QString track = d->s_WAV_File_Path;
+        const auto refused = gui::answerAlert();
+        d->Operation_Delete();
+        QTRY_VERIFY_WITH_TIMEOUT(refused->shown, 20000);
+        QVERIFY(gui::waitIdle(*m_app));
+        QVERIFY2(refused->informativeText.startsWith("Delete produced no usable audio."),
+                 qPrintable(refused->informativeText));
+        QCOMPARE(d->s_WAV_File_Path, track);
+        QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
+        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(10));
         QVERIFY(!d->viewAudioPlot->grab().toImage().isNull());
 
         Document* e = openPattern();
         QVERIFY(e);
+        // Markers outside the track or the wrong way round give ffmpeg negative
+        // times: it cuts nothing, and the join has no result to take.
+        const QString kept = e->s_WAV_File_Path;
+        const auto expectRefused = [&](const std::function<void()>& action, const QString& operation) {
+            const auto alert = gui::answerAlert();
+            action();
+            QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
+            QVERIFY(gui::waitIdle(*m_app));
+            QVERIFY2(alert->informativeText.startsWith(operation + " produced no usable audio."),
+                     qPrintable(alert->informativeText));
+            QCOMPARE(e->history.u_array_WAV_Files_Length, 1u);
+            QCOMPARE(e->s_WAV_File_Path, kept);
+        };
         setMarkers(e, -40, 170, -3);
-        QVERIFY(edit(e, [&] { e->OnPopupSilenceSelection(); }));
-        waitPastEveryStamp(m_app->s_Output_Folder);
+        expectRefused([&] { e->OnPopupSilenceSelection(); }, "Silencing the selection");
         setMarkers(e, 150, -20, 1.0e9f);
-        QVERIFY(edit(e, [&] { e->Operation_Delete(); }));
-        QCOMPARE(e->history.u_array_WAV_Files_Length, 3u);
+        expectRefused([&] { e->Operation_Delete(); }, "Delete");
         QVERIFY(!e->viewAudioPlot->grab().toImage().isNull());
     }
 };

@@ -135,4 +135,23 @@ QString useTemporaryHome(const QString& root) {
     return root;
 }
 
+Mount::Mount(const QString& path, const QString& options) : folder(path) {
+    QDir().mkpath(folder);
+    mounted = run("mount", {"-t", "tmpfs", "-o", options, "tmpfs", folder}) == 0;
+}
+
+Mount::~Mount() {
+    if (mounted)
+        run("umount", {folder});
+}
+
+Immutable::Immutable(const QString& path) : folder(path) {
+    made = run("chattr", {"+i", folder}) == 0;
+}
+
+Immutable::~Immutable() {
+    if (made)
+        run("chattr", {"-i", folder});
+}
+
 } // namespace fixtures

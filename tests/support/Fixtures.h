@@ -56,4 +56,26 @@ double rms(const QString& path, double fromSeconds, double toSeconds);
 // Points HOME at a fresh folder, so the work folder lands inside it.
 QString useTemporaryHome(const QString& root);
 
+// A small tmpfs mounted at `path` for as long as the object lives: a disk
+// that fills, or one mounted read-only. Tests run as root, where this works.
+struct Mount {
+    QString folder;
+    bool mounted = false;
+    Mount(const QString& path, const QString& options);
+    ~Mount();
+    Mount(const Mount&) = delete;
+    Mount& operator=(const Mount&) = delete;
+};
+
+// A folder nobody, root included, may change while the object lives
+// ("chattr +i"; a root process ignores the permission bits).
+struct Immutable {
+    QString folder;
+    bool made = false;
+    explicit Immutable(const QString& path);
+    ~Immutable();
+    Immutable(const Immutable&) = delete;
+    Immutable& operator=(const Immutable&) = delete;
+};
+
 } // namespace fixtures

@@ -37,28 +37,43 @@ Document* firstDocument(AppDelegate& app) {
     return document;
 }
 
+namespace {
+void answer(QFileDialog* dialog, const QString& path, const std::shared_ptr<FileDialogSeen>& seen) {
+    seen->shown = true;
+    seen->title = dialog->windowTitle();
+    seen->nameFilters = dialog->nameFilters();
+    seen->fileMode = dialog->fileMode();
+    seen->proposed = dialog->selectedFiles().value(0);
+    if (path.isEmpty()) {
+        dialog->reject();
+        return;
+    }
+    // Typed as a user would, then closed with done() rather than accept():
+    // accept() checks the name against a directory listing the dialog may
+    // still be gathering in the background.
+    dialog->setDirectory(QFileInfo(path).absolutePath());
+    auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+    QVERIFY(name);
+    name->setText(QFileInfo(path).fileName());
+    QCOMPARE(dialog->selectedFiles(), QStringList({QFileInfo(path).absoluteFilePath()}));
+    static_cast<QDialog*>(dialog)->done(QDialog::Accepted);
+}
+
+void pollForFileDialog(const std::shared_ptr<FileDialogSeen>& seen, const QString& path, int triesLeft) {
+    QTimer::singleShot(10, [seen, path, triesLeft] {
+        if (seen->stop)
+            return;
+        if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget()))
+            answer(dialog, path, seen);
+        else if (triesLeft > 0)
+            pollForFileDialog(seen, path, triesLeft - 1);
+    });
+}
+} // namespace
+
 std::shared_ptr<FileDialogSeen> answerFileDialog(const QString& path) {
     auto seen = std::make_shared<FileDialogSeen>();
-    whenModal<QFileDialog>([path, seen](QFileDialog* dialog) {
-        seen->shown = true;
-        seen->title = dialog->windowTitle();
-        seen->nameFilters = dialog->nameFilters();
-        seen->fileMode = dialog->fileMode();
-        seen->proposed = dialog->selectedFiles().value(0);
-        if (path.isEmpty()) {
-            dialog->reject();
-            return;
-        }
-        // Typed as a user would, then closed with done() rather than accept():
-        // accept() checks the name against a directory listing the dialog may
-        // still be gathering in the background.
-        dialog->setDirectory(QFileInfo(path).absolutePath());
-        auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-        QVERIFY(name);
-        name->setText(QFileInfo(path).fileName());
-        QCOMPARE(dialog->selectedFiles(), QStringList({QFileInfo(path).absoluteFilePath()}));
-        static_cast<QDialog*>(dialog)->done(QDialog::Accepted);
-    });
+    pollForFileDialog(seen, path, 3000);
     return seen;
 }
 

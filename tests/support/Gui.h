@@ -39,7 +39,8 @@ struct FileDialogSeen {
     QString title;
     QStringList nameFilters;
     int fileMode = -1;
-    QString proposed; // the file the dialog had chosen before it was answered
+    QString proposed;  // the file the dialog had chosen before it was answered
+    bool stop = false; // set to give up waiting for the dialog
 };
 // Answers the next modal file dialog: selects `path`, or cancels when empty.
 std::shared_ptr<FileDialogSeen> answerFileDialog(const QString& path);

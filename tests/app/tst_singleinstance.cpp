@@ -1,0 +1,120 @@
+#include "app/AppDelegate.h"
+#include "app/SingleInstance.h"
+#include "document/Document.h"
+#include "support/Fixtures.h"
+#include "support/Gui.h"
+
+#include <QDir>
+#include <QFile>
+#include <QMap>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <csignal>
+#include <unistd.h>
+
+namespace {
+// The editor as a user starts it, with HOME at `home`.
+std::unique_ptr<QProcess> startEditor(const QString& home) {
+    auto editor = std::make_unique<QProcess>();
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("HOME", home);
+    environment.insert("QT_QPA_PLATFORM", "offscreen");
+    editor->setProcessEnvironment(environment);
+    editor->setProcessChannelMode(QProcess::ForwardedChannels);
+    editor->start(qEnvironmentVariable("TANSELO_BUILD_DIR") + "/tanselo", {});
+    return editor;
+}
+
+// Every file of a folder with the digest of its bytes.
+QMap<QString, QByteArray> contents(const QString& folder) {
+    QMap<QString, QByteArray> files;
+    for (const QString& name : QDir(folder).entryList(QDir::Files | QDir::Hidden))
+        files.insert(name, fixtures::digest(folder + "/" + name));
+    return files;
+}
+} // namespace
+
+// One editor per work folder: a second start hands its window to the first
+// instead of emptying the folder under it.
+class tst_SingleInstance : public QObject {
+    Q_OBJECT
+    QTemporaryDir m_root;
+
+private slots:
+    void aSecondEditorOpensAWindowInTheFirstAndTouchesNothing() {
+        const QString home = m_root.filePath("home-a");
+        auto app = gui::startApplication(home);
+        QVERIFY(app);
+        Document* first = gui::firstDocument(*app);
+        QVERIFY(first);
+        // The first editor's work: versions of a track in the work folder.
+        const QString folder = app->s_Output_Folder;
+        fixtures::makeTone(folder + "/2026-01-01-10-00-00.wav", 2);
+        fixtures::makeTone(folder + "/2026-01-01-10-00-05.wav", 3, 440);
+        const QMap<QString, QByteArray> before = contents(folder);
+        QVERIFY(before.contains("silence.wav") && before.contains(".tanselo.lock"));
+
+        auto second = startEditor(home);
+        QVERIFY(second->waitForStarted(10000));
+        // The first editor answers from its event loop, which waiting here runs.
+        QTRY_VERIFY_WITH_TIMEOUT(second->state() == QProcess::NotRunning, 30000);
+        QCOMPARE(second->exitStatus(), QProcess::NormalExit);
+        QCOMPARE(second->exitCode(), 0);
+
+        QCOMPARE(contents(folder), before);
+        QCOMPARE(app->documents().size(), 2);
+        Document* opened = app->documents().last();
+        QSignalSpy loaded(opened, &Document::loaded);
+        QVERIFY(opened->b_Audio_Loaded || loaded.wait(20000));
+        QCOMPARE(opened->windowTitle(), QString("silence.wav"));
+        QVERIFY(opened->isVisible());
+        QTRY_COMPARE(QApplication::activeWindow(), opened);
+        QVERIFY(gui::waitIdle(*app));
+        QCOMPARE(contents(folder), before);
+    }
+
+    void aLockLeftByAKilledEditorDoesNotBlockTheNextStart() {
+        const QString home = m_root.filePath("home-b");
+        const QString folder = home + "/Documents/Tanselo";
+        auto killed = startEditor(home);
+        QVERIFY(killed->waitForStarted(10000));
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(folder + "/silence.wav"), 30000);
+        QVERIFY(QFile::exists(folder + "/.tanselo.lock"));
+        QCOMPARE(::kill(pid_t(killed->processId()), SIGKILL), 0);
+        QVERIFY(killed->waitForFinished(10000));
+        QCOMPARE(killed->exitStatus(), QProcess::CrashExit);
+        QVERIFY(QFile::exists(folder + "/.tanselo.lock")); // left behind, as by any crash
+        fixtures::makeTone(folder + "/left-by-the-killed-editor.wav", 1);
+
+        auto app = gui::startApplication(home);
+        QVERIFY(app);
+        QVERIFY(gui::waitIdle(*app));
+        QVERIFY(!QFile::exists(folder + "/left-by-the-killed-editor.wav"));
+        QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList({"silence.wav"}));
+
+        // The new editor owns the folder now: a later start asks it for a window.
+        auto later = startEditor(home);
+        QVERIFY(later->waitForStarted(10000));
+        QTRY_VERIFY_WITH_TIMEOUT(later->state() == QProcess::NotRunning, 30000);
+        QCOMPARE(later->exitCode(), 0);
+        QCOMPARE(app->documents().size(), 1);
+        QVERIFY(gui::waitIdle(*app));
+    }
+
+    void editorsOfOtherFoldersRunSideBySide() {
+        auto a = gui::startApplication(m_root.filePath("home-c"));
+        auto b = gui::startApplication(m_root.filePath("home-d"));
+        QVERIFY(a && b);
+        QVERIFY(gui::waitIdle(*a) && gui::waitIdle(*b));
+        QVERIFY(QFile::exists(a->sSilenceWavPath) && QFile::exists(b->sSilenceWavPath));
+        const QString name = SingleInstance::serverName(a->s_Output_Folder);
+        QVERIFY(name.startsWith(QString("tanselo-%1-").arg(::getuid())));
+        QVERIFY(name != SingleInstance::serverName(b->s_Output_Folder));
+        QCOMPARE(SingleInstance::serverName(a->s_Output_Folder + "/"), name);
+    }
+};
+
+QTEST_MAIN(tst_SingleInstance)
+#include "tst_singleinstance.moc"
