@@ -33,6 +33,22 @@ class tst_Startup : public QObject {
 public slots:
     void openUrl(const QUrl& url) { m_opened.append(url); }
 
+private:
+    // Starts with HOME at `home` where start-up must fail: the alert it showed,
+    // after checking that it ends the application with status 0.
+    gui::AlertSeen startRefused(const QString& home) {
+        fixtures::useTemporaryHome(home);
+        AppDelegate app;
+        const auto alert = gui::answerAlert();
+        const std::optional<int> status = app.applicationDidFinishLaunching();
+        [&] {
+            QVERIFY(alert->shown);
+            QCOMPARE(alert->text, QString("Error"));
+            QCOMPARE(status, std::optional<int>(0));
+        }();
+        return *alert;
+    }
+
 private slots:
     void startCreatesAndEmptiesTheWorkFolderAndMakesSilence() {
         const QString home = m_root.filePath("home-a");
@@ -83,30 +99,18 @@ private slots:
     void anUncreatableWorkFolderEndsTheApplication() {
         const QString home = m_root.filePath("home-c");
         touch(home + "/Documents"); // a file where the folder should be
-        fixtures::useTemporaryHome(home);
-        AppDelegate app;
-        const auto alert = gui::answerAlert();
-        const std::optional<int> status = app.applicationDidFinishLaunching();
-        QVERIFY(alert->shown);
-        QCOMPARE(alert->text, QString("Error"));
-        QCOMPARE(alert->informativeText, "Error #0001. Application will exit.\n\n" + home +
-                                             "/Documents/Tanselo could not be made: Not a directory.");
-        QCOMPARE(alert->buttons, QStringList({"Close"}));
-        QCOMPARE(status, std::optional<int>(0));
+        const gui::AlertSeen alert = startRefused(home);
+        QCOMPARE(alert.informativeText, "Error #0001. Application will exit.\n\n" + home +
+                                            "/Documents/Tanselo could not be made: Not a directory.");
+        QCOMPARE(alert.buttons, QStringList({"Close"}));
     }
 
     void aWorkFolderThatIsAFileIsToldAsSuch() {
         const QString home = m_root.filePath("home-file");
         touch(home + "/Documents/Tanselo"); // a file of the folder's name
-        fixtures::useTemporaryHome(home);
-        AppDelegate app;
-        const auto alert = gui::answerAlert();
-        const std::optional<int> status = app.applicationDidFinishLaunching();
-        QVERIFY(alert->shown);
-        QCOMPARE(alert->text, QString("Error"));
-        QCOMPARE(alert->informativeText, "Error #0001. Application will exit.\n\n" + home +
-                                             "/Documents/Tanselo is a file, not a folder.");
-        QCOMPARE(status, std::optional<int>(0));
+        const gui::AlertSeen alert = startRefused(home);
+        QCOMPARE(alert.informativeText, "Error #0001. Application will exit.\n\n" + home +
+                                            "/Documents/Tanselo is a file, not a folder.");
         QVERIFY(QFileInfo(home + "/Documents/Tanselo").isFile()); // left as it was
     }
 

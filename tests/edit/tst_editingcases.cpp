@@ -19,6 +19,23 @@ QByteArray digest(const QString& path) {
 class tst_EditingCases : public EditingFixture {
     Q_OBJECT
 private slots:
+    // Runs an edit whose result is not audio: the alert names the operation,
+    // and the track, its history and the work folder stay as they were.
+    void expectRefused(Document* d, const std::function<void()>& action, const QString& operation) {
+        const QString track = d->s_WAV_File_Path;
+        const quint64 versions = d->history.u_array_WAV_Files_Length;
+        const QStringList files = workFiles();
+        const auto alert = gui::answerAlert();
+        action();
+        QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
+        QVERIFY(gui::waitIdle(*m_app));
+        QVERIFY2(alert->informativeText.startsWith(operation + " produced no usable audio."),
+                 qPrintable(alert->informativeText));
+        QCOMPARE(d->s_WAV_File_Path, track);
+        QCOMPARE(d->history.u_array_WAV_Files_Length, versions);
+        QCOMPARE(workFiles(), files);
+    }
+
     void initTestCase() { startWithPattern(); }
     void cleanup() { closeAll(); }
 
@@ -228,33 +245,17 @@ private slots:
         QCOMPARE(alert->informativeText, QString("There is no copied content."));
         // Reached directly, the paste runs, but its missing result is not
         // taken: the track stays as it was.
-        const QString track = d->s_WAV_File_Path;
-        const QStringList files = workFiles();
-        const auto refused = gui::answerAlert();
-        d->OnPopupMenuPasteAtStart();
-        QTRY_VERIFY_WITH_TIMEOUT(refused->shown, 20000);
-        QVERIFY(gui::waitIdle(*m_app));
-        QVERIFY2(refused->informativeText.startsWith("Paste produced no usable audio."),
-                 qPrintable(refused->informativeText));
-        QCOMPARE(d->s_WAV_File_Path, track);
-        QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
+        expectRefused(
+            d, [&] { d->OnPopupMenuPasteAtStart(); }, "Paste");
         QCOMPARE(d->i_Audio_Duration_Seconds, qint64(10));
-        QCOMPARE(workFiles(), files);
     }
 
     void editsOfAFileDeletedBehindTheEditorsBackAndWildMarkersDoNotBreakIt() {
         Document* d = openPattern();
         QVERIFY(d);
         QVERIFY(QFile::remove(d->s_WAV_File_Path));
-        const QString track = d->s_WAV_File_Path;
-        const auto refused = gui::answerAlert();
-        d->Operation_Delete();
-        QTRY_VERIFY_WITH_TIMEOUT(refused->shown, 20000);
-        QVERIFY(gui::waitIdle(*m_app));
-        QVERIFY2(refused->informativeText.startsWith("Delete produced no usable audio."),
-                 qPrintable(refused->informativeText));
-        QCOMPARE(d->s_WAV_File_Path, track);
-        QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
+        expectRefused(
+            d, [&] { d->Operation_Delete(); }, "Delete");
         QCOMPARE(d->i_Audio_Duration_Seconds, qint64(10));
         QVERIFY(!d->viewAudioPlot->grab().toImage().isNull());
 
@@ -262,21 +263,12 @@ private slots:
         QVERIFY(e);
         // Markers outside the track or the wrong way round give ffmpeg negative
         // times: it cuts nothing, and the join has no result to take.
-        const QString kept = e->s_WAV_File_Path;
-        const auto expectRefused = [&](const std::function<void()>& action, const QString& operation) {
-            const auto alert = gui::answerAlert();
-            action();
-            QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
-            QVERIFY(gui::waitIdle(*m_app));
-            QVERIFY2(alert->informativeText.startsWith(operation + " produced no usable audio."),
-                     qPrintable(alert->informativeText));
-            QCOMPARE(e->history.u_array_WAV_Files_Length, 1u);
-            QCOMPARE(e->s_WAV_File_Path, kept);
-        };
         setMarkers(e, -40, 170, -3);
-        expectRefused([&] { e->OnPopupSilenceSelection(); }, "Silencing the selection");
+        expectRefused(
+            e, [&] { e->OnPopupSilenceSelection(); }, "Silencing the selection");
         setMarkers(e, 150, -20, 1.0e9f);
-        expectRefused([&] { e->Operation_Delete(); }, "Delete");
+        expectRefused(
+            e, [&] { e->Operation_Delete(); }, "Delete");
         QVERIFY(!e->viewAudioPlot->grab().toImage().isNull());
     }
 };
