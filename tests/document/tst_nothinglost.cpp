@@ -214,8 +214,9 @@ private slots:
             random[i] = char((i * 7919 + 13) % 251);
         QTest::newRow("random bytes named .mp3") << "noise.mp3" << random;
         QTest::newRow("an empty file") << "empty.mp3" << QByteArray();
-        QTest::newRow("a truncated WAV header")
-            << "cut.wav" << QByteArray("RIFF\x24\x10\x00\x00WAVEfmt \x10\x00", 20);
+        QTest::newRow("a truncated WAV header") << "cut.wav"
+                                                << QByteArray("RIFF") + QByteArray::fromHex("24100000") +
+                                                       "WAVEfmt " + QByteArray::fromHex("1000");
     }
     void aResultThatIsNotAudioIsRefused() {
         QFETCH(QString, name);
