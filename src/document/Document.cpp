@@ -253,7 +253,12 @@ void Document::Open_And_Select_An_Audio_File() {
         importFile(path);
 }
 
-bool Document::haveRoomToWork() {
+bool Document::readyToWrite() {
+    // The menu's edit commands still reach a recording window: an edit then
+    // would be dropped with the old history at the stop, and its result,
+    // named by the same second as the take, would overwrite the take.
+    if (m_RecordStatus == StatusRecording || m_RecordStatus == StatusRecordingPaused)
+        return false;
     const QString problem = roomToWorkProblem(m_app.s_Output_Folder, QFileInfo(s_WAV_File_Path).size());
     if (problem.isEmpty())
         return true;
@@ -262,7 +267,7 @@ bool Document::haveRoomToWork() {
 }
 
 void Document::importFile(const QString& path) {
-    if (!haveRoomToWork())
+    if (!readyToWrite())
         return;
     const QFileInfo source(path);
     const qint64 size = source.size();

@@ -217,8 +217,9 @@ private:
     void setEditingEnabled(bool enabled);
     void setLoadedButtons();
     // Before a plan that writes audio: false, with the alert shown, when the
-    // work folder takes no file or lacks the room the operation needs.
-    bool haveRoomToWork();
+    // work folder takes no file or lacks the room the operation needs; false
+    // without a word while recording, as the take is to replace the track.
+    bool readyToWrite();
     // Shows why a plan failed, unless the user cancelled it; true when it failed.
     bool failed(const PlanOutcome& outcome);
     void importFile(const QString& path);

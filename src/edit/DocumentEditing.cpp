@@ -74,7 +74,7 @@ EditState Document::editState(bool withSegments) {
 }
 
 void Document::runEdit(const EditPlan& edit) {
-    if (!haveRoomToWork())
+    if (!readyToWrite())
         return;
     m_app.runner().submit(edit.plan, this, [this, edit](const PlanOutcome& outcome) {
         if (failed(outcome))

@@ -5,6 +5,7 @@
 #include "support/Listening.h"
 #include "timeline/View_Audio_Wave.h"
 #include "transport/SoundPlayer.h"
+#include "transport/TransportRules.h"
 
 #include <QCryptographicHash>
 #include <QDateTime>
@@ -353,6 +354,32 @@ private slots:
         QVERIFY(!asked->shown);
         asked->stop = true;
         QVERIFY(gui::waitIdle(*m_app));
+        d->close();
+    }
+
+    void editsDoNothingWhileAWindowRecords() {
+        // The menu's Cut still reaches a recording window; a result named in
+        // the take's second would overwrite the take, and the stop drops the
+        // old history anyway.
+        Document* d = shortTrack(1);
+        QVERIFY(d);
+        d->OnToolbarRecord();
+        QTRY_COMPARE(d->m_RecordStatus, quint64(StatusRecording));
+        const qsizetype runs = m_app->runner().runs().size();
+        const QStringList versions = d->history.array_WAV_Files;
+        m_app->cut();
+        d->Operation_Delete();
+        d->OnPopupReverseEntireTrack();
+        QTest::qWait(300);
+        QVERIFY(!m_app->runner().isBusy());
+        QCOMPARE(m_app->runner().runs().size(), runs);
+        QCOMPARE(d->history.array_WAV_Files, versions);
+        QSignalSpy loaded(d, &Document::loaded);
+        d->OnToolbarStop();
+        QVERIFY(loaded.wait(20000));
+        QVERIFY(gui::waitIdle(*m_app));
+        QVERIFY(QFile::exists(d->s_WAV_File_Path));
+        QCOMPARE(d->history.array_WAV_Files, QStringList({d->s_WAV_File_Path}));
         d->close();
     }
 
