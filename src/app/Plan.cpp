@@ -55,29 +55,31 @@ QStringList numberedFiles(const QString& stem) {
             found << info.dir().filePath(name);
     return found;
 }
+
+// The paths a run names; for a sox run that splits with "newfile", also the
+// stems of the outputs it numbers (an output path that is not there yet).
+void namedByRun(const step::Run& r, QStringList& named, QStringList& numberedStems) {
+    const bool numbers = r.tool == Tool::Sox && r.arguments.contains(QStringLiteral("newfile"));
+    for (const QString& argument : r.arguments) {
+        if (!looksLikePath(argument))
+            continue;
+        named << argument;
+        if (numbers && argument.endsWith(QStringLiteral(".wav")) && !QFileInfo::exists(argument))
+            numberedStems << argument.chopped(4);
+    }
+}
 } // namespace
 
 NewFiles filesNotYetThere(const Plan& plan) {
     QStringList named;
     NewFiles files;
-    for (const Step& s : plan.steps) {
+    for (const Step& s : plan.steps)
         std::visit(Overloaded{[&](const step::DeleteFile& d) { named << d.path; },
-                              [&](const step::Run& r) {
-                                  for (const QString& argument : r.arguments)
-                                      if (looksLikePath(argument))
-                                          named << argument;
-                                  if (r.tool == Tool::Sox && r.arguments.contains(QStringLiteral("newfile")))
-                                      for (const QString& argument : r.arguments)
-                                          if (looksLikePath(argument) &&
-                                              argument.endsWith(QStringLiteral(".wav")) &&
-                                              !QFileInfo::exists(argument))
-                                              files.numberedStems << argument.chopped(4);
-                              },
+                              [&](const step::Run& r) { namedByRun(r, named, files.numberedStems); },
                               [&](const step::RequireFile& r) { named << r.path; },
                               [&](const step::RequireAudio& r) { named << r.path; },
                               [](const step::ProbeDuration&) {}},
                    s);
-    }
     named.removeDuplicates();
     for (const QString& path : std::as_const(named))
         if (!QFileInfo::exists(path))
