@@ -116,10 +116,57 @@ QString unusableAudioMessage(const QString& operation, const ToolRun* lastRun) {
     return text;
 }
 
+QString asideName(const QString& path) {
+    const QFileInfo info(path);
+    return info.dir().filePath(QStringLiteral(".") + info.completeBaseName() +
+                               QStringLiteral("-replaced.wav"));
+}
+
+void SetAside::replace(const QString& path) {
+    if (!QFileInfo::exists(path))
+        return;
+    const QString aside = asideName(path);
+    QFile::remove(aside);
+    if (!QFile::rename(path, aside)) {
+        QFile::remove(path);
+        return;
+    }
+    m_files.append({path, aside});
+    m_pendingReads.insert(path, aside);
+}
+
+QStringList SetAside::arguments(QStringList arguments) {
+    // A set-aside file that a run has written again is read from its new self.
+    m_pendingReads.removeIf(
+        [](QHash<QString, QString>::iterator entry) { return QFileInfo::exists(entry.key()); });
+    qsizetype output = -1; // the last path a run names is what it writes
+    for (qsizetype i = 0; i < arguments.size(); ++i)
+        if (looksLikePath(arguments[i]))
+            output = i;
+    for (qsizetype i = 0; i < arguments.size(); ++i)
+        if (i != output)
+            arguments[i] = m_pendingReads.value(arguments[i], arguments[i]);
+    return arguments;
+}
+
+void SetAside::finish(bool restore, const QStringList& madeByThePlan) {
+    for (auto it = m_files.crbegin(); it != m_files.crend(); ++it) {
+        if (restore && !madeByThePlan.contains(it->first)) {
+            QFile::remove(it->first);
+            QFile::rename(it->second, it->first);
+        } else {
+            QFile::remove(it->second);
+        }
+    }
+    m_files.clear();
+    m_pendingReads.clear();
+}
+
 PlanOutcome executePlan(const Plan& plan, const ToolPaths& tools, const PlanProgress& progress,
                         const std::atomic<bool>* cancel, std::atomic<qint64>* processId) {
     PlanOutcome outcome;
     const NewFiles newFiles = filesNotYetThere(plan);
+    SetAside replaced;
     bool takeBack = false; // the plan's own files go when it ends this way
     const int count = int(plannedRuns(plan).size());
     // Runs one tool; false when it did not end normally, which ends the plan.
@@ -136,7 +183,8 @@ PlanOutcome executePlan(const Plan& plan, const ToolPaths& tools, const PlanProg
         control.cancel = cancel;
         control.processId = processId;
         control.preload = tools.signalGuard;
-        outcome.runs.append(runTool(tool == Tool::Sox ? tools.sox : tools.ffmpeg, arguments, control));
+        outcome.runs.append(
+            runTool(tool == Tool::Sox ? tools.sox : tools.ffmpeg, replaced.arguments(arguments), control));
         const ToolRun& last = outcome.runs.last();
         if (last.end == RunEnd::Exited)
             return true;
@@ -160,7 +208,7 @@ PlanOutcome executePlan(const Plan& plan, const ToolPaths& tools, const PlanProg
         const bool carryOn = std::visit(
             Overloaded{
                 [&](const step::DeleteFile& d) {
-                    QFile::remove(d.path);
+                    replaced.replace(d.path);
                     return true;
                 },
                 [&](const step::Run& r) { return run(r.tool, r.arguments, r.growingFile, r.expectedBytes); },
@@ -185,6 +233,7 @@ PlanOutcome executePlan(const Plan& plan, const ToolPaths& tools, const PlanProg
     // A plan that ended abnormally or found no usable audio takes back what it
     // wrote. A missing file (RequireFile) is judged as before: the parts made so
     // far stay, as every edit's own rules say.
+    replaced.finish(!outcome.ok, newFiles.paths);
     if (takeBack)
         deleteWrittenFiles(newFiles);
     return outcome;

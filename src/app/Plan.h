@@ -2,6 +2,7 @@
 
 #include "ToolRunner.h"
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -88,6 +89,27 @@ bool isReadableAudio(const QString& path, bool needFrames = false);
 // The share of `expectedBytes` that `writtenBytes` is, held below 100 while the
 // run goes on (the estimate may fall short); -1 when nothing is expected.
 int progressPercent(qint64 writtenBytes, qint64 expectedBytes);
+// What a plan deletes is only set aside until the plan ends: results are named
+// by the second, so an operation of the same second as the one before it
+// replaces that one's file, and that file may be the very one it reads (the
+// current version, or the copied audio). Until the plan writes such a file
+// again, a run that names it anywhere but as its output (the last path it
+// names) reads the old file from where it was set aside. A plan that succeeds deletes what it set aside; one
+// that fails puts back every file that was there before it began, so it
+// leaves the work folder, and every document's files, as they were.
+class SetAside {
+public:
+    void replace(const QString& path); // the plan deletes `path`
+    QStringList arguments(QStringList arguments);
+    void finish(bool restore, const QStringList& madeByThePlan);
+
+private:
+    QList<std::pair<QString, QString>> m_files; // (path, where it is set aside)
+    QHash<QString, QString> m_pendingReads;
+};
+// The hidden name beside `path` that it is set aside under: ".<name>-replaced.wav".
+QString asideName(const QString& path);
+
 // A run that does not end normally (a crash, a kill, a failed start, or a cancel
 // through `cancel`) ends the plan: what it wrote is deleted and the outcome
 // says what happened. So does a RequireAudio step that finds no usable audio.

@@ -181,6 +181,41 @@ private slots:
         QVERIFY(!QFile::exists(folder + "/pwned"));
     }
 
+    // A plan's deletions wait for its end: a failed plan leaves every file
+    // that was there as it was, one that succeeds leaves nothing set aside.
+    void aPlanPutsBackWhatItDeletedWhenItFailsAndReadsWhatItReplaces() {
+        QTemporaryDir folder;
+        const QString other = folder.filePath("other.wav"), track = folder.filePath("track.wav");
+        fixtures::makeTone(other, 1, 440);
+        fixtures::makeTone(track, 2);
+        const std::vector<short> otherWas = fixtures::samples(other), trackWas = fixtures::samples(track);
+        const auto leftAside = [&] {
+            return QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).filter("replaced");
+        };
+
+        const PlanOutcome failed =
+            executePlan({{step::DeleteFile{other}, step::Run{Tool::Sox, {track, other, "no-such-effect"}},
+                          step::RequireFile{other, "no result"}}},
+                        realTools());
+        QVERIFY(!failed.ok);
+        QCOMPARE(failed.alert, QString("no result"));
+        QCOMPARE(fixtures::samples(other), otherWas);
+        QVERIFY(leftAside().isEmpty());
+
+        // The result's name is the input's: sox reads the old file from aside.
+        const PlanOutcome reversed =
+            executePlan({{step::DeleteFile{track}, step::Run{Tool::Sox, {track, track, "reverse"}},
+                          step::RequireAudio{track, "Reverse"}}},
+                        realTools());
+        QVERIFY2(reversed.ok, qPrintable(reversed.alert));
+        QCOMPARE(reversed.runs[0].arguments[0], asideName(track));
+        QCOMPARE(reversed.runs[0].arguments[1], track);
+        const std::vector<short> is = fixtures::samples(track);
+        QCOMPARE(is.size(), trackWas.size());
+        QCOMPARE(is.front(), trackWas[trackWas.size() - 2]);
+        QVERIFY(leftAside().isEmpty());
+    }
+
     void locatesToolsBesideTheExecutableThenLibexecThenPath() {
         const QString app = m_dir.filePath("install/bin");
         QVERIFY(QDir().mkpath(app));

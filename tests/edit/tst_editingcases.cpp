@@ -4,6 +4,9 @@
 #include <QApplication>
 #include <QCryptographicHash>
 #include <QMenu>
+#include <QScopeGuard>
+
+#include "effects/EffectPlans.h"
 
 namespace {
 QByteArray digest(const QString& path) {
@@ -60,6 +63,87 @@ private slots:
             return;
         }
         QFAIL("two copies never landed in one second");
+    }
+
+    // Runs `first` then `second` right after a second begins, until both land
+    // in one second (their results then share a name); false if they never do.
+    bool inOneSecond(Document* d, const std::function<void()>& first, const std::function<void()>& second) {
+        const auto alert = gui::answerAlert(); // an edit that fails says so, and the test fails
+        const auto stopAnswering = qScopeGuard([&] { alert->stop = true; });
+        for (int attempt = 0; attempt < 3; ++attempt) {
+            waitPastEveryStamp(m_app->s_Output_Folder);
+            if (!edit(d, first))
+                return false;
+            const QString made = d->s_WAV_File_Path;
+            if (!edit(d, second))
+                return false;
+            if (QFileInfo(d->s_WAV_File_Path).fileName().left(19) == QFileInfo(made).fileName().left(19))
+                return true;
+        }
+        return false;
+    }
+
+    QStringList hiddenFiles() const {
+        return QDir(m_app->s_Output_Folder).entryList({".*-replaced.wav"}, QDir::Files | QDir::Hidden);
+    }
+
+    void twoReversesInOneSecondRewriteOneFileAndUndoFindsTheNewerAudio() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        const QString original = d->s_WAV_File_Path;
+        QVERIFY(inOneSecond(
+            d, [&] { d->OnPopupReverseEntireTrack(); }, [&] { d->OnPopupReverseEntireTrack(); }));
+        // The second reverse read the first one's file before it rewrote it.
+        const QStringList history = d->history.array_WAV_Files;
+        QCOMPARE(history.size(), 3);
+        QCOMPARE(history[1], history[2]);
+        QCOMPARE(fixtures::samples(d->s_WAV_File_Path), fixtures::samples(original));
+        QVERIFY2(hiddenFiles().isEmpty(), qPrintable(hiddenFiles().join(", ")));
+        d->Operation_Undo();
+        QCOMPARE(d->s_WAV_File_Path, history[1]);
+        QCOMPARE(fixtures::samples(d->s_WAV_File_Path), fixtures::samples(original));
+    }
+
+    void aCutAndAPasteInOneSecondPasteTheRemainderIntoItself() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        setMarkers(d, 20, 50, 40);
+        // The cut leaves the 7-second remainder as the track and on the
+        // clipboard under the same name; the paste rewrites that name.
+        QVERIFY(inOneSecond(
+            d, [&] { d->Operation_Cut(); }, [&] { d->OnPopupMenuPasteAtCurrentPosition(); }));
+        QCOMPARE(m_app->s_Copied_WAV_File, d->s_WAV_File_Path);
+        const fixtures::WavInfo info = fixtures::wavInfo(d->s_WAV_File_Path);
+        QVERIFY(info.ok);
+        QVERIFY2(std::abs(info.seconds() - 14.0) < 0.05, qPrintable(QString::number(info.seconds())));
+        QVERIFY(hiddenFiles().isEmpty());
+    }
+
+    void aFailedEffectInTheSecondOfTheCurrentVersionLeavesThatVersionAsItWas() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        for (int attempt = 0; attempt < 3; ++attempt) {
+            waitPastEveryStamp(m_app->s_Output_Folder);
+            QVERIFY(edit(d, [&] { d->OnPopupReverseEntireTrack(); }));
+            const QString current = d->s_WAV_File_Path;
+            const QByteArray was = digest(current);
+            const QStringList history = d->history.array_WAV_Files;
+            const auto alert = gui::answerAlert();
+            // sox knows no such effect: nothing is written, and the result's
+            // name is the current version's when this second is still the same.
+            d->applyEffect(EffectArguments{{}, {"no-such-effect"}}, false);
+            QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
+            QVERIFY(gui::waitIdle(*m_app));
+            QCOMPARE(alert->informativeText,
+                     QString("Parameters were not accepted. change parameters and try again."));
+            QCOMPARE(d->history.array_WAV_Files, history);
+            QCOMPARE(digest(current), was);
+            QVERIFY(hiddenFiles().isEmpty());
+            const QList<ToolRun>& runs = m_app->runner().runs();
+            if (runs.last().arguments.value(1) == current)
+                return; // the failed run was of the same second: it was to write the current name
+        }
+        QFAIL("the failed effect never landed in the second of the version before it");
     }
 
     void aCutLeavesTheRemainderOnTheClipboardAndPasteAtStartDoublesIt() {
