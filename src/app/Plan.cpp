@@ -1,6 +1,7 @@
 #include "Plan.h"
 
 #include "Duration.h"
+#include "RemovedFiles.h"
 #include "ToolPaths.h"
 
 #include <QDir>
@@ -156,6 +157,7 @@ void SetAside::finish(bool restore, const QStringList& madeByThePlan) {
             QFile::rename(it->second, it->first);
         } else {
             QFile::remove(it->second);
+            removedFiles::note(it->first);
         }
     }
     m_files.clear();

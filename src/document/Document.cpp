@@ -141,6 +141,12 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
     });
     setEditingEnabled(!runner.isBusy());
 
+    m_openMode = app.u_Open_New_Document;
+    // Nothing may be pressed before the start-up load begins: Open waits for
+    // it, and the rest follow the start-up routine's states from the first
+    // moment the window shows.
+    setStartupButtons();
+    btnOpen->setEnabled(false);
     QTimer::singleShot(100, this, &Document::TimerHandleStartupRoutine);
 }
 
@@ -201,12 +207,17 @@ void Document::setEditingEnabled(bool enabled) {
     btnCancel->setVisible(!enabled);
 }
 
-void Document::TimerHandleStartupRoutine() {
+void Document::setStartupButtons() {
     for (QAction* on : {btnRecord, btnSoundPreferences, btnUndo, btnRedo, btnPaste})
         on->setEnabled(true);
     for (QAction* off : {btnPlay, btnPause, btnStop, btnZoomPlus, btnZoomMinus, btnSave, btnCopy, btnCut,
                          btnDelete, btnTools})
         off->setEnabled(false);
+}
+
+void Document::TimerHandleStartupRoutine() {
+    if (!recording())
+        setStartupButtons();
     audioPlot->setBackgroundColor(QColor::fromRgbF(0, 0, 0, 1));
     audioPlot->setColor(QColor::fromRgbF(0, 1, 0, 1));
     audioPlot->setPlotOpacity(0.5);
@@ -216,25 +227,43 @@ void Document::TimerHandleStartupRoutine() {
 }
 
 void Document::TimerOpenFilePanelRoutine() {
-    switch (m_app.u_Open_New_Document) {
+    btnOpen->setEnabled(!recording());
+    // A recording started meanwhile makes the track when it stops, and a file
+    // the user opened in the meantime is the track already.
+    const bool busy = recording() || m_loadRequest > 0;
+    switch (m_openMode) {
     case 2:
-        Open_Pre_Generated_Audio_File();
+        if (!busy)
+            Open_Pre_Generated_Audio_File();
         if (++m_app.u_Pre_Generated_Docs_Index >= quint64(m_app.array_Pre_Generated_Docs.size()))
             m_app.u_Open_New_Document = 0;
         break;
     case 1:
-        Open_And_Select_An_Audio_File();
-        m_app.u_Open_New_Document = 0;
+        if (!busy)
+            Open_And_Select_An_Audio_File();
+        if (m_app.u_Open_New_Document == 1)
+            m_app.u_Open_New_Document = 0;
         break;
     case 0:
-        Open_And_Select_Silence_File();
+        if (!busy)
+            Open_And_Select_Silence_File();
         break;
     default:
         break;
     }
 }
 
+bool Document::recording() const {
+    return m_RecordStatus == StatusRecording || m_RecordStatus == StatusRecordingPaused;
+}
+
+int Document::beginLoad() {
+    return ++m_loadRequest;
+}
+
 void Document::OnToolbarOpen() {
+    if (recording())
+        return;
     // Opening here starts a fresh history and deletes the old one's files: a
     // history of several versions is the user's work, so ask first.
     const qsizetype versions = history.array_WAV_Files.size();
@@ -247,6 +276,8 @@ void Document::OnToolbarOpen() {
 
 void Document::Open_And_Select_An_Audio_File() {
     const QString path = chooseAudioFile(this, m_app.lastOpenFolder);
+    if (recording()) // R was pressed while the dialog was up: the take wins
+        return;
     if (path.isEmpty())
         Open_And_Select_Silence_File();
     else
@@ -257,7 +288,7 @@ bool Document::readyToWrite() {
     // The menu's edit commands still reach a recording window: an edit then
     // would be dropped with the old history at the stop, and its result,
     // named by the same second as the take, would overwrite the take.
-    if (m_RecordStatus == StatusRecording || m_RecordStatus == StatusRecordingPaused)
+    if (recording())
         return false;
     const QString problem = roomToWorkProblem(m_app.s_Output_Folder, QFileInfo(s_WAV_File_Path).size());
     if (problem.isEmpty())
@@ -272,9 +303,17 @@ void Document::importFile(const QString& path) {
     const QFileInfo source(path);
     const qint64 size = source.size();
     const ResultNames names = importNames(m_app.s_Output_Folder, history.array_WAV_Files);
+    const int request = beginLoad();
     m_app.runner().submit(buildImportPlan(path, names.path()), this, [=, this](const PlanOutcome& outcome) {
-        if (failed(outcome))
+        if (request != m_loadRequest)
             return;
+        if (failed(outcome)) {
+            // A window that never held a track falls back to the silence track,
+            // as when its file dialog is cancelled, rather than stay empty.
+            if (!b_Audio_Loaded)
+                Open_And_Select_Silence_File();
+            return;
+        }
         s_File_URL = QStringLiteral("file://") + path;
         s_File_Path = path;
         s_File_Extension = source.suffix();
@@ -294,8 +333,11 @@ void Document::Open_And_Select_Silence_File() {
     s_File_Extension = QFileInfo(s_File_Path).suffix();
     s_File_Size.clear();
     setWindowTitle(QStringLiteral("silence.wav"));
-    m_app.runner().submit(buildProbePlan(s_WAV_File_Path), this,
-                          [this](const PlanOutcome& outcome) { finishLoading(outcome.seconds.value_or(0)); });
+    const int request = beginLoad();
+    m_app.runner().submit(buildProbePlan(s_WAV_File_Path), this, [this, request](const PlanOutcome& outcome) {
+        if (request == m_loadRequest)
+            finishLoading(outcome.seconds.value_or(0));
+    });
 }
 
 void Document::Open_Pre_Generated_Audio_File() {
@@ -314,10 +356,15 @@ void Document::Open_Pre_Generated_Audio_File() {
 }
 
 void Document::Refresh_Audio_Plot() {
+    // A window that records keeps recording: its take replaces the track.
+    if (recording())
+        return;
     openFileWithFilePathURL(s_WAV_File_URL);
     changeColor(m_app.color_Pre_Generated_Docs);
-    m_app.runner().submit(buildProbePlan(s_WAV_File_Path), this, [this](const PlanOutcome& outcome) {
-        finishLoading(outcome.seconds.value_or(0), false);
+    const int request = beginLoad();
+    m_app.runner().submit(buildProbePlan(s_WAV_File_Path), this, [this, request](const PlanOutcome& outcome) {
+        if (request == m_loadRequest)
+            finishLoading(outcome.seconds.value_or(0), false);
     });
 }
 

@@ -241,10 +241,23 @@ private:
     void adoptResult(const EditPlan& edit, qint64 seconds);
     void paste(PastePlace place);
     void pasteMix(PastePlace place);
+    bool haveCopiedContent(); // or says "There is no copied content."
     void insertSilence(SilencePlace place);
 
     AppDelegate& m_app;
     QToolBar* m_toolBar;
     bool m_zoomed = false; // the width has been set by a zoom action
     int m_plotRequest = 0;
+
+    // Loading. Every load is numbered when it starts; a load that finishes
+    // after a newer one began, or after a recording began, is dropped, so two
+    // loads in one window never both take it.
+    bool recording() const;
+    int beginLoad();
+    int m_loadRequest = 0;
+    // How this window opens its first track, taken from the application when
+    // the window is made: a window made within another's start-up wait would
+    // otherwise take that one's mode (a batch's windows a file dialog).
+    quint64 m_openMode = 0;
+    void setStartupButtons();
 };

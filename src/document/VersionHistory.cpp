@@ -1,6 +1,7 @@
 #include "VersionHistory.h"
 
 #include "app/Names.h"
+#include "app/RemovedFiles.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -31,7 +32,7 @@ QString VersionHistory::redo() {
 
 void VersionHistory::clear() {
     for (const QString& path : std::as_const(array_WAV_Files))
-        QFile::remove(path);
+        removedFiles::remove(path);
     array_WAV_Files.clear();
 }
 

@@ -3,6 +3,7 @@
 
 #include "app/Alerts.h"
 #include "app/AppDelegate.h"
+#include "app/RemovedFiles.h"
 #include "document/Document.h"
 #include "document/WaveformPlot.h"
 #include "edit/Window_Silence_Insert.h"
@@ -94,14 +95,14 @@ void Document::adoptResult(const EditPlan& edit, qint64 seconds) {
     setWindowTitle(name);
     s_WAV_File_URL = fileUrlText(m_app.s_Output_Folder, name);
     for (const QString& path : edit.deleteBeforeShowing)
-        QFile::remove(path);
+        removedFiles::remove(path);
     openFileWithFilePathURL(s_WAV_File_URL);
     Add_WAV_File_To_Undo_Redo_Array();
     i_Audio_Duration_Seconds = seconds;
     viewAudioPlot->f_Audio_Length = float(seconds);
     viewAudioPlot->f_Audio_Position = 0;
     for (const QString& path : edit.deleteAfterAdopting)
-        QFile::remove(path);
+        removedFiles::remove(path);
     takeDuration(seconds);
     emit adopted();
 }
@@ -120,11 +121,16 @@ void Document::Operation_Delete() {
     runEdit(buildDeletePlan(editState(true), ResultNames(m_app.s_Output_Folder)));
 }
 
+bool Document::haveCopiedContent() {
+    if (!m_app.s_Copied_WAV_File.isEmpty() && QFileInfo::exists(m_app.s_Copied_WAV_File))
+        return true;
+    showErrorAlert(this, QStringLiteral("There is no copied content."));
+    return false;
+}
+
 void Document::Operation_Paste() {
-    if (m_app.s_Copied_WAV_File.isEmpty() || !QFileInfo::exists(m_app.s_Copied_WAV_File)) {
-        showErrorAlert(this, QStringLiteral("There is no copied content."));
+    if (!haveCopiedContent())
         return;
-    }
     popupMenuPaste->popup(QCursor::pos());
 }
 
@@ -150,6 +156,11 @@ void Document::OnPopupMenuPasteAtEnd() {
 }
 
 void Document::pasteMix(PastePlace place) {
+    // With nothing copied, sox would be asked to pad and mix a file that is
+    // not there (and to write the padded copy beside it, outside the work
+    // folder): say so, as Paste does, instead.
+    if (!haveCopiedContent())
+        return;
     const ResultNames names(m_app.s_Output_Folder);
     runEdit(buildPasteMixPlan(editState(place != PastePlace::Start), names, place));
 }

@@ -243,6 +243,10 @@ void Document::recordAudio() {
                                     "until then is kept as the track."));
         });
         m_RecordStatus = StatusRecording;
+        // The take becomes the track: a load still on its way is dropped, and
+        // no other may start until the recording stops.
+        beginLoad();
+        btnOpen->setEnabled(false);
         viewAudioPlot->b_Recording = true;
         viewAudioPlot->update();
         ez_Microphone->startFetchingAudio();
@@ -253,6 +257,7 @@ void Document::recordAudio() {
 void Document::endRecording() {
     soundRecorder->stop();
     m_RecordStatus = StatusIdle;
+    btnOpen->setEnabled(true);
     ez_Microphone->stopFetchingAudio();
     if (!isReadableAudio(s_Sound_File_Source)) {
         // Nothing a reader can open was written: the track stays as it was.
@@ -277,7 +282,10 @@ void Document::endRecording() {
     viewAudioPlot->b_Recording = false;
     applyButtons(buttonsAfter(TransportStep::StopRecording));
     const QString path = s_WAV_File_Path;
-    m_app.runner().submit(buildProbePlan(path), this, [this, path](const PlanOutcome& outcome) {
+    const int request = beginLoad();
+    m_app.runner().submit(buildProbePlan(path), this, [this, path, request](const PlanOutcome& outcome) {
+        if (request != m_loadRequest)
+            return;
         takeDuration(outcome.seconds.value_or(0));
         b_Audio_Loaded = viewAudioPlot->b_Audio_Loaded = viewTimeRule->b_Audio_Loaded = true;
         viewTimeRule->update();

@@ -420,6 +420,48 @@ private slots:
         QCOMPARE(m_app->u_Pre_Generated_Docs_Index, 3u);
     }
 
+    // Each window takes the opening mode the application had when it was made:
+    // a new-window command right after a batch neither turns the batch's
+    // windows into file dialogs nor takes one of their entries.
+    void aWindowAskedForDuringABatchsStartUpOpensItsOwnWay() {
+        Document* producer = gui::firstDocument(*m_app);
+        QVERIFY(producer);
+        const QStringList parts = {workCopy("mode_PART_1.wav", 1), workCopy("mode_PART_2.wav", 2)};
+        m_app->array_Pre_Generated_Docs = parts;
+        m_app->u_Pre_Generated_Docs_Index = 0;
+        m_app->openPreGeneratedDocuments();
+        const auto dialog = gui::answerFileDialog(m_tone);
+        m_app->openDocument(); // within the batch windows' start-up wait
+        QCOMPARE(m_app->documents().size(), 4);
+        const QList<Document*> added = m_app->documents().mid(1);
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                return std::all_of(added.begin(), added.end(), [](Document* d) { return d->b_Audio_Loaded; });
+            },
+            20000));
+        QVERIFY(gui::waitIdle(*m_app));
+        QCOMPARE(added[0]->windowTitle(), QString("mode_PART_1.wav"));
+        QCOMPARE(added[1]->windowTitle(), QString("mode_PART_2.wav"));
+        QVERIFY(dialog->shown);
+        QCOMPARE(added[2]->s_File_Path, m_tone);
+        QCOMPARE(m_app->u_Open_New_Document, 0u);
+    }
+
+    // A file opened with the toolbar before the start-up load begins is the
+    // window's track; the start-up load does not replace it.
+    void aFileOpenedBeforeTheStartUpLoadIsKept() {
+        m_app->u_Open_New_Document = 0;
+        Document* d = m_app->newDocument();
+        QVERIFY(!d->btnOpen->isEnabled()); // the toolbar waits for the start-up load...
+        QVERIFY(!d->btnPlay->isEnabled()); // ...and shows the start-up states at once
+        QVERIFY(gui::openInto(d, m_tone, [d] { d->OnToolbarOpen(); })); // called directly, as a menu command would
+        QTest::qWait(400);
+        QVERIFY(gui::waitIdle(*m_app));
+        QCOMPARE(d->s_File_Path, m_tone);
+        QCOMPARE(d->history.array_WAV_Files, QStringList({d->s_WAV_File_Path}));
+        QVERIFY(d->btnOpen->isEnabled());
+    }
+
     void anEmptyBatchOpensNothingAndLeavesTheModeAtTwo() {
         Document* producer = gui::firstDocument(*m_app);
         QVERIFY(producer);

@@ -71,9 +71,11 @@ class tst_Import : public QObject {
         if (document) { // a loaded document keeps its track
             QCOMPARE(document->s_WAV_File_Path, current);
             QCOMPARE(document->history.array_WAV_Files, QStringList({current}));
-        } else {
-            QVERIFY(!shown->b_Audio_Loaded);
-            QVERIFY(!shown->viewAudioPlot->b_Audio_Loaded);
+        } else { // a new window is never left empty: it takes the silence track, as on Cancel
+            QTRY_VERIFY(shown->b_Audio_Loaded);
+            QCOMPARE(shown->s_WAV_File_Path, m_app->sSilenceWavPath);
+            QCOMPARE(shown->windowTitle(), QString("silence.wav"));
+            QCOMPARE(shown->history.array_WAV_Files, QStringList({m_app->sSilenceWavPath}));
         }
     }
 
@@ -210,7 +212,8 @@ private slots:
         QVERIFY(alert->informativeText.contains("vanishing.wav"));
         QCOMPARE(alert->buttons, QStringList({"Close"}));
         QVERIFY(gui::waitIdle(*m_app));
-        QVERIFY(!d->b_Audio_Loaded);
+        QTRY_VERIFY(d->b_Audio_Loaded);
+        QCOMPARE(d->windowTitle(), QString("silence.wav"));
         QVERIFY(d->findChild<QToolBar*>()->isEnabled());
     }
 };

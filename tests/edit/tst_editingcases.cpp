@@ -334,6 +334,40 @@ private slots:
         QCOMPARE(d->i_Audio_Duration_Seconds, qint64(10));
     }
 
+    void mixingWithNothingCopiedSaysSoAndRunsNothing_data() {
+        QTest::addColumn<bool>("copiedThenDeleted");
+        QTest::newRow("nothing copied yet") << false;
+        QTest::newRow("the copied file is gone") << true;
+    }
+    void mixingWithNothingCopiedSaysSoAndRunsNothing() {
+        QFETCH(bool, copiedThenDeleted);
+        Document* d = openPattern();
+        QVERIFY(d);
+        if (copiedThenDeleted) {
+            QVERIFY(copyClip(d));
+            QVERIFY(QFile::remove(m_app->s_Copied_WAV_File));
+        } else {
+            m_app->s_Copied_WAV_File.clear();
+        }
+        const QString track = d->s_WAV_File_Path;
+        const QStringList files = workFiles();
+        const qsizetype runs = m_app->runner().runs().size();
+        for (const auto& mix :
+             {&Document::OnPopupPasteMixingAtStart, &Document::OnPopupPasteMixingAtCurrentPosition,
+              &Document::OnPopupPasteMixingAtStartOfSelection,
+              &Document::OnPopupPasteMixingAtEndOfSelection}) {
+            const auto alert = gui::answerAlert();
+            (d->*mix)();
+            QTRY_VERIFY(alert->shown);
+            QCOMPARE(alert->informativeText, QString("There is no copied content."));
+        }
+        QVERIFY(gui::waitIdle(*m_app));
+        QCOMPARE(m_app->runner().runs().size(), runs);
+        QCOMPARE(d->s_WAV_File_Path, track);
+        QCOMPARE(workFiles(), files);
+        QVERIFY(!QFile::exists("/_PAD.wav") && !QFile::exists("_PAD.wav"));
+    }
+
     void editsOfAFileDeletedBehindTheEditorsBackAndWildMarkersDoNotBreakIt() {
         Document* d = openPattern();
         QVERIFY(d);

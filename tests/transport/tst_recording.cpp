@@ -1,4 +1,5 @@
 #include "app/AppDelegate.h"
+#include "app/PlanRunner.h"
 #include "document/Document.h"
 #include "document/WaveformPlot.h"
 #include "support/Fixtures.h"
@@ -7,6 +8,7 @@
 #include "timeline/View_Audio_Wave.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QAudioDevice>
 #include <QDir>
 #include <QFile>
@@ -177,6 +179,72 @@ private slots:
         QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).seconds() < 1);
         QCOMPARE(d->i_Audio_Duration_Seconds, 0);
         QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
+    }
+
+    // A recording makes the track when it stops: a load still on its way is
+    // dropped, and nothing opens, reloads or exports into the window meanwhile.
+    void nothingLoadsIntoARecordingWindow() {
+        Document* d = open(m_tone);
+        QVERIFY(d);
+        const QString before = d->s_WAV_File_Path;
+        // The runner is busy for a second, so the silence track's load waits.
+        m_app->runner().submit(
+            {{step::Run{Tool::FFmpeg, {"-re", "-f", "lavfi", "-i", "anullsrc=d=1", "-f", "null", "-"}}}},
+            nullptr, {});
+        d->Open_And_Select_Silence_File();
+        d->OnToolbarRecord();
+        QCOMPARE(d->m_RecordStatus, 1u);
+        const QString recording = buttons(d);
+        QCOMPARE(recording, QString("off off on on off off off off off on on on"));
+        QVERIFY(!d->btnOpen->isEnabled());
+        QVERIFY(gui::waitIdle(*m_app));
+        QCOMPARE(d->m_RecordStatus, 1u);
+        QCOMPARE(buttons(d), recording); // Pause and Stop still work
+        QVERIFY(!d->btnOpen->isEnabled());
+        QVERIFY(!d->b_Audio_Loaded || d->history.array_WAV_Files == QStringList({before}));
+
+        const auto dialog = gui::answerFileDialog({});
+        d->OnToolbarOpen();
+        d->Refresh_Audio_Plot();
+        d->Operation_Save();
+        QTest::qWait(400); // the save command's wait is 0.1 s
+        QVERIFY(!dialog->shown);
+        dialog->stop = true;
+        QVERIFY(!QApplication::activeModalWidget());
+        QVERIFY(gui::waitIdle(*m_app));
+        QCOMPARE(d->m_RecordStatus, 1u);
+
+        const QString take = d->s_Sound_File_Source;
+        QVERIFY(finish(d));
+        QCOMPARE(d->s_WAV_File_Path, take);
+        QCOMPARE(d->history.array_WAV_Files, QStringList({take}));
+        QCOMPARE(d->windowTitle(), QFileInfo(take).fileName());
+        QVERIFY(d->btnOpen->isEnabled());
+    }
+
+    // Record pressed in a window still starting up: its start-up load never
+    // comes, and the take is its first track.
+    void aWindowThatRecordsBeforeItHasLoadedKeepsRecording() {
+        m_app->u_Open_New_Document = 0;
+        Document* d = m_app->newDocument();
+        QVERIFY(d);
+        QVERIFY(!d->btnOpen->isEnabled()); // until the start-up load begins
+        QVERIFY(!d->btnPlay->isEnabled());
+        QVERIFY(d->btnRecord->isEnabled());
+        d->OnToolbarRecord();
+        QCOMPARE(d->m_RecordStatus, 1u);
+        QTest::qWait(500);
+        QVERIFY(gui::waitIdle(*m_app));
+        QCOMPARE(d->m_RecordStatus, 1u);
+        // Pause and Stop, as in any recording; nothing to copy yet.
+        QCOMPARE(buttons(d), QString("off off on on off off off off off off off off"));
+        QVERIFY(!d->b_Audio_Loaded);
+        const QString take = d->s_Sound_File_Source;
+        QVERIFY(finish(d));
+        QCOMPARE(d->s_WAV_File_Path, take);
+        QCOMPARE(d->windowTitle(), QFileInfo(take).fileName());
+        QVERIFY(d->b_Audio_Loaded);
+        QVERIFY(d->btnOpen->isEnabled());
     }
 
     void withoutAnInputRecordSaysSoAndChangesNothing() {
