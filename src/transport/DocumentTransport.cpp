@@ -18,6 +18,7 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QCursor>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLabel>
@@ -221,6 +222,13 @@ void Document::OnToolbarRecord() {
     recordAudio();
 }
 
+namespace {
+QString growingTakePath(const QString& take) {
+    const QFileInfo info(take);
+    return info.dir().filePath(QStringLiteral(".recording-") + info.fileName());
+}
+} // namespace
+
 void Document::recordAudio() {
     if (m_RecordStatus == StatusRecordingPaused) {
         soundRecorder->record();
@@ -230,7 +238,10 @@ void Document::recordAudio() {
         // taken, so that a take never replaces a file it does not own.
         s_Sound_File_Source = importNames(m_app.s_Output_Folder, history.array_WAV_Files).path();
         QFile::remove(s_Sound_File_Source);
-        auto recorder = std::make_unique<SoundRecorder>(s_Sound_File_Source);
+        // The take grows in a hidden file of its own and gets its name when it
+        // stops: a result of another window named by the same second can then
+        // neither replace the take while it is recorded nor be replaced by it.
+        auto recorder = std::make_unique<SoundRecorder>(growingTakePath(s_Sound_File_Source));
         if (!recorder->record()) {
             showErrorAlert(
                 this, QStringLiteral("Could not start recording. Change record settings and try again."));
@@ -259,7 +270,12 @@ void Document::endRecording() {
     m_RecordStatus = StatusIdle;
     btnOpen->setEnabled(true);
     ez_Microphone->stopFetchingAudio();
-    if (!isReadableAudio(s_Sound_File_Source)) {
+    if (QFileInfo::exists(s_Sound_File_Source)) // taken meanwhile: the next free second
+        s_Sound_File_Source = importNames(m_app.s_Output_Folder, history.array_WAV_Files).path();
+    const QString grown = soundRecorder->path();
+    soundRecorder.release()->deleteLater(); // this may run inside its own signal
+    if (!isReadableAudio(grown) || !QFile::rename(grown, s_Sound_File_Source)) {
+        QFile::remove(grown);
         // Nothing a reader can open was written: the track stays as it was.
         viewAudioPlot->b_Recording = false;
         viewAudioPlot->update();

@@ -16,6 +16,7 @@
 #include <QMenu>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -179,6 +180,33 @@ private slots:
         QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).seconds() < 1);
         QCOMPARE(d->i_Audio_Duration_Seconds, 0);
         QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
+    }
+
+    // Another window's result of the take's second, made while it records,
+    // neither replaces the take nor is replaced by it: the take, recorded
+    // beside it, gets the next free name when it stops.
+    void aFileMadeUnderTheTakesNameWhileItRecordsIsKept() {
+        Document* d = open(m_tone);
+        QVERIFY(d);
+        playIntoTheMicrophone();
+        d->OnToolbarRecord();
+        QCOMPARE(d->m_RecordStatus, 1u);
+        const QString named = d->s_Sound_File_Source;
+        QTest::qWait(300);
+        fixtures::makeTone(named, 2, 440); // as a same-second result would be
+        const std::vector<short> other = fixtures::samples(named);
+        QTest::qWait(700);
+        QVERIFY(finish(d));
+        const QString take = d->s_WAV_File_Path;
+        QVERIFY(take != named);
+        QCOMPARE(QFileInfo(take).path(), m_app->s_Output_Folder);
+        QVERIFY(QFileInfo(take).fileName().contains(QRegularExpression("^\\d{4}(-\\d\\d){5}\\.wav$")));
+        QCOMPARE(d->history.array_WAV_Files, QStringList({take}));
+        QCOMPARE(fixtures::samples(named), other); // untouched
+        const std::vector<short> recorded = fixtures::samples(take);
+        QVERIFY2(std::abs(listening::frequency(recorded) - 1000) < 15, "the take is not what was recorded");
+        QVERIFY(
+            QDir(m_app->s_Output_Folder).entryList({".recording-*"}, QDir::Hidden | QDir::Files).isEmpty());
     }
 
     // A recording makes the track when it stops: a load still on its way is
