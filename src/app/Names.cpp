@@ -1,5 +1,7 @@
 #include "Names.h"
 
+#include <QFileInfo>
+
 ResultNames::ResultNames(const QString& workFolder, const QDateTime& when)
     : m_folder(workFolder), m_stamp(when.toString(QStringLiteral("yyyy-MM-dd-HH-mm-ss"))) {}
 
@@ -17,4 +19,9 @@ QString pathInFolder(const QString& folder, const QString& name) {
 
 QString fileUrlText(const QString& folder, const QString& name) {
     return QStringLiteral("file://") + pathInFolder(folder, name);
+}
+
+QString paddedPath(const QString& wav) {
+    const QFileInfo info(wav);
+    return pathInFolder(info.path(), info.completeBaseName() + QStringLiteral("_PAD.wav"));
 }

@@ -23,3 +23,6 @@ private:
 QString pathInFolder(const QString& folder, const QString& name);
 // "file://%@/%@": the same as a URL text, the path not percent-escaped.
 QString fileUrlText(const QString& folder, const QString& name);
+// The copy of a WAV that is padded with leading silence before a mix: beside
+// it, its name without the extension followed by "_PAD.wav".
+QString paddedPath(const QString& wav);

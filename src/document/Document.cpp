@@ -286,8 +286,7 @@ void Document::Open_And_Select_An_Audio_File() {
 
 bool Document::readyToWrite() {
     // The menu's edit commands still reach a recording window: an edit then
-    // would be dropped with the old history at the stop, and its result,
-    // named by the same second as the take, would overwrite the take.
+    // would be dropped with the old history when the take replaces it.
     if (recording())
         return false;
     const QString problem = roomToWorkProblem(m_app.s_Output_Folder, QFileInfo(s_WAV_File_Path).size());

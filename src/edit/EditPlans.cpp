@@ -59,11 +59,6 @@ void removeSelection(Builder& b, const EditState& s, const ResultNames& names) {
 }
 } // namespace
 
-QString paddedClipPath(const QString& clip) {
-    const QFileInfo info(clip);
-    return pathInFolder(info.path(), info.completeBaseName() + QStringLiteral("_PAD.wav"));
-}
-
 QString parametersNotAcceptedMessage() {
     return QStringLiteral("Parameters were not accepted. change parameters and try again.");
 }
@@ -126,7 +121,7 @@ EditPlan buildPasteMixPlan(const EditState& s, const ResultNames& names, PastePl
         const float offset = place == PastePlace::CurrentPosition    ? s.seg.f_CurrentPosition
                              : place == PastePlace::StartOfSelection ? s.seg.f_StartSelection
                                                                      : s.seg.f_EndSelection;
-        second = paddedClipPath(s.clip);
+        second = paddedPath(s.clip);
         b.remove(second);
         b.sox({s.clip, second, "pad", wholeSeconds(offset)});
     }

@@ -42,8 +42,5 @@ EditPlan buildSilenceSelectionPlan(const EditState& s, const ResultNames& names)
 EditPlan buildSilenceTrimPlan(const EditState& s, const ResultNames& names, quint64 mode,
                               quint64 milliseconds);
 
-// The padded clip of a mix: beside the clip, its name less the extension plus "_PAD.wav".
-QString paddedClipPath(const QString& clip);
-
 // The alert of an edit whose tool wrote no result.
 QString parametersNotAcceptedMessage();

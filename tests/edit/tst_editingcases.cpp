@@ -183,7 +183,7 @@ private slots:
         setMarkers(d, 20, 50, 0.9f);
         QVERIFY(edit(d, [&] { d->OnPopupPasteMixingAtCurrentPosition(); }));
         checkResult(d, 1, 10, {{0, 4, true}, {4, 6, false}, {6, 10, true}});
-        const QString padded = paddedClipPath(m_app->s_Copied_WAV_File);
+        const QString padded = paddedPath(m_app->s_Copied_WAV_File);
         QVERIFY(QFile::exists(padded)); // stays until the next mix or start
         QVERIFY(std::abs(fixtures::wavInfo(padded).seconds() - 3.0) < 0.03);
     }

@@ -213,7 +213,7 @@ private slots:
     }
 
     void paddedClipSitsBesideTheClip() {
-        QCOMPARE(paddedClipPath("/some where/2024-05-01-10-20-30.wav"),
+        QCOMPARE(paddedPath("/some where/2024-05-01-10-20-30.wav"),
                  QString("/some where/2024-05-01-10-20-30_PAD.wav"));
     }
 };
