@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # Takes a screenshot of the real editor under Xvfb with a track loaded:
-#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel]
+#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel|mixer]
 # The last argument, run beside an audio server (scripts/with-audio-server.sh),
 # takes the picture 2.5 s into playback from the clicked position, or into a
 # recording of a tone played into the server. "export" takes the export dialog
 # (File ▸ Export…), "split" the tools menu open at its splits, "split-silence"
 # the split-on-silence dialog, "cancel" the status bar while a delete runs
-# (give it a long file, an hour or so).
+# (give it a long file, an hour or so), "mixer" the track mixer over this
+# track and two silence tracks, the second row selected and starting at 50 s.
 # After zooming, the waveform is scrolled right by SCROLL_STEPS wheel steps
 # and the play position set by a click a third of the way along the window. Without a file, a speech recording is put together from
 # alsa-utils' samples.
@@ -62,6 +63,26 @@ record)
 cancel)
     xdotool key Delete
     sleep 1.5
+    ;;
+mixer)
+    xdotool key ctrl+n
+    timeout 10 xdotool search --sync --name 'silence.wav' >/dev/null
+    sleep 1
+    xdotool key ctrl+n
+    sleep 1.5
+    xdotool windowfocus "$window"
+    sleep 0.3
+    xdotool key ctrl+j
+    window=$(timeout 10 xdotool search --sync --name '^Join Open Tracks$' | head -1)
+    sleep 0.5
+    xdotool windowfocus "$window"
+    xdotool key Down Down # the table has the focus: select the second row
+    sleep 0.3
+    xdotool mousemove --window "$window" 575 303 click 1 # the start field
+    xdotool key ctrl+a
+    xdotool type 50
+    xdotool key Return
+    sleep 0.5
     ;;
 export)
     xdotool key ctrl+s

@@ -6,6 +6,7 @@
 #include "app/ToolLog.h"
 #include "app/WorkFolder.h"
 #include "document/Document.h"
+#include "mixer/Window_Multiple_Tracks.h"
 
 #include <QAction>
 #include <QApplication>
@@ -39,6 +40,8 @@ AppDelegate::AppDelegate() : b_Starting(true), u_Doc_Index(0) {
     actionPrivacy = makeAction(tr("&Privacy Policy"));
     actionSupport = makeAction(tr("&Report a Problem"));
     actionToolRuns = makeAction(tr("&Tool Runs"));
+    actionJoinTracks = makeAction(tr("&Join Open Tracks…"));
+    actionJoinTracks->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_J));
 
     connect(actionNew, &QAction::triggered, this, [this] { newDocument(); });
     connect(actionOpen, &QAction::triggered, this, &AppDelegate::openDocument);
@@ -55,6 +58,7 @@ AppDelegate::AppDelegate() : b_Starting(true), u_Doc_Index(0) {
     connect(actionPaste, &QAction::triggered, this, &AppDelegate::paste);
     connect(actionDelete, &QAction::triggered, this, &AppDelegate::deleteSelection);
     connect(actionExport, &QAction::triggered, this, &AppDelegate::save);
+    connect(actionJoinTracks, &QAction::triggered, this, &AppDelegate::OnMultipleTrackConcatenate);
 }
 
 AppDelegate::~AppDelegate() {
@@ -187,6 +191,8 @@ void AppDelegate::installMenus(QMainWindow* window) {
     edit->addActions({actionUndo, actionRedo});
     edit->addSeparator();
     edit->addActions({actionCut, actionCopy, actionPaste, actionDelete});
+    QMenu* tracks = bar->addMenu(tr("&Tracks"));
+    tracks->addAction(actionJoinTracks);
     QMenu* help = bar->addMenu(tr("&Help"));
     help->addActions({actionHomePage, actionMakers, actionPrivacy, actionSupport});
     help->addSeparator();
@@ -292,4 +298,20 @@ void AppDelegate::OnMenuSubmitTicket() {
 
 void AppDelegate::OnMenuToolRuns() {
     showToolLog(currentDocument(), *m_runner);
+}
+
+void AppDelegate::OnMultipleTrackConcatenate() {
+    if (documents().size() < 2) {
+        showErrorAlert(currentDocument(),
+                       QStringLiteral("You need more than one audio track to be able to open the mixer."));
+        return;
+    }
+    Window_Multiple_Tracks mixer(*this, currentDocument());
+    mixer.exec();
+    if (!mixer.bOK)
+        return;
+    array_Pre_Generated_Docs = {s_Mixed_WAV_File};
+    u_Pre_Generated_Docs_Index = 0;
+    color_Pre_Generated_Docs = QColor::fromRgbF(0.0f, 1.0f, 0.0f, 1.0f);
+    openPreGeneratedDocuments();
 }

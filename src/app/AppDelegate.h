@@ -52,6 +52,9 @@ public:
     void paste();
     void deleteSelection(); // the Edit menu's Delete
     void save();            // the File menu's Export…
+    // The Tracks menu's Join Open Tracks…: the track mixer, whose joined track
+    // opens as a new green window.
+    void OnMultipleTrackConcatenate();
 
     // Copy and cut delete the old clipboard file first, unless a version of an
     // open track is that file (as it is after a cut): then it stays.
@@ -105,6 +108,7 @@ public:
     QAction* actionPrivacy;
     QAction* actionSupport;
     QAction* actionToolRuns;
+    QAction* actionJoinTracks;
 
 private:
     Document* loadedCurrentDocument() const;

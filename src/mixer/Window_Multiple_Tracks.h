@@ -1,0 +1,74 @@
+#pragma once
+
+#include "mixer/MixerTracks.h"
+
+#include <QDialog>
+#include <QPointer>
+#include <memory>
+
+class AppDelegate;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QTableView;
+class QTimer;
+class SoundPlayer;
+class TracksModel;
+class MixerStripView;
+
+// The track mixer: the open documents' tracks as rows on one time line, which
+// the user orders, trims to at least two, gives starts, previews, and joins.
+class Window_Multiple_Tracks : public QDialog {
+    Q_OBJECT
+public:
+    Window_Multiple_Tracks(AppDelegate& app, QWidget* parent = nullptr);
+    ~Window_Multiple_Tracks() override;
+
+    AudioTracks arrayTracks;
+    quint64 Status_Play = 0; // 0 nothing loaded, 1 playing, 2 paused, 3 stopped
+    quint64 u_Current_Index_Selected = ~quint64(0);
+    bool bOK = false;
+    std::unique_ptr<SoundPlayer> sound;
+    QTableView* tableAudioTracks;
+    QPushButton* btnPlay;
+    QPushButton* btnPause;
+    QPushButton* btnStop;
+    QPushButton* btnMix;
+    QLineEdit* textPosition;
+    QLabel* labelClosing; // while the window waits to close: the joined track opens in N s
+    MixerStripView* strip;
+    QPointer<QTimer> timerCloseWindowOK;
+
+    void Refresh_List();
+    void OnRefresh();
+    void OnPlay();
+    void OnPause();
+    void OnStop();
+    void OnMoveUp();
+    void OnMoveDown();
+    void OnRemove();
+    void OnUpdatePosition();
+    void OnMix();
+    void refreshTableAudioTracks();
+    void tableViewSelectionDidChange();
+    void TimerCloseWindowOKRoutine();
+
+    // Seconds until the window closes with its joined track; 0 when it does not wait.
+    int secondsUntilClose() const;
+
+signals:
+    void mixed(); // the join's runs have ended and the close timer runs
+
+protected:
+    void done(int result) override;
+
+private:
+    void reload();
+    qint64 selectedRow() const;
+    void setPreviewButtons(bool play, bool pause, bool stop);
+    void showCountdown();
+
+    AppDelegate& m_app;
+    TracksModel* m_model;
+    QTimer* m_countdown;
+};
