@@ -9,8 +9,10 @@
 //      shell script;
 //   6. exporting a 10-minute and a 1-hour track as WAV and as MP3 the same way,
 //      and the longest interface-thread stall during the 1-hour exports;
-//   7. the time from Cancel to an idle runner during an echo over a 1-hour track.
-// Run it with `make bench` (or one part: --exports, --cancel).
+//   7. the time from Cancel to an idle runner during an echo over a 1-hour track;
+//   8. joining three 10-minute tracks end to end (two of them padded) the same
+//      way, and the longest interface-thread stall meanwhile.
+// Run it with `make bench` (or one part: --exports, --cancel, --join).
 
 #include "app/AppDelegate.h"
 #include "app/PlanRunner.h"
@@ -19,6 +21,7 @@
 #include "document/Waveform.h"
 #include "edit/EditPlans.h"
 #include "effects/EffectPlans.h"
+#include "mixer/MixerTracks.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -234,6 +237,29 @@ void compareEditsWithAShell(const QString& folder) {
         printSideBySide(name, sideBySide(runner, edit.plan, folder, 6));
 }
 
+// The mixer's join of three 10-minute tracks one after another: the second
+// and third are padded by 10 and 20 minutes, then all three mixed.
+void compareJoinWithAShell(const QString& folder) {
+    AudioTracks tracks;
+    for (int i = 0; i < 3; ++i) {
+        const QString path = folder + QString("/join-%1.wav").arg(i);
+        makeSine(path, 600);
+        tracks.append({QFileInfo(path).fileName(), path, 600, quint64(600 * i)});
+    }
+    const Plan plan = buildMixPlan(tracks, folder + "/joined.wav").plan;
+    PlanRunner runner(foundTools());
+    std::printf("\nJoining three 10-minute tracks (two padded): the editor's runner beside a shell script "
+                "(median of 3)\n");
+    printSideBySide("join", sideBySide(runner, plan, folder, 3));
+    double stall = 0;
+    timeThroughRunner(runner, plan, &stall);
+    std::printf(
+        "  longest interface-thread stall during the join: %.1f ms (timer interval 10 ms; target < 50 "
+        "ms)\n",
+        stall);
+    std::fflush(stdout);
+}
+
 // The export as the export dialog submits it: default settings, the
 // destination watched for the progress shown meanwhile.
 Plan exportPlan(const QString& wav, const QString& destination) {
@@ -320,6 +346,10 @@ int main(int argc, char** argv) {
         compareExportsWithAShell(dir.path(), hour);
         return 0;
     }
+    if (argc == 2 && QByteArray(argv[1]) == "--join") {
+        compareJoinWithAShell(dir.path());
+        return 0;
+    }
     if (argc == 2 && QByteArray(argv[1]) == "--cancel") {
         measureCancel(dir.path(), hour);
         return 0;
@@ -364,5 +394,6 @@ int main(int argc, char** argv) {
     compareEditsWithAShell(dir.path());
     compareExportsWithAShell(dir.path(), hour);
     measureCancel(dir.path(), hour);
+    compareJoinWithAShell(dir.path());
     return 0;
 }

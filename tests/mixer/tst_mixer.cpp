@@ -276,6 +276,30 @@ private slots:
         QVERIFY(QFile::exists(sources[0]->s_WAV_File_Path));
     }
 
+    // A join asked for while another operation runs waits its turn; a source
+    // window closed meanwhile still gives its track, its files untouched.
+    void aJoinWaitsForARunningPlanAndOutlivesAClosedSource() {
+        const QList<Document*> sources = open({{2, 440}, {3, 880}});
+        QCOMPARE(sources.size(), 2);
+        const QString closedTrack = sources[1]->s_WAV_File_Path;
+        const QByteArray closedBytes = fixtures::digest(closedTrack);
+        Window_Multiple_Tracks mixer(*m_app);
+        mixer.show();
+        delete sources[1];
+        m_app->runner().submit(
+            {{step::Run{Tool::FFmpeg, {"-re", "-f", "lavfi", "-i", "anullsrc=d=1", "-f", "null", "-"}}}},
+            nullptr, {});
+        QSignalSpy mixed(&mixer, &Window_Multiple_Tracks::mixed);
+        mixer.btnMix->click();
+        QVERIFY(!mixer.btnMix->isEnabled());
+        QCOMPARE(mixer.labelClosing->text(), QString("Joining the tracks…"));
+        QVERIFY(mixed.wait(30000));
+        QVERIFY(mixer.btnMix->isEnabled());
+        QVERIFY(std::abs(fixtures::wavInfo(m_app->s_Mixed_WAV_File).seconds() - 5.0) < 0.01);
+        QCOMPARE(fixtures::digest(closedTrack), closedBytes);
+        mixer.reject();
+    }
+
     void thePreviewPlaysTheSelectedRow() {
         QCOMPARE(open({{30, 1000}, {30, 440}}).size(), 2);
         Window_Multiple_Tracks mixer(*m_app);
