@@ -233,6 +233,22 @@ private slots:
             QCOMPARE(d->history.array_WAV_Files, QStringList({d->s_WAV_File_Path}));
     }
 
+    void closingTheMixerByHandOpensNothing() {
+        QCOMPARE(open({{2, 440}, {2, 880}}).size(), 2);
+        gui::whenModal<Window_Multiple_Tracks>([](Window_Multiple_Tracks* mixer) {
+            QSignalSpy mixed(mixer, &Window_Multiple_Tracks::mixed);
+            mixer->btnMix->click();
+            if (mixed.wait(30000))
+                mixer->reject(); // the window's close button, during the wait
+        });
+        const QString before = m_app->s_Mixed_WAV_File;
+        m_app->actionJoinTracks->trigger();
+        QVERIFY(m_app->s_Mixed_WAV_File != before);
+        QVERIFY(QFile::exists(m_app->s_Mixed_WAV_File)); // joined, though not opened
+        QTest::qWait(300);
+        QCOMPARE(m_app->documents().size(), 2);
+    }
+
     void joiningTwiceRestartsTheWaitAndPadsThePaddedCopies() {
         const QList<Document*> sources = open({{3, 440}, {2, 880}});
         QCOMPARE(sources.size(), 2);
