@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QTableView>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -151,8 +152,15 @@ void Window_Multiple_Tracks::OnRefresh() {
 }
 
 void Window_Multiple_Tracks::reload() {
-    m_model->reload();
-    strip->show(arrayTracks, selectedRow());
+    m_model->reload(); // which clears the view's selection
+    // The highlight shows the row the actions address, if any; putting it back
+    // is no new selection, so the preview goes on.
+    const qint64 row = selectedRow();
+    if (row >= 0 && row < arrayTracks.size()) {
+        const QSignalBlocker quiet(tableAudioTracks->selectionModel());
+        tableAudioTracks->selectRow(int(row));
+    }
+    strip->show(arrayTracks, row);
 }
 
 qint64 Window_Multiple_Tracks::selectedRow() const {

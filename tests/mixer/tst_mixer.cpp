@@ -130,6 +130,7 @@ private slots:
         QCOMPARE(durations(mixer.arrayTracks), QList<quint64>({10, 30, 20}));
         QCOMPARE(column(mixer, 2), QStringList({"00:00:00", "00:00:10", "00:00:40"}));
         QCOMPARE(mixer.u_Current_Index_Selected, ~quint64(0)); // select again
+        QVERIFY(mixer.tableAudioTracks->selectionModel()->selectedRows().isEmpty());
         QCOMPARE(starts(mixer.strip->tracks()), QList<quint64>({0, 10, 40}));
 
         select(mixer, 0);
@@ -164,6 +165,9 @@ private slots:
         mixer.textPosition->setText("5");
         mixer.OnUpdatePosition();
         QCOMPARE(starts(mixer.arrayTracks), QList<quint64>({0, 5}));
+        // The row stays highlighted and addressed.
+        QCOMPARE(mixer.tableAudioTracks->selectionModel()->selectedRows().value(0).row(), 1);
+        QCOMPARE(mixer.u_Current_Index_Selected, 1u);
         QCOMPARE(column(mixer, 2), QStringList({"00:00:00", "00:00:05"}));
         QCOMPARE(starts(mixer.strip->tracks()), QList<quint64>({0, 5}));
 
