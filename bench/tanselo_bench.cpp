@@ -249,8 +249,8 @@ void compareJoinWithAShell(const QString& folder) {
     const Plan plan = buildMixPlan(tracks, folder + "/joined.wav").plan;
     PlanRunner runner(foundTools());
     std::printf("\nJoining three 10-minute tracks (two padded): the editor's runner beside a shell script "
-                "(median of 3)\n");
-    printSideBySide("join", sideBySide(runner, plan, folder, 3));
+                "(median of 7)\n");
+    printSideBySide("join", sideBySide(runner, plan, folder, 7));
     double stall = 0;
     timeThroughRunner(runner, plan, &stall);
     std::printf(
