@@ -1,3 +1,4 @@
+#include "TrackLists.h"
 #include "app/AppDelegate.h"
 #include "app/PlanRunner.h"
 #include "document/Document.h"
@@ -27,23 +28,9 @@ QStringList column(Window_Multiple_Tracks& mixer, int c) {
         cells << model->index(r, c).data().toString();
     return cells;
 }
-QList<quint64> durations(const AudioTracks& tracks) {
-    QList<quint64> list;
-    for (const Object_Audio_Track& t : tracks)
-        list << t.f_Duration;
-    return list;
-}
-QList<quint64> starts(const AudioTracks& tracks) {
-    QList<quint64> list;
-    for (const Object_Audio_Track& t : tracks)
-        list << t.f_Position_To_Start;
-    return list;
-}
-double pitch(const std::vector<short>& all, double from, double to) {
-    const auto first = std::ptrdiff_t(from * 44100) * 2, last = std::ptrdiff_t(to * 44100) * 2;
-    return listening::frequency(std::vector<short>(all.begin() + first, all.begin() + last));
-}
 } // namespace
+
+using namespace tracklists;
 
 // The track mixer window, with real documents, sox and the private sound server.
 class tst_Mixer : public QObject {

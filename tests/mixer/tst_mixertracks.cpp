@@ -1,3 +1,4 @@
+#include "TrackLists.h"
 #include "app/Plan.h"
 #include "app/ToolPaths.h"
 #include "mixer/MixerStrip.h"
@@ -17,27 +18,12 @@ AudioTracks stacked(const QList<quint64>& seconds) {
         documents.append({QStringLiteral("/w/t%1.wav").arg(i), qint64(seconds[i])});
     return tracksOfDocuments(documents);
 }
-QList<quint64> starts(const AudioTracks& tracks) {
-    QList<quint64> list;
-    for (const Object_Audio_Track& t : tracks)
-        list << t.f_Position_To_Start;
-    return list;
-}
-QList<quint64> durations(const AudioTracks& tracks) {
-    QList<quint64> list;
-    for (const Object_Audio_Track& t : tracks)
-        list << t.f_Duration;
-    return list;
-}
 Object_Audio_Track track(const QString& path, quint64 seconds, quint64 start) {
     return {QFileInfo(path).fileName(), path, seconds, start};
 }
-// The pitch of a stretch of a stereo WAV.
-double pitch(const std::vector<short>& all, double from, double to) {
-    const auto first = std::ptrdiff_t(from * 44100) * 2, last = std::ptrdiff_t(to * 44100) * 2;
-    return listening::frequency(std::vector<short>(all.begin() + first, all.begin() + last));
-}
 } // namespace
+
+using namespace tracklists;
 
 // The mixer's rows and its join, without a window.
 class tst_MixerTracks : public QObject {
