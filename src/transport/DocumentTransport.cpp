@@ -223,9 +223,11 @@ void Document::OnToolbarRecord() {
 }
 
 namespace {
-QString growingTakePath(const QString& take) {
+// Hidden, and named after the window too: two windows that start recording in
+// one second would otherwise write into one file.
+QString growingTakePath(const QString& take, quint64 window) {
     const QFileInfo info(take);
-    return info.dir().filePath(QStringLiteral(".recording-") + info.fileName());
+    return info.dir().filePath(QStringLiteral(".recording-%1-%2").arg(window).arg(info.fileName()));
 }
 } // namespace
 
@@ -241,7 +243,7 @@ void Document::recordAudio() {
         // The take grows in a hidden file of its own and gets its name when it
         // stops: a result of another window named by the same second can then
         // neither replace the take while it is recorded nor be replaced by it.
-        auto recorder = std::make_unique<SoundRecorder>(growingTakePath(s_Sound_File_Source));
+        auto recorder = std::make_unique<SoundRecorder>(growingTakePath(s_Sound_File_Source, u_ID));
         if (!recorder->record()) {
             showErrorAlert(
                 this, QStringLiteral("Could not start recording. Change record settings and try again."));
@@ -281,6 +283,10 @@ void Document::endRecording() {
         viewAudioPlot->update();
         applyButtons(buttonsAfter(TransportStep::StopRecording));
         showErrorAlert(this, unusableAudioMessage(tr("The recording"), nullptr));
+        // A window that never held a track shows the silence track instead,
+        // as when its first file is refused.
+        if (!b_Audio_Loaded)
+            Open_And_Select_Silence_File();
         return;
     }
 

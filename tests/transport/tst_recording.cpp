@@ -275,6 +275,63 @@ private slots:
         QVERIFY(d->btnOpen->isEnabled());
     }
 
+    // Two windows recording in the same second each keep their own take.
+    void twoWindowsRecordingAtOnceKeepTwoTakes() {
+        Document* first = open(m_tone);
+        Document* second = open(m_tone);
+        QVERIFY(first && second);
+        playIntoTheMicrophone();
+        first->OnToolbarRecord();
+        second->OnToolbarRecord();
+        QCOMPARE(first->m_RecordStatus, 1u);
+        QCOMPARE(second->m_RecordStatus, 1u);
+        QTest::qWait(600);
+        QVERIFY(finish(first));
+        QTest::qWait(600);
+        QVERIFY(finish(second));
+        QVERIFY(first->s_WAV_File_Path != second->s_WAV_File_Path);
+        for (Document* d : {first, second}) {
+            QCOMPARE(d->history.array_WAV_Files, QStringList({d->s_WAV_File_Path}));
+            QCOMPARE(d->windowTitle(), QFileInfo(d->s_WAV_File_Path).fileName());
+            const fixtures::WavInfo take = fixtures::wavInfo(d->s_WAV_File_Path);
+            QVERIFY(take.isWorkingWav());
+            QVERIFY2(take.seconds() > 0.4, qPrintable(QString::number(take.seconds())));
+            QVERIFY(std::abs(listening::frequency(fixtures::samples(d->s_WAV_File_Path)) - 1000) < 15);
+        }
+        // The second take went on after the first had stopped: it is the longer.
+        QVERIFY(fixtures::wavInfo(second->s_WAV_File_Path).seconds() >
+                fixtures::wavInfo(first->s_WAV_File_Path).seconds() + 0.3);
+        QVERIFY(
+            QDir(m_app->s_Output_Folder).entryList({".recording-*"}, QDir::Hidden | QDir::Files).isEmpty());
+    }
+
+    // A window that recorded before it ever held a track, and whose take is
+    // then lost, shows the silence track rather than stay empty.
+    void aFirstTakeThatIsLostLeavesTheSilenceTrack() {
+        m_app->u_Open_New_Document = 0;
+        Document* d = m_app->newDocument();
+        QVERIFY(d);
+        d->OnToolbarRecord();
+        QCOMPARE(d->m_RecordStatus, 1u);
+        QTest::qWait(500);
+        const QStringList growing =
+            QDir(m_app->s_Output_Folder).entryList({".recording-*"}, QDir::Hidden | QDir::Files);
+        QCOMPARE(growing.size(), 1);
+        QVERIFY(QFile::remove(QDir(m_app->s_Output_Folder).filePath(growing.first())));
+        const auto alert = gui::answerAlert();
+        QSignalSpy loaded(d, &Document::loaded);
+        d->OnToolbarStop();
+        QVERIFY(alert->shown);
+        QCOMPARE(alert->informativeText.section('\n', 0, 0),
+                 QString("The recording produced no usable audio."));
+        QVERIFY(loaded.wait(20000));
+        QCOMPARE(d->m_RecordStatus, 0u);
+        QCOMPARE(d->s_WAV_File_Path, m_app->sSilenceWavPath);
+        QCOMPARE(d->windowTitle(), QString("silence.wav"));
+        QCOMPARE(d->history.array_WAV_Files, QStringList({m_app->sSilenceWavPath}));
+        QCOMPARE(d->i_Audio_Duration_Seconds, 60);
+    }
+
     void withoutAnInputRecordSaysSoAndChangesNothing() {
         Document* d = open(m_tone);
         QVERIFY(d);
