@@ -15,6 +15,7 @@
 #include <QFileInfo>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QTimer>
 #include <QUrl>
 #include <cstdio>
 #include <cstdlib>
@@ -73,7 +74,7 @@ QAction* AppDelegate::makeAction(const QString& text, QKeySequence::StandardKey 
     return action;
 }
 
-std::optional<int> AppDelegate::applicationDidFinishLaunching() {
+std::optional<int> AppDelegate::applicationDidFinishLaunching(const QStringList& files) {
     s_Title_Bar_Text = QStringLiteral("Tanselo");
     u_Open_New_Document = 0;
     QApplication::setApplicationDisplayName(s_Title_Bar_Text);
@@ -88,18 +89,13 @@ std::optional<int> AppDelegate::applicationDidFinishLaunching() {
     // An editor already running on this folder opens the window instead, and
     // its files stay untouched.
     m_instance = std::make_unique<SingleInstance>(s_Output_Folder);
-    switch (m_instance->start()) {
+    switch (m_instance->start(files)) {
     case SingleInstance::Role::Forwarded:
         return 0;
     case SingleInstance::Role::Failed:
         return cannotStart(m_instance->error());
     case SingleInstance::Role::First:
-        connect(m_instance.get(), &SingleInstance::newWindowRequested, this, [this] {
-            if (Document* document = newDocument()) {
-                document->raise();
-                document->activateWindow();
-            }
-        });
+        connect(m_instance.get(), &SingleInstance::openRequested, this, &AppDelegate::openFiles);
         break;
     }
     RemoveAllContentInFolder(s_Output_Folder);
@@ -146,6 +142,33 @@ Document* AppDelegate::newDocument() {
     return document;
 }
 
+void AppDelegate::openFiles(const QStringList& files) {
+    if (files.isEmpty()) {
+        if (Document* document = newDocument()) {
+            document->raise();
+            document->activateWindow();
+        }
+        return;
+    }
+    const bool waiting = !m_filesToOpen.isEmpty();
+    m_filesToOpen += files;
+    if (!waiting)
+        openNextFile();
+}
+
+void AppDelegate::openNextFile() {
+    if (m_filesToOpen.isEmpty())
+        return;
+    if (Document* document = newDocument()) {
+        document->openGivenFile(m_filesToOpen.first());
+        document->raise();
+        document->activateWindow();
+    }
+    m_filesToOpen.removeFirst();
+    if (!m_filesToOpen.isEmpty())
+        QTimer::singleShot(0, this, &AppDelegate::openNextFile);
+}
+
 void AppDelegate::openDocument() {
     u_Open_New_Document = 1;
     newDocument();
@@ -164,6 +187,13 @@ void AppDelegate::openPreGeneratedDocuments() {
         else
             newDocument();
     }
+}
+
+QStringList AppDelegate::namesInUse() const {
+    QStringList names;
+    for (Document* document : documents())
+        names += document->namesInUse();
+    return names;
 }
 
 QList<Document*> AppDelegate::documents() const {

@@ -27,7 +27,9 @@ public:
 
     // Prepares the work folder, finds the tools and makes the silence track.
     // Returns an exit status when the application must end instead of running.
-    std::optional<int> applicationDidFinishLaunching();
+    // `files` are those the editor was started with: an editor already running
+    // on the work folder is handed them instead (or asked for a new window).
+    std::optional<int> applicationDidFinishLaunching(const QStringList& files = {});
 
     // Deletes everything inside the folder but the running editor's lock; what
     // cannot be deleted is logged.
@@ -36,6 +38,10 @@ public:
     PlanRunner& runner() { return *m_runner; }
 
     Document* newDocument();
+    // One new window for each file, in order, each importing its file; with
+    // none, one new window as File ▸ New makes. The windows come one after
+    // another from the event loop, so hundreds of files never freeze it.
+    void openFiles(const QStringList& files);
     void openDocument();
     void openPreGeneratedDocuments();
     Document* currentDocument() const;
@@ -59,6 +65,12 @@ public:
     // Copy and cut delete the old clipboard file first, unless a version of an
     // open track is that file (as it is after a cut): then it stays.
     bool mayDeleteClipboardFile() const;
+
+    // The work files the open windows hold or are about to make: every version
+    // of every track, imports still under way and recordings' names. Imports,
+    // takes and joins are named past all of them, so that two windows opening
+    // files in one second never share a working WAV.
+    QStringList namesInUse() const;
 
     // The files an export must never replace: every version of every open
     // track, the clipboard and the silence track.
@@ -115,7 +127,10 @@ private:
     QAction* makeAction(const QString& text, QKeySequence::StandardKey key = QKeySequence::UnknownKey);
     void openHelpPage(const QString& page);
 
+    void openNextFile();
+
     std::unique_ptr<SingleInstance> m_instance;
+    QStringList m_filesToOpen;
     std::unique_ptr<PlanRunner> m_runner;
     QList<QPointer<Document>> m_documents;
 };

@@ -9,10 +9,12 @@
 #include <QLocalSocket>
 #include <QLockFile>
 #include <QThread>
+#include <QUrl>
+#include <memory>
 #include <unistd.h>
 
 namespace {
-const QByteArray Request = "new-window\n";
+const QByteArray RequestWord = "open";
 const QByteArray Reply = "ok\n";
 constexpr int AnswerMs = 10000; // a busy editor answers once its current event is done
 } // namespace
@@ -30,7 +32,24 @@ QString SingleInstance::serverName(const QString& workFolder) {
     return QStringLiteral("tanselo-%1-%2").arg(::getuid()).arg(QString::fromLatin1(hash));
 }
 
-SingleInstance::Role SingleInstance::start() {
+QByteArray SingleInstance::openRequest(const QStringList& files) {
+    QByteArray request = RequestWord + '\n';
+    for (const QString& file : files)
+        request += QUrl::toPercentEncoding(file, "/") + '\n';
+    return request + '\n';
+}
+
+std::optional<QStringList> SingleInstance::filesOfRequest(const QByteArray& request) {
+    if (!request.startsWith(RequestWord + '\n') || !request.endsWith("\n\n"))
+        return std::nullopt;
+    QStringList files;
+    const QList<QByteArray> lines = request.chopped(2).split('\n');
+    for (qsizetype i = 1; i < lines.size(); ++i)
+        files << QUrl::fromPercentEncoding(lines.at(i));
+    return files;
+}
+
+SingleInstance::Role SingleInstance::start(const QStringList& files) {
     m_lock = std::make_unique<QLockFile>(QDir(m_folder).filePath(workFolderLockName()));
     // A lock is stale only when the editor that took it is gone, however old.
     m_lock->setStaleLockTime(0);
@@ -43,7 +62,7 @@ SingleInstance::Role SingleInstance::start() {
                           .arg(QDir(m_folder).filePath(workFolderLockName()));
             return Role::Failed;
         }
-        if (askRunningEditor())
+        if (askRunningEditor(files))
             return Role::Forwarded;
         if (deadline.hasExpired()) {
             m_error =
@@ -72,14 +91,20 @@ bool SingleInstance::listen() {
     connect(m_server, &QLocalServer::newConnection, this, [this] {
         while (QLocalSocket* socket = m_server->nextPendingConnection()) {
             connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
-            connect(socket, &QLocalSocket::readyRead, socket, [this, socket] {
-                if (!socket->canReadLine())
+            // The request may come in several pieces; it ends with an empty line.
+            auto received = std::make_shared<QByteArray>();
+            connect(socket, &QLocalSocket::readyRead, socket, [this, socket, received] {
+                *received += socket->readAll();
+                const std::optional<QStringList> files = filesOfRequest(*received);
+                if (!files) {
+                    const QByteArray head = RequestWord + '\n';
+                    if (!received->startsWith(head) && !head.startsWith(*received))
+                        socket->disconnectFromServer(); // not a request of ours
                     return;
-                if (socket->readLine() == Request) {
-                    emit newWindowRequested();
-                    socket->write(Reply);
-                    socket->flush();
                 }
+                emit openRequested(*files);
+                socket->write(Reply);
+                socket->flush();
                 socket->disconnectFromServer();
             });
         }
@@ -87,12 +112,12 @@ bool SingleInstance::listen() {
     return true;
 }
 
-bool SingleInstance::askRunningEditor() {
+bool SingleInstance::askRunningEditor(const QStringList& files) {
     QLocalSocket socket;
     socket.connectToServer(serverName(m_folder));
     if (!socket.waitForConnected(1000))
         return false;
-    socket.write(Request);
+    socket.write(openRequest(files));
     if (!socket.waitForBytesWritten(1000))
         return false;
     QByteArray answer;

@@ -2,6 +2,7 @@
 
 #include "app/Alerts.h"
 #include "app/AppDelegate.h"
+#include "app/CommandLine.h"
 #include "app/Duration.h"
 #include "app/Icons.h"
 #include "app/Names.h"
@@ -19,10 +20,13 @@
 #include <QAction>
 #include <QColorDialog>
 #include <QDir>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFutureWatcher>
 #include <QLabel>
+#include <QMimeData>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QShortcut>
@@ -141,6 +145,9 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
     });
     setEditingEnabled(!runner.isBusy());
 
+    // Audio files dropped on the window open as those named on the command line.
+    setAcceptDrops(true);
+
     m_openMode = app.u_Open_New_Document;
     // Nothing may be pressed before the start-up load begins: Open waits for
     // it, and the rest follow the start-up routine's states from the first
@@ -248,6 +255,10 @@ void Document::TimerOpenFilePanelRoutine() {
         if (!busy)
             Open_And_Select_Silence_File();
         break;
+    case OpenGivenFile:
+        if (!busy)
+            importGivenFile();
+        break;
     default:
         break;
     }
@@ -272,6 +283,44 @@ void Document::OnToolbarOpen() {
                   {tr("Open…"), tr("Cancel")}) != 0)
         return;
     Open_And_Select_An_Audio_File();
+}
+
+void Document::openGivenFile(const QString& path) {
+    m_openMode = OpenGivenFile;
+    m_givenFile = path;
+}
+
+void Document::importGivenFile() {
+    if (const QString problem = givenFileProblem(m_givenFile); !problem.isEmpty()) {
+        showErrorAlert(this, problem);
+        if (!b_Audio_Loaded)
+            Open_And_Select_Silence_File();
+        return;
+    }
+    m_app.lastOpenFolder = QFileInfo(m_givenFile).absolutePath();
+    importFile(m_givenFile);
+}
+
+bool Document::showsUntouchedSilence() const {
+    return b_Audio_Loaded && !recording() && history.array_WAV_Files == QStringList{m_app.sSilenceWavPath};
+}
+
+void Document::dragEnterEvent(QDragEnterEvent* event) {
+    if (!droppedFiles(event->mimeData()->urls()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void Document::dropEvent(QDropEvent* event) {
+    QStringList files = droppedFiles(event->mimeData()->urls());
+    if (files.isEmpty())
+        return;
+    event->acceptProposedAction();
+    // A window still on its first, silent track takes the first file itself.
+    if (showsUntouchedSilence()) {
+        m_givenFile = files.takeFirst();
+        importGivenFile();
+    }
+    m_app.openFiles(files);
 }
 
 void Document::Open_And_Select_An_Audio_File() {
@@ -301,9 +350,12 @@ void Document::importFile(const QString& path) {
         return;
     const QFileInfo source(path);
     const qint64 size = source.size();
-    const ResultNames names = importNames(m_app.s_Output_Folder, history.array_WAV_Files);
+    const ResultNames names = importNames(m_app.s_Output_Folder, m_app.namesInUse());
     const int request = beginLoad();
+    m_importing = names.path();
     m_app.runner().submit(buildImportPlan(path, names.path()), this, [=, this](const PlanOutcome& outcome) {
+        if (m_importing == names.path())
+            m_importing.clear();
         if (request != m_loadRequest)
             return;
         if (failed(outcome)) {
@@ -430,6 +482,15 @@ void Document::openFileWithFilePathURL(const QString& url) {
         emit plotUpdated();
     });
     watcher->setFuture(QtConcurrent::run(reduceWaveform, path, 1024));
+}
+
+QStringList Document::namesInUse() const {
+    QStringList names = history.array_WAV_Files;
+    if (!m_importing.isEmpty())
+        names << m_importing;
+    if (recording())
+        names << s_Sound_File_Source;
+    return names;
 }
 
 void Document::Add_WAV_File_To_Undo_Redo_Array() {

@@ -44,8 +44,14 @@ public:
     void Open_And_Select_Silence_File();
     void Open_Pre_Generated_Audio_File();
     void OnToolbarOpen();
+    // A file given to the editor (on its command line, by a later start or
+    // dropped on a window) becomes this new window's first track, imported as
+    // File ▸ Open imports; one that cannot be opened leaves the silence track.
+    void openGivenFile(const QString& path);
     void openFileWithFilePathURL(const QString& url);
     void Refresh_Audio_Plot();
+    // Every version, the import under way and the take being recorded.
+    QStringList namesInUse() const;
 
     // Version history.
     void Add_WAV_File_To_Undo_Redo_Array();
@@ -214,6 +220,9 @@ private:
     void stopPlayback();
     void endRecording();
     void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    bool showsUntouchedSilence() const;
     void setEditingEnabled(bool enabled);
     void setLoadedButtons();
     // Before a plan that writes audio: false, with the alert shown, when the
@@ -223,6 +232,7 @@ private:
     // Shows why a plan failed, unless the user cancelled it; true when it failed.
     bool failed(const PlanOutcome& outcome);
     void importFile(const QString& path);
+    void importGivenFile();
     void finishLoading(qint64 seconds, bool showFile = true);
     void takeDuration(qint64 seconds);
     void reloadCurrentVersion();
@@ -259,5 +269,8 @@ private:
     // the window is made: a window made within another's start-up wait would
     // otherwise take that one's mode (a batch's windows a file dialog).
     quint64 m_openMode = 0;
+    static constexpr quint64 OpenGivenFile = 3; // beside 0 silence, 1 the dialog, 2 a batch
+    QString m_givenFile;
+    QString m_importing; // the working WAV an import under way will make
     void setStartupButtons();
 };

@@ -23,6 +23,20 @@ QString unreadableFileMessage(const QString& source) {
         .arg(QFileInfo(source).fileName(), source);
 }
 
+QString givenFileProblem(const QString& path) {
+    const QFileInfo file(path);
+    QString why;
+    if (!file.exists())
+        why = QStringLiteral("The file \"%1\" does not exist.");
+    else if (file.isDir())
+        why = QStringLiteral("\"%1\" is a folder, not an audio file.");
+    else if (!file.isReadable())
+        why = QStringLiteral("The file \"%1\" cannot be read: you are not allowed to read it.");
+    else
+        return {};
+    return why.arg(file.fileName().isEmpty() ? path : file.fileName()) + QStringLiteral("\n\n") + path;
+}
+
 ResultNames importNames(const QString& workFolder, const QStringList& listed, const QDateTime& now) {
     QDateTime when = now;
     auto taken = [&](const QString& path) { return listed.contains(path) || QFileInfo::exists(path); };

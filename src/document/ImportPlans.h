@@ -14,6 +14,11 @@ Plan buildProbePlan(const QString& path);
 // The alert text of a file ffmpeg could not read as audio.
 QString unreadableFileMessage(const QString& source);
 
+// Why a file handed to the editor by name (not chosen in the open dialog,
+// which offers only files that are there) cannot be opened: missing, a
+// folder, or not readable; empty when it may be tried.
+QString givenFileProblem(const QString& path);
+
 // The names of an import's working WAV: the stamp of `now`, unless a file of
 // that name exists or the document lists it, in which case the next free
 // second. Opening a file then never deletes another document's version, nor,

@@ -282,7 +282,7 @@ void Window_Multiple_Tracks::OnMix() {
     }
     // Named by this second, or the next one no file holds: a source track
     // opened in this same second must not be replaced by the join.
-    const QString result = importNames(m_app.s_Output_Folder, {}).path();
+    const QString result = importNames(m_app.s_Output_Folder, m_app.namesInUse()).path();
     const MixPlan mix = buildMixPlan(arrayTracks, result);
     btnMix->setEnabled(false);
     labelClosing->setText(tr("Joining the tracks…"));

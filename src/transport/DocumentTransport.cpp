@@ -238,7 +238,7 @@ void Document::recordAudio() {
     } else if (m_RecordStatus == StatusIdle) {
         // Named by the second it starts in, or the next second no file has
         // taken, so that a take never replaces a file it does not own.
-        s_Sound_File_Source = importNames(m_app.s_Output_Folder, history.array_WAV_Files).path();
+        s_Sound_File_Source = importNames(m_app.s_Output_Folder, m_app.namesInUse()).path();
         QFile::remove(s_Sound_File_Source);
         // The take grows in a hidden file of its own and gets its name when it
         // stops: a result of another window named by the same second can then
@@ -272,8 +272,10 @@ void Document::endRecording() {
     m_RecordStatus = StatusIdle;
     btnOpen->setEnabled(true);
     ez_Microphone->stopFetchingAudio();
-    if (QFileInfo::exists(s_Sound_File_Source)) // taken meanwhile: the next free second
-        s_Sound_File_Source = importNames(m_app.s_Output_Folder, history.array_WAV_Files).path();
+    // Taken meanwhile by another window's file: the next free second.
+    if (const QStringList taken = m_app.namesInUse();
+        taken.contains(s_Sound_File_Source) || QFileInfo::exists(s_Sound_File_Source))
+        s_Sound_File_Source = importNames(m_app.s_Output_Folder, taken).path();
     const QString grown = soundRecorder->path();
     soundRecorder.release()->deleteLater(); // this may run inside its own signal
     if (!isReadableAudio(grown) || !QFile::rename(grown, s_Sound_File_Source)) {

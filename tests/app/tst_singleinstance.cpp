@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QMap>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -15,15 +16,18 @@
 #include <unistd.h>
 
 namespace {
-// The editor as a user starts it, with HOME at `home`.
-std::unique_ptr<QProcess> startEditor(const QString& home) {
+// The editor as a user starts it, with HOME at `home`, in the folder `in`.
+std::unique_ptr<QProcess> startEditor(const QString& home, const QStringList& arguments = {},
+                                      const QString& in = {}) {
     auto editor = std::make_unique<QProcess>();
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("HOME", home);
     environment.insert("QT_QPA_PLATFORM", "offscreen");
     editor->setProcessEnvironment(environment);
     editor->setProcessChannelMode(QProcess::ForwardedChannels);
-    editor->start(qEnvironmentVariable("TANSELO_BUILD_DIR") + "/tanselo", {});
+    if (!in.isEmpty())
+        editor->setWorkingDirectory(in);
+    editor->start(qEnvironmentVariable("TANSELO_BUILD_DIR") + "/tanselo", arguments);
     return editor;
 }
 
@@ -101,6 +105,67 @@ private slots:
         QCOMPARE(later->exitCode(), 0);
         QCOMPARE(app->documents().size(), 1);
         QVERIFY(gui::waitIdle(*app));
+    }
+
+    // A later start with files: the running editor opens each in a new
+    // window, in order, and the files of its work folder stay as they were.
+    void aSecondEditorHandsItsFilesToTheFirst() {
+        const QString home = m_root.filePath("home-e");
+        auto app = gui::startApplication(home);
+        QVERIFY(app);
+        QVERIFY(gui::firstDocument(*app));
+        const QString folder = app->s_Output_Folder;
+        const QMap<QString, QByteArray> before = contents(folder);
+        const QString music = m_root.filePath("music");
+        QVERIFY(QDir().mkpath(music));
+        fixtures::makeTone(music + "/x.wav", 2, 440);
+        QCOMPARE(fixtures::run("ffmpeg", {"-v", "error", "-i", music + "/x.wav", music + "/x.flac"}), 0);
+        fixtures::makeTone(music + "/y z.wav", 3, 880);
+
+        auto second = startEditor(home, {"x.flac", music + "/y z.wav"}, music);
+        QVERIFY(second->waitForStarted(10000));
+        QTRY_VERIFY_WITH_TIMEOUT(second->state() == QProcess::NotRunning, 30000);
+        QCOMPARE(second->exitStatus(), QProcess::NormalExit);
+        QCOMPARE(second->exitCode(), 0);
+        QTRY_COMPARE_WITH_TIMEOUT(app->documents().size(), 3, 10000);
+        const QList<Document*> opened = app->documents().mid(1);
+        for (Document* d : opened)
+            QTRY_VERIFY_WITH_TIMEOUT(d->b_Audio_Loaded, 20000);
+        QVERIFY(gui::waitIdle(*app));
+        QCOMPARE(opened[0]->s_File_Path, music + "/x.flac");
+        QCOMPARE(opened[1]->s_File_Path, music + "/y z.wav");
+        for (Document* d : opened) {
+            QCOMPARE(d->windowTitle(), QFileInfo(d->s_WAV_File_Path).fileName());
+            QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).isWorkingWav());
+        }
+        QTRY_COMPARE(QApplication::activeWindow(), opened[1]);
+        const QMap<QString, QByteArray> after = contents(folder);
+        for (auto it = before.cbegin(); it != before.cend(); ++it)
+            QCOMPARE(after.value(it.key()), it.value());
+    }
+
+    void helpAndVersionPrintAndEnd() {
+        for (const QString option : {"--version", "--help"}) {
+            QProcess editor;
+            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+            environment.remove("QT_QPA_PLATFORM"); // no display is needed to print
+            environment.remove("DISPLAY");
+            environment.insert("HOME", m_root.filePath("home-f"));
+            editor.setProcessEnvironment(environment);
+            editor.start(qEnvironmentVariable("TANSELO_BUILD_DIR") + "/tanselo", {option});
+            QVERIFY(editor.waitForFinished(10000));
+            QCOMPARE(editor.exitStatus(), QProcess::NormalExit);
+            QCOMPARE(editor.exitCode(), 0);
+            const QString printed = QString::fromUtf8(editor.readAllStandardOutput());
+            if (option == "--version") {
+                QVERIFY2(printed.contains(QRegularExpression("^Tanselo \\d+\\.\\d+\\.\\d+\n$")),
+                         qPrintable(printed));
+            } else {
+                QVERIFY2(printed.contains("[FILE…]") && printed.contains("--version"), qPrintable(printed));
+            }
+            // Nothing was started: no work folder was made.
+            QVERIFY(!QFile::exists(m_root.filePath("home-f/Documents/Tanselo")));
+        }
     }
 
     void editorsOfOtherFoldersRunSideBySide() {
