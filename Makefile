@@ -1,7 +1,7 @@
 # Tanselo: `make run` sets up, builds and starts the editor; `make test` sets up,
 # builds and runs every test headless. Both install what is missing (Debian 12).
 
-.PHONY: run test build bench setup clean
+.PHONY: run test build bench package setup clean
 
 run: build
 	./build/tanselo
@@ -15,6 +15,10 @@ build: setup
 
 bench: build
 	./build/bench/tanselo_bench
+
+# A Debian package of the editor: build/tanselo_<version>_amd64.deb.
+package: build
+	cd build && cpack -G DEB
 
 setup:
 	scripts/setup.sh

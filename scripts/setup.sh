@@ -5,13 +5,18 @@ set -euo pipefail
 
 packages=(
     # build
-    cmake g++ make pkg-config qt6-base-dev qt6-multimedia-dev qt6-qpa-plugins libsndfile1-dev libgl-dev
+    cmake g++ make pkg-config qt6-base-dev qt6-multimedia-dev qt6-svg-dev qt6-qpa-plugins libsndfile1-dev
+    libgl-dev
+    # the application icon's sizes, and the Debian package (dpkg-shlibdeps)
+    librsvg2-bin dpkg-dev
     # the programs the editor runs
     sox libsox-fmt-all ffmpeg
     # sound through PulseAudio
     pulseaudio gstreamer1.0-plugins-good gstreamer1.0-pulseaudio
     # tests, benchmark and screenshots: a virtual display and real sample audio
     xvfb xauth xdotool imagemagick alsa-utils sound-theme-freedesktop espeak-ng e2fsprogs
+    # the desktop entry and metainfo checks
+    desktop-file-utils appstream shared-mime-info
 )
 
 missing=()

@@ -1,6 +1,5 @@
 #include "app/AppDelegate.h"
 #include "app/CommandLine.h"
-#include "app/Icons.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -30,9 +29,10 @@ int main(int argc, char* argv[]) {
 
     // tanselo [FILE…]; --help and --version print and end here.
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Tanselo, an audio editor. Opens each FILE in a window of "
-                                                    "its own, or one window with a silent track when none is "
-                                                    "given. A running editor opens them instead."));
+    parser.setApplicationDescription(
+        QStringLiteral("Tanselo, an audio editor. Opens each FILE in a window of "
+                       "its own, or one window with a silent track when none is "
+                       "given. A running editor opens them instead."));
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("An audio file to open."),
@@ -40,7 +40,6 @@ int main(int argc, char* argv[]) {
     parser.process(*application);
     const QStringList files = givenFiles(parser.positionalArguments());
 
-    QApplication::setWindowIcon(toolbarIcon(QStringLiteral("play")));
     AppDelegate delegate;
     if (const std::optional<int> status = delegate.applicationDidFinishLaunching(files))
         return *status;

@@ -1,6 +1,7 @@
 #include "AppDelegate.h"
 
 #include "app/Alerts.h"
+#include "app/Icons.h"
 #include "app/Names.h"
 #include "app/SingleInstance.h"
 #include "app/ToolLog.h"
@@ -78,6 +79,10 @@ std::optional<int> AppDelegate::applicationDidFinishLaunching(const QStringList&
     s_Title_Bar_Text = QStringLiteral("Tanselo");
     u_Open_New_Document = 0;
     QApplication::setApplicationDisplayName(s_Title_Bar_Text);
+    // The desktop entry's name, by which a desktop matches the windows to the
+    // launcher, and the icon they share with it.
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.tanselo.Tanselo"));
+    QApplication::setWindowIcon(applicationIcon());
 
     s_Output_Folder = workFolderPath();
     const auto cannotStart = [](const QString& why) {

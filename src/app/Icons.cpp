@@ -8,6 +8,7 @@
 #include <QPixmap>
 #include <QPolygonF>
 #include <QRectF>
+#include <QSvgRenderer>
 
 #include <array>
 #include <initializer_list>
@@ -307,6 +308,22 @@ QIcon toolbarIcon(const QString& name) {
     for (int size : kSizes) {
         icon.addPixmap(paintPixmap(draw, size, normal), QIcon::Normal);
         icon.addPixmap(fade(paintPixmap(draw, size, disabled)), QIcon::Disabled);
+    }
+    return icon;
+}
+
+QIcon applicationIcon() {
+    QSvgRenderer renderer(QStringLiteral(":/icons/org.tanselo.Tanselo.svg"));
+    QIcon icon;
+    if (!renderer.isValid())
+        return icon;
+    for (int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
+        QPixmap pixmap(size, size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        renderer.render(&painter);
+        painter.end();
+        icon.addPixmap(pixmap);
     }
     return icon;
 }

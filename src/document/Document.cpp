@@ -37,14 +37,10 @@
 #include <QtConcurrent>
 
 namespace {
-// The kinds of file the open dialog offers; ffmpeg decides whether it can read one.
-const QStringList AudioExtensions = {"ac3",  "aifc", "aiff", "aif", "amr", "au",  "caf", "cda",
-                                     "flac", "mp3",  "ogg",  "raw", "spx", "wav", "wma"};
-
 QString chooseAudioFile(QWidget* parent, QString& lastFolder) {
     // The dialog starts where the last file of this session came from.
     QStringList patterns;
-    for (const QString& extension : AudioExtensions)
+    for (const QString& extension : openableExtensions())
         patterns << "*." + extension; // the dialog matches names case-insensitively
     QFileDialog dialog(parent, QStringLiteral("Select an audio file."),
                        lastFolder.isEmpty() ? QDir::homePath() : lastFolder);

@@ -4,6 +4,12 @@
 
 #include <QFileInfo>
 
+const QStringList& openableExtensions() {
+    static const QStringList extensions = {"ac3",  "aifc", "aiff", "aif", "amr", "au",  "caf", "cda",
+                                           "flac", "mp3",  "ogg",  "raw", "spx", "wav", "wma"};
+    return extensions;
+}
+
 Plan buildImportPlan(const QString& source, const QString& result) {
     // ffmpeg is never told to overwrite, so whatever holds the name goes first.
     return {

@@ -3,6 +3,10 @@
 #include "app/Names.h"
 #include "app/Plan.h"
 
+// The kinds of file the open dialog offers, by extension; ffmpeg decides
+// whether it can read one.
+const QStringList& openableExtensions();
+
 // Converts the chosen file into the working WAV at `result` and probes the
 // result's duration. Ends with an alert naming the file when nothing could be
 // converted; the source is only ever read.

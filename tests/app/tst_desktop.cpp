@@ -1,0 +1,146 @@
+#include "app/AppDelegate.h"
+#include "app/Icons.h"
+#include "document/Document.h"
+#include "document/ImportPlans.h"
+#include "support/Fixtures.h"
+#include "support/Gui.h"
+
+#include <QFile>
+#include <QImage>
+#include <QSet>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QXmlStreamReader>
+#include <cmath>
+
+namespace {
+QString source(const QString& path) {
+    return qEnvironmentVariable("TANSELO_SOURCE_DIR") + "/" + path;
+}
+
+// How far apart two images of one size are: the mean difference of their
+// channels, 0 to 255.
+double meanDifference(const QImage& a, const QImage& b) {
+    const QImage x = a.convertToFormat(QImage::Format_ARGB32), y = b.convertToFormat(QImage::Format_ARGB32);
+    double sum = 0;
+    for (int row = 0; row < x.height(); ++row)
+        for (int column = 0; column < x.width(); ++column) {
+            const QColor p = x.pixelColor(column, row), q = y.pixelColor(column, row);
+            sum += std::abs(p.red() - q.red()) + std::abs(p.green() - q.green()) +
+                   std::abs(p.blue() - q.blue()) + std::abs(p.alpha() - q.alpha());
+        }
+    return sum / (4.0 * x.width() * x.height());
+}
+
+// The keys of a desktop entry's main group (QSettings would take ';' for a comment).
+QMap<QString, QString> desktopEntry(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return {};
+    QMap<QString, QString> keys;
+    bool inMain = false;
+    for (const QString& line : QString::fromUtf8(file.readAll()).split('\n')) {
+        if (line.startsWith('['))
+            inMain = line == "[Desktop Entry]";
+        else if (inMain && line.contains('=') && !line.startsWith('#'))
+            keys.insert(line.section('=', 0, 0), line.section('=', 1));
+    }
+    return keys;
+}
+
+// shared-mime-info's types, each with the extensions its globs name.
+QMap<QString, QStringList> knownTypes() {
+    QFile file("/usr/share/mime/packages/freedesktop.org.xml");
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QMap<QString, QStringList> types;
+    QString type;
+    for (QXmlStreamReader xml(&file); !xml.atEnd();) {
+        if (xml.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        if (xml.name() == QLatin1String("mime-type")) {
+            type = xml.attributes().value("type").toString();
+            types.insert(type, {});
+        } else if (xml.name() == QLatin1String("glob")) {
+            const QString pattern = xml.attributes().value("pattern").toString().toLower();
+            if (pattern.startsWith("*."))
+                types[type] << pattern.mid(2);
+        }
+    }
+    return types;
+}
+} // namespace
+
+// The editor as a desktop application: its identity and icon, its desktop
+// entry and metainfo.
+class tst_Desktop : public QObject {
+    Q_OBJECT
+    QTemporaryDir m_root;
+
+private slots:
+    void theWindowsShowTheApplicationsIcon() {
+        auto app = gui::startApplication(m_root.filePath("home"));
+        QVERIFY(app);
+        Document* window = gui::firstDocument(*app);
+        QVERIFY(window);
+        QCOMPARE(QGuiApplication::desktopFileName(), QString("org.tanselo.Tanselo"));
+        const QImage shown = window->windowIcon().pixmap(64, 64).toImage();
+        QCOMPARE(shown.size(), QSize(64, 64));
+        // The PNG the desktop installs, rendered from the same drawing.
+        const QImage installed(qEnvironmentVariable("TANSELO_BUILD_DIR") +
+                               "/icons/hicolor/64x64/apps/org.tanselo.Tanselo.png");
+        QCOMPARE(installed.size(), QSize(64, 64));
+        const double same = meanDifference(shown, installed);
+        QVERIFY2(same < 6, qPrintable(QString::number(same)));
+        const double play =
+            meanDifference(shown, toolbarIcon("play").pixmap(64, 64).toImage().scaled(64, 64));
+        QVERIFY2(play > 30, qPrintable(QString::number(play)));
+        // Not blank: the teal background fills the middle of the edge.
+        QVERIFY(shown.pixelColor(4, 32).alpha() > 200);
+        delete window;
+    }
+
+    void theDesktopEntryAndMetainfoValidate() {
+        QString said;
+        QCOMPARE(
+            fixtures::run("desktop-file-validate", {source("resources/org.tanselo.Tanselo.desktop")}, &said),
+            0);
+        QVERIFY2(said.trimmed().isEmpty(), qPrintable(said));
+        QCOMPARE(fixtures::run("appstreamcli",
+                               {"validate", "--no-net", source("resources/org.tanselo.Tanselo.metainfo.xml")},
+                               &said),
+                 0);
+        QVERIFY2(said.contains("Validation was successful"), qPrintable(said));
+    }
+
+    void theDesktopEntryOpensTheAcceptedFormats() {
+        const QMap<QString, QString> entry = desktopEntry(source("resources/org.tanselo.Tanselo.desktop"));
+        QCOMPARE(entry.value("Exec"), QString("tanselo %F"));
+        QCOMPARE(entry.value("Icon"), QString("org.tanselo.Tanselo"));
+        QCOMPARE(entry.value("Categories"), QString("AudioVideo;Audio;AudioVideoEditing;"));
+        const QStringList listed = entry.value("MimeType").split(';', Qt::SkipEmptyParts);
+        QVERIFY(!listed.isEmpty());
+
+        const QMap<QString, QStringList> known = knownTypes();
+        QVERIFY2(known.size() > 500, "shared-mime-info is missing");
+        const QSet<QString> accepted(openableExtensions().cbegin(), openableExtensions().cend());
+        QSet<QString> covered;
+        for (const QString& type : listed) {
+            QVERIFY2(known.contains(type), qPrintable(type + " is not a type shared-mime-info knows"));
+            const QStringList extensions = known.value(type);
+            QVERIFY2(std::any_of(extensions.begin(), extensions.end(),
+                                 [&](const QString& e) { return accepted.contains(e); }),
+                     qPrintable(type + " names none of the formats the editor opens"));
+            for (const QString& e : extensions)
+                covered.insert(e);
+        }
+        // Every accepted format that shared-mime-info knows as audio is listed.
+        for (auto it = known.cbegin(); it != known.cend(); ++it)
+            if (it.key().startsWith("audio/"))
+                for (const QString& e : it.value())
+                    QVERIFY2(!accepted.contains(e) || covered.contains(e), qPrintable(e + " is not offered"));
+    }
+};
+
+QTEST_MAIN(tst_Desktop)
+#include "tst_desktop.moc"
