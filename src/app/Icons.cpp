@@ -242,32 +242,33 @@ void drawColour(QPainter& p, const Ink& ink) {
 struct IconEntry {
     const char* name;
     DrawFn draw;
+    const char* themeName; // the freedesktop icon naming's name, where one fits
 };
 
 const std::array<IconEntry, 17> kIcons = {{
-    {"open", drawOpen},
-    {"play", drawPlay},
-    {"pause", drawPause},
-    {"stop", drawStop},
-    {"record", drawRecord},
-    {"sound-settings", drawSoundSettings},
-    {"zoom-in", drawZoomIn},
-    {"zoom-out", drawZoomOut},
-    {"export", drawExport},
-    {"undo", drawUndo},
-    {"redo", drawRedo},
-    {"copy", drawCopy},
-    {"cut", drawCut},
-    {"paste", drawPaste},
-    {"delete", drawDelete},
-    {"tools", drawTools},
-    {"colour", drawColour},
+    {"open", drawOpen, "document-open"},
+    {"play", drawPlay, "media-playback-start"},
+    {"pause", drawPause, "media-playback-pause"},
+    {"stop", drawStop, "media-playback-stop"},
+    {"record", drawRecord, "media-record"},
+    {"sound-settings", drawSoundSettings, "audio-volume-high"},
+    {"zoom-in", drawZoomIn, "zoom-in"},
+    {"zoom-out", drawZoomOut, "zoom-out"},
+    {"export", drawExport, "document-save-as"},
+    {"undo", drawUndo, "edit-undo"},
+    {"redo", drawRedo, "edit-redo"},
+    {"copy", drawCopy, "edit-copy"},
+    {"cut", drawCut, "edit-cut"},
+    {"paste", drawPaste, "edit-paste"},
+    {"delete", drawDelete, "edit-delete"},
+    {"tools", drawTools, nullptr},
+    {"colour", drawColour, nullptr},
 }};
 
-DrawFn findIcon(const QString& name) {
+const IconEntry* findIcon(const QString& name) {
     for (const IconEntry& entry : kIcons) {
         if (name == QLatin1String(entry.name))
-            return entry.draw;
+            return &entry;
     }
     return nullptr;
 }
@@ -297,17 +298,20 @@ QPixmap fade(const QPixmap& source) {
 
 } // namespace
 
-QIcon toolbarIcon(const QString& name) {
-    const DrawFn draw = findIcon(name);
-    if (!draw)
+QIcon toolbarIcon(const QString& name, const QPalette& palette) {
+    const IconEntry* entry = findIcon(name);
+    if (!entry)
         return {};
-    const QColor grey(0x3c, 0x3c, 0x3c);
-    const Ink normal{grey, QColor(0xd3, 0x2f, 0x2f)};
-    const Ink disabled{grey, grey}; // the record dot turns grey too
+    if (entry->themeName && QIcon::hasThemeIcon(QLatin1String(entry->themeName)))
+        return QIcon::fromTheme(QLatin1String(entry->themeName));
+    // Drawn in the colour of the window's text, so a dark theme shows them light.
+    const QColor ink = palette.color(QPalette::Active, QPalette::WindowText);
+    const Ink normal{ink, QColor(0xd3, 0x2f, 0x2f)};
+    const Ink disabled{ink, ink}; // the record dot turns to the ink too
     QIcon icon;
     for (int size : kSizes) {
-        icon.addPixmap(paintPixmap(draw, size, normal), QIcon::Normal);
-        icon.addPixmap(fade(paintPixmap(draw, size, disabled)), QIcon::Disabled);
+        icon.addPixmap(paintPixmap(entry->draw, size, normal), QIcon::Normal);
+        icon.addPixmap(fade(paintPixmap(entry->draw, size, disabled)), QIcon::Disabled);
     }
     return icon;
 }

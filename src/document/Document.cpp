@@ -37,6 +37,9 @@
 #include <QtConcurrent>
 
 namespace {
+// The name of a toolbar action's icon, kept for redrawing it.
+constexpr const char* IconProperty = "tanselo-icon";
+
 QString chooseAudioFile(QWidget* parent, QString& lastFolder) {
     // The dialog starts where the last file of this session came from.
     QStringList patterns;
@@ -160,9 +163,10 @@ QToolBar* Document::buildToolBar() {
     auto* bar = new QToolBar(tr("Track"), this);
     bar->setMovable(false);
     bar->setIconSize(QSize(24, 24));
-    auto add = [bar](const QString& icon, const QString& text, const QString& tip) {
-        QAction* action = bar->addAction(toolbarIcon(icon), text);
+    auto add = [this, bar](const QString& icon, const QString& text, const QString& tip) {
+        QAction* action = bar->addAction(toolbarIcon(icon, palette()), text);
         action->setToolTip(tip);
+        action->setProperty(IconProperty, icon);
         return action;
     };
     btnOpen = add("open", tr("Open"), tr("Open an audio file in this window"));
@@ -202,6 +206,15 @@ QToolBar* Document::buildToolBar() {
     connect(btnZoomPlus, &QAction::triggered, this, &Document::OnToolbarZoomPlus);
     connect(btnZoomMinus, &QAction::triggered, this, &Document::OnToolbarZoomMinus);
     return bar;
+}
+
+void Document::changeEvent(QEvent* event) {
+    // A new palette (a dark theme) or icon theme redraws the toolbar's icons.
+    if (m_toolBar && (event->type() == QEvent::PaletteChange || event->type() == QEvent::ThemeChange))
+        for (QAction* action : m_toolBar->actions())
+            if (const QString icon = action->property(IconProperty).toString(); !icon.isEmpty())
+                action->setIcon(toolbarIcon(icon, palette()));
+    QMainWindow::changeEvent(event);
 }
 
 void Document::setEditingEnabled(bool enabled) {

@@ -220,6 +220,7 @@ private:
     void stopPlayback();
     void endRecording();
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
     bool showsUntouchedSilence() const;
@@ -255,7 +256,7 @@ private:
     void insertSilence(SilencePlace place);
 
     AppDelegate& m_app;
-    QToolBar* m_toolBar;
+    QToolBar* m_toolBar = nullptr;
     bool m_zoomed = false; // the width has been set by a zoom action
     int m_plotRequest = 0;
 

@@ -5,11 +5,14 @@
 #include "support/Fixtures.h"
 #include "support/Gui.h"
 
+#include <QAction>
+#include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolBar>
 #include <QXmlStreamReader>
 #include <cmath>
 
@@ -98,6 +101,72 @@ private slots:
         // Not blank: the teal background fills the middle of the edge.
         QVERIFY(shown.pixelColor(4, 32).alpha() > 200);
         delete window;
+    }
+
+    // The painted toolbar icons are drawn in the palette's window text colour:
+    // light on a dark theme, dark on a light one, and redrawn when it changes.
+    void thePaintedIconsFollowThePalette() {
+        auto app = gui::startApplication(m_root.filePath("home-palette"));
+        QVERIFY(app);
+        const QPalette light = QApplication::palette();
+        QPalette dark = light;
+        dark.setColor(QPalette::Window, QColor(0x20, 0x20, 0x20));
+        dark.setColor(QPalette::WindowText, QColor(0xf0, 0xf0, 0xf0));
+        dark.setColor(QPalette::Button, QColor(0x30, 0x30, 0x30));
+        dark.setColor(QPalette::ButtonText, QColor(0xf0, 0xf0, 0xf0));
+
+        const auto inkOf = [](Document* window, QAction* action, const QColor& ink) {
+            QWidget* button = window->findChild<QToolBar*>()->widgetForAction(action);
+            const QImage image = button->grab().toImage();
+            int near = 0;
+            for (int y = 0; y < image.height(); ++y)
+                for (int x = 0; x < image.width(); ++x) {
+                    const QColor c = image.pixelColor(x, y);
+                    near += std::abs(c.red() - ink.red()) + std::abs(c.green() - ink.green()) +
+                                std::abs(c.blue() - ink.blue()) <
+                            30;
+                }
+            return near;
+        };
+        QApplication::setPalette(dark);
+        Document* window = gui::firstDocument(*app);
+        QVERIFY(window);
+        QVERIFY(QTest::qWaitForWindowExposed(window));
+        for (QAction* action : {window->btnCut, window->btnTools, window->btnUndo})
+            QVERIFY2(inkOf(window, action, QColor(0xf0, 0xf0, 0xf0)) > 15, qPrintable(action->text()));
+        QCOMPARE(inkOf(window, window->btnCut, light.color(QPalette::WindowText)), 0);
+
+        // Back to the light palette: the same buttons are drawn dark again.
+        QApplication::setPalette(light);
+        QTRY_VERIFY(inkOf(window, window->btnCut, light.color(QPalette::WindowText)) > 15);
+        delete window;
+    }
+
+    // Where the desktop's icon theme has the standard icon, the toolbar shows it.
+    void aThemeIconIsTakenWhereTheDesktopHasOne() {
+        const QString themes = m_root.filePath("icons");
+        QVERIFY(QDir().mkpath(themes + "/tanselo-test/24x24/actions"));
+        QFile index(themes + "/tanselo-test/index.theme");
+        QVERIFY(index.open(QIODevice::WriteOnly));
+        index.write("[Icon Theme]\nName=tanselo-test\nDirectories=24x24/actions\n\n"
+                    "[24x24/actions]\nSize=24\nType=Fixed\n");
+        index.close();
+        QImage magenta(24, 24, QImage::Format_ARGB32);
+        magenta.fill(Qt::magenta);
+        QVERIFY(magenta.save(themes + "/tanselo-test/24x24/actions/edit-cut.png"));
+
+        const QStringList paths = QIcon::themeSearchPaths();
+        const QString theme = QIcon::themeName();
+        QIcon::setThemeSearchPaths({themes});
+        QIcon::setThemeName("tanselo-test");
+        QVERIFY(QIcon::hasThemeIcon("edit-cut"));
+        QCOMPARE(toolbarIcon("cut").pixmap(24, 24).toImage().pixelColor(12, 12), QColor(Qt::magenta));
+        // No theme icon for it: painted, not magenta.
+        QVERIFY(toolbarIcon("copy").pixmap(24, 24).toImage().pixelColor(12, 12) != QColor(Qt::magenta));
+        QVERIFY(!toolbarIcon("copy").isNull());
+        QIcon::setThemeName(theme);
+        QIcon::setThemeSearchPaths(paths);
+        QVERIFY(toolbarIcon("cut").pixmap(24, 24).toImage().pixelColor(12, 12) != QColor(Qt::magenta));
     }
 
     void theDesktopEntryAndMetainfoValidate() {
