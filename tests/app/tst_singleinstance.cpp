@@ -144,6 +144,41 @@ private slots:
             QCOMPARE(after.value(it.key()), it.value());
     }
 
+    // `tanselo a.flac missing.wav b.mp3`: the editor converts a.flac and then
+    // b.mp3 into working WAVs of their own, in that order (their names are
+    // stamps, so the earlier name holds the first file); the missing file
+    // does not stop the other.
+    void theCommandLineOpensEachFileInOrder() {
+        const QString home = m_root.filePath("home-g");
+        const QString folder = home + "/Documents/Tanselo";
+        const QString music = m_root.filePath("music-g");
+        QVERIFY(QDir().mkpath(music));
+        fixtures::makeTone(music + "/a.wav", 2, 440);
+        QCOMPARE(fixtures::run("ffmpeg", {"-v", "error", "-i", music + "/a.wav", music + "/a.flac"}), 0);
+        fixtures::makeTone(music + "/b.wav", 4, 880);
+        QCOMPARE(fixtures::run("ffmpeg", {"-v", "error", "-i", music + "/b.wav", music + "/b.mp3"}), 0);
+        const QByteArray flac = fixtures::digest(music + "/a.flac");
+
+        auto editor = startEditor(home, {"a.flac", "missing.wav", music + "/b.mp3"}, music);
+        QVERIFY(editor->waitForStarted(10000));
+        const auto tracks = [&] {
+            return QDir(folder).entryList({"[0-9][0-9][0-9][0-9]-*.wav"}, QDir::Files, QDir::Name);
+        };
+        // Both are written, each in full, while the missing file's alert waits.
+        QTRY_VERIFY_WITH_TIMEOUT(tracks().size() == 2 &&
+                                     std::abs(fixtures::wavInfo(folder + "/" + tracks()[1]).seconds() - 4) <
+                                         0.1,
+                                 30000);
+        QCOMPARE(editor->state(), QProcess::Running);
+        const QStringList made = tracks();
+        QVERIFY(std::abs(fixtures::wavInfo(folder + "/" + made[0]).seconds() - 2) < 0.01);
+        QVERIFY(fixtures::wavInfo(folder + "/" + made[0]).isWorkingWav());
+        QVERIFY(fixtures::wavInfo(folder + "/" + made[1]).isWorkingWav());
+        QCOMPARE(fixtures::digest(music + "/a.flac"), flac);
+        editor->kill();
+        QVERIFY(editor->waitForFinished(10000));
+    }
+
     void helpAndVersionPrintAndEnd() {
         for (const QString option : {"--version", "--help"}) {
             QProcess editor;
