@@ -1,13 +1,15 @@
 #!/usr/bin/env bash
 # Takes a screenshot of the real editor under Xvfb with a track loaded:
-#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel|mixer]
+#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel|mixer|effects-menu|shortcuts]
 # The last argument, run beside an audio server (scripts/with-audio-server.sh),
 # takes the picture 2.5 s into playback from the clicked position, or into a
 # recording of a tone played into the server. "export" takes the export dialog
 # (File ▸ Export…), "split" the tools menu open at its splits, "split-silence"
 # the split-on-silence dialog, "cancel" the status bar while a delete runs
 # (give it a long file, an hour or so), "mixer" the track mixer over this
-# track and two silence tracks, the second row selected and starting at 50 s.
+# track and two silence tracks, the second row selected and starting at 50 s;
+# "effects-menu" the menu bar with its Effects menu open; "shortcuts" the
+# Keyboard Shortcuts window.
 # After zooming, the waveform is scrolled right by SCROLL_STEPS wheel steps
 # and the play position set by a click a third of the way along the window. Without a file, a speech recording is put together from
 # alsa-utils' samples.
@@ -29,7 +31,9 @@ if [ -z "$audio" ]; then
 fi
 
 export DISPLAY=:97
-Xvfb $DISPLAY -screen 0 1100x480x24 >/dev/null 2>&1 &
+height=480
+case "$transport" in effects-menu | shortcuts) height=860 ;; esac # room for the whole list
+Xvfb $DISPLAY -screen 0 1100x${height}x24 >/dev/null 2>&1 &
 xvfb=$!
 sleep 1
 HOME="$work/home" ./build/tanselo >/dev/null 2>&1 &
@@ -82,6 +86,21 @@ mixer)
     xdotool key ctrl+a
     xdotool type 50
     xdotool key Return
+    sleep 0.5
+    ;;
+effects-menu)
+    # The menu bar's Effects menu (Alt+C) with its first effect open.
+    xdotool key alt+c
+    sleep 0.5
+    xdotool key Right
+    sleep 0.5
+    import -window root -crop 620x700+0+0 "$output"
+    echo "$output"
+    exit 0
+    ;;
+shortcuts)
+    xdotool key alt+h k # Help ▸ Keyboard Shortcuts
+    window=$(timeout 10 xdotool search --sync --name '^Keyboard Shortcuts$' | head -1)
     sleep 0.5
     ;;
 export)

@@ -3,6 +3,7 @@
 #include "app/Alerts.h"
 #include "app/Icons.h"
 #include "app/Names.h"
+#include "app/ShortcutsWindow.h"
 #include "app/SingleInstance.h"
 #include "app/ToolLog.h"
 #include "app/WorkFolder.h"
@@ -42,6 +43,7 @@ AppDelegate::AppDelegate() : b_Starting(true), u_Doc_Index(0) {
     actionPrivacy = makeAction(tr("&Privacy Policy"));
     actionSupport = makeAction(tr("&Report a Problem"));
     actionToolRuns = makeAction(tr("&Tool Runs"));
+    actionShortcuts = makeAction(tr("&Keyboard Shortcuts"));
     actionJoinTracks = makeAction(tr("&Join Open Tracks…"));
     actionJoinTracks->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_J));
 
@@ -55,6 +57,7 @@ AppDelegate::AppDelegate() : b_Starting(true), u_Doc_Index(0) {
     connect(actionPrivacy, &QAction::triggered, this, &AppDelegate::OnMenuPrivacyPolicy);
     connect(actionSupport, &QAction::triggered, this, &AppDelegate::OnMenuSubmitTicket);
     connect(actionToolRuns, &QAction::triggered, this, &AppDelegate::OnMenuToolRuns);
+    connect(actionShortcuts, &QAction::triggered, this, &AppDelegate::OnMenuShortcuts);
     connect(actionCopy, &QAction::triggered, this, &AppDelegate::copy);
     connect(actionCut, &QAction::triggered, this, &AppDelegate::cut);
     connect(actionPaste, &QAction::triggered, this, &AppDelegate::paste);
@@ -219,19 +222,23 @@ Document* AppDelegate::currentDocument() const {
 void AppDelegate::installMenus(QMainWindow* window) {
     QMenuBar* bar = window->menuBar();
     QMenu* file = bar->addMenu(tr("&File"));
+    file->setObjectName(QStringLiteral("menuFile"));
     file->addActions({actionNew, actionOpen, actionExport});
     file->addSeparator();
     file->addAction(actionQuit);
     QMenu* edit = bar->addMenu(tr("&Edit"));
+    edit->setObjectName(QStringLiteral("menuEdit"));
     edit->addActions({actionUndo, actionRedo});
     edit->addSeparator();
     edit->addActions({actionCut, actionCopy, actionPaste, actionDelete});
     QMenu* tracks = bar->addMenu(tr("&Tracks"));
+    tracks->setObjectName(QStringLiteral("menuTracks"));
     tracks->addAction(actionJoinTracks);
     QMenu* help = bar->addMenu(tr("&Help"));
+    help->setObjectName(QStringLiteral("menuHelp"));
     help->addActions({actionHomePage, actionMakers, actionPrivacy, actionSupport});
     help->addSeparator();
-    help->addAction(actionToolRuns);
+    help->addActions({actionShortcuts, actionToolRuns});
 }
 
 Document* AppDelegate::loadedCurrentDocument() const {
@@ -329,6 +336,12 @@ void AppDelegate::OnMenuPrivacyPolicy() {
 }
 void AppDelegate::OnMenuSubmitTicket() {
     openHelpPage(QStringLiteral("support.html"));
+}
+
+void AppDelegate::OnMenuShortcuts() {
+    const QList<Document*> open = documents();
+    if (Document* window = currentDocument() ? currentDocument() : (open.isEmpty() ? nullptr : open.first()))
+        showShortcuts(window);
 }
 
 void AppDelegate::OnMenuToolRuns() {

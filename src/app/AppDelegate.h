@@ -83,6 +83,7 @@ public:
     void OnMenuPrivacyPolicy();
     void OnMenuSubmitTicket();
     void OnMenuToolRuns();
+    void OnMenuShortcuts(); // Help ▸ Keyboard Shortcuts, for the active window
 
     // The local page behind one of the four help items.
     static QString helpPagePath(const QString& page);
@@ -120,6 +121,7 @@ public:
     QAction* actionPrivacy;
     QAction* actionSupport;
     QAction* actionToolRuns;
+    QAction* actionShortcuts;
     QAction* actionJoinTracks;
 
 private:

@@ -122,6 +122,9 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
     statusBar()->addPermanentWidget(labelDuration);
     statusBar()->addPermanentWidget(labelSize);
     app.installMenus(this);
+    buildMenuBar();
+    connect(this, &Document::loaded, this, &Document::updateMenus);
+    connect(btnPlay, &QAction::enabledChanged, this, &Document::updateMenus);
 
     // Any run can be stopped: the status bar's Cancel while one runs, or Escape
     // in the window whose operation it is.
@@ -131,6 +134,7 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
     statusBar()->addPermanentWidget(btnCancel);
     connect(btnCancel, &QPushButton::clicked, &runner, &PlanRunner::cancel);
     auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    escape->setWhatsThis(tr("Cancel the Running Operation"));
     connect(escape, &QShortcut::activated, this, [this] {
         if (m_app.runner().currentReceiver() == this)
             m_app.runner().cancel();
@@ -221,6 +225,7 @@ void Document::setEditingEnabled(bool enabled) {
     m_toolBar->setEnabled(enabled);
     scrollviewAudioPlot->setEnabled(enabled);
     btnCancel->setVisible(!enabled);
+    updateMenus();
 }
 
 void Document::setStartupButtons() {

@@ -4,6 +4,7 @@
 #include "document/VersionHistory.h"
 #include "edit/EditPlans.h"
 #include "effects/EffectCatalogue.h"
+#include "timeline/MarkerKeys.h"
 #include "timeline/TimeStrings.h"
 #include "transport/TransportRules.h"
 
@@ -99,6 +100,19 @@ public:
     void OnPopupEqualizerEntireTrack();
     // Learns the noise from the selection and removes it from the whole track.
     void OnPopupNoiseReduction();
+
+    // The menu bar's own menus of this window (besides the application's
+    // File, Edit, Tracks and Help items): the pop-up menus' actions again.
+    QAction* actionSelectAll;
+    QMenu* menuPasteAt;
+    QMenu* menuPasteMixing;
+    QMenu* menuSilence;
+    QMenu* menuPlay;
+    QMenu* menuView;
+    void selectAll(); // the markers at 0 and 100 %
+    // Moves the play position or a selection end as the keys do (Home, End,
+    // the arrows, Shift with them, [ and ]).
+    void pressMarkerKey(MarkerKey key);
 
     QMenu* popupMenuTools;
     QMenu* popupMenuPaste;
@@ -243,6 +257,11 @@ private:
     void showMarkers();
     SegmentVariables segmentVariables() const;
     void buildEditMenus();
+    void buildMenuBar();
+    void updateMenus();
+    void addMarkerKey(QMenu* menu, const QString& text, const QKeySequence& keys, MarkerKey key);
+    QList<QAction*> m_markerKeys;
+    QList<QPair<QAction*, QAction*>> m_followedButtons; // a menu item and the toolbar button it follows
     void buildEffectsMenu();
     void buildSplitMenu();
     void runSplit(const splitting::SplitPlan& split);

@@ -19,6 +19,7 @@
 #include <QLineEdit>
 #include <QMap>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
@@ -95,6 +96,17 @@ const Key Keys[] = {
     {"Ctrl++", Qt::Key_Plus, Qt::ControlModifier},
     {"Ctrl+-", Qt::Key_Minus, Qt::ControlModifier},
     {"Ctrl+S", Qt::Key_S, Qt::ControlModifier},
+    {"Ctrl+A", Qt::Key_A, Qt::ControlModifier},
+    {"Home", Qt::Key_Home, Qt::NoModifier},
+    {"End", Qt::Key_End, Qt::NoModifier},
+    {"Left", Qt::Key_Left, Qt::NoModifier},
+    {"Right", Qt::Key_Right, Qt::NoModifier},
+    {"Shift+Left", Qt::Key_Left, Qt::ShiftModifier},
+    {"Shift+Right", Qt::Key_Right, Qt::ShiftModifier},
+    {"Shift+Home", Qt::Key_Home, Qt::ShiftModifier},
+    {"Shift+End", Qt::Key_End, Qt::ShiftModifier},
+    {"[", Qt::Key_BracketLeft, Qt::NoModifier},
+    {"]", Qt::Key_BracketRight, Qt::NoModifier},
 };
 } // namespace
 
@@ -517,6 +529,28 @@ class tst_Monkey : public QObject {
         action->trigger();
     }
 
+    void useMenuBar(Document* d) {
+        // Any enabled item of the window's own menu bar, its submenus
+        // included, as a user picks it (Quit ends the process, so not that).
+        QList<MenuItem> items;
+        for (QAction* top : d->menuBar()->actions())
+            if (QMenu* menu = top->menu(); menu && top->isEnabled()) {
+                fillIfEmpty(menu);
+                items += itemsOf(menu, withoutMnemonic(menu->title()));
+            }
+        items.removeIf([this](const MenuItem& item) { return item.action == m_app->actionQuit; });
+        const bool active = activate(d);
+        if (items.isEmpty()) {
+            record(QStringLiteral("menu bar of %1: nothing enabled").arg(nameOf(d)));
+            return;
+        }
+        const MenuItem item = items.at(choose(0, int(items.size()) - 1));
+        record(QStringLiteral("menu bar %1 in %2%3")
+                   .arg(item.path, nameOf(d), active ? QString() : QStringLiteral(" (not active)")));
+        if (item.action)
+            item.action->trigger();
+    }
+
     void useToolsMenu(Document* d) {
         // The tools menu opens from the toolbar: nothing in it can be reached
         // while its button is disabled.
@@ -645,6 +679,7 @@ class tst_Monkey : public QObject {
             {"key", 22, [&] { pressKey(d); }},
             {"toolbar", 20, [&] { pressToolbar(d); }},
             {"application menu", 8, [&] { useApplicationMenu(d); }},
+            {"menu bar", 6, [&] { useMenuBar(d); }},
             {"tools menu", 14, [&] { useToolsMenu(d); }},
             {"click", 10, [&] { clickWaveform(d); }},
             {"drag a handle", 10, [&] { drag(d, true); }},
