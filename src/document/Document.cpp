@@ -102,6 +102,7 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
     scrollviewAudioPlot->setWidgetResizable(false);
     scrollviewAudioPlot->setWidget(viewTimePlusAudioPlot);
     new ResizeWatcher(scrollviewAudioPlot->viewport(), [this] { followViewport(); });
+    enableWheelZoom();
     setCentralWidget(scrollviewAudioPlot);
     connect(viewAudioPlot, &View_Audio_Wave::markersChanged, this, &Document::showMarkers);
 

@@ -109,6 +109,8 @@ public:
     QMenu* menuSilence;
     QMenu* menuPlay;
     QMenu* menuView;
+    QAction* actionZoomToFit;
+    QAction* actionZoomToSelection;
     void selectAll(); // the markers at 0 and 100 %
     // Moves the play position or a selection end as the keys do (Home, End,
     // the arrows, Shift with them, [ and ]).
@@ -171,6 +173,9 @@ public:
     // Zoom: the whole track spans u_Zoom_Factor visible widths.
     void OnToolbarZoomPlus();
     void OnToolbarZoomMinus();
+    void zoomToFit();       // the whole track in the visible width
+    void zoomToSelection(); // the smallest factor at which the selection fills half the view, scrolled to it
+    void zoomAround(int pointerX, bool in); // one step, keeping the time under the pointer
 
     quint64 u_ID;
     QString s_File_URL, s_File_Path, s_Folder_Path, s_File_Name_Without_Extension, s_File_Extension,
@@ -253,6 +258,8 @@ private:
     void reloadCurrentVersion();
     void chooseColour();
     void layOutZoom();
+    QPoint popupPosition() const; // where a pop-up menu opens
+    void enableWheelZoom();
     void followViewport();
     void showMarkers();
     SegmentVariables segmentVariables() const;

@@ -74,6 +74,12 @@ void Document::buildMenuBar() {
     // View: the toolbar's zoom actions with their keys.
     menuView = new QMenu(tr("&View"), this);
     menuView->addActions({btnZoomPlus, btnZoomMinus});
+    actionZoomToFit = menuView->addAction(tr("Zoom to &Fit"), this, &Document::zoomToFit);
+    actionZoomToFit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_0));
+    actionZoomToSelection = menuView->addAction(tr("Zoom to &Selection"), this, &Document::zoomToSelection);
+    actionZoomToSelection->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_E));
+    for (QAction* action : {actionZoomToFit, actionZoomToSelection})
+        action->setShortcutContext(Qt::WindowShortcut);
     bar->insertMenu(tracks->menuAction(), menuView);
 
     // Tracks: the splits beside the mixer.
@@ -112,6 +118,8 @@ void Document::updateMenus() {
     for (QMenu* menu : {menuPasteAt, menuPasteMixing, menuSilence, popupMenuEffects, popupMenuSplit})
         menu->menuAction()->setEnabled(editable);
     actionSelectAll->setEnabled(b_Audio_Loaded);
+    for (QAction* action : {actionZoomToFit, actionZoomToSelection})
+        action->setEnabled(b_Audio_Loaded && !recording());
     for (QAction* action : std::as_const(m_markerKeys))
         action->setEnabled(idle && b_Audio_Loaded && !recording());
     for (QAction* action : popupMenuPlay->actions())

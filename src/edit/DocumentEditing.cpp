@@ -51,7 +51,7 @@ void Document::buildEditMenus() {
 }
 
 void Document::OnToolbarTools() {
-    popupMenuTools->popup(QCursor::pos());
+    popupMenuTools->popup(popupPosition());
 }
 
 EditState Document::editState(bool withSegments) {
@@ -131,7 +131,7 @@ bool Document::haveCopiedContent() {
 void Document::Operation_Paste() {
     if (!haveCopiedContent())
         return;
-    popupMenuPaste->popup(QCursor::pos());
+    popupMenuPaste->popup(popupPosition());
 }
 
 void Document::paste(PastePlace place) {

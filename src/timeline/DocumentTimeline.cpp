@@ -6,9 +6,15 @@
 #include "timeline/View_Audio_Wave.h"
 #include "timeline/View_Time_Rule.h"
 
+#include "timeline/OverlayGeometry.h"
+#include "timeline/ZoomRules.h"
+
+#include <QCursor>
 #include <QLabel>
 #include <QLayout>
 #include <QScrollArea>
+#include <QScrollBar>
+#include <QWheelEvent>
 
 SegmentVariables Document::segmentVariables() const {
     return calculateSegmentVariables({viewAudioPlot->f_Audio_Length, viewAudioPlot->f_Selection_Start,
@@ -66,4 +72,86 @@ void Document::followViewport() {
     const QSize visible = scrollviewAudioPlot->viewport()->size();
     viewTimePlusAudioPlot->resize(m_zoomed ? viewTimePlusAudioPlot->width() : visible.width(),
                                   visible.height());
+}
+
+QPoint Document::popupPosition() const {
+    // A pop-up opened by a key while the pointer is elsewhere opens at the
+    // play marker, in the visible part of the waveform.
+    const QPoint pointer = QCursor::pos();
+    if (frameGeometry().contains(pointer))
+        return pointer;
+    const QRectF bar =
+        overlay::hasPositionMarker(viewAudioPlot->f_Audio_Length)
+            ? overlay::positionMarker(viewAudioPlot->f_Audio_Position, viewAudioPlot->f_Audio_Length,
+                                      float(viewAudioPlot->width()), viewAudioPlot->height())
+                  .bar
+            : QRectF(0, 0, 0, viewAudioPlot->height());
+    const QPoint marker =
+        viewAudioPlot->mapToGlobal(QPoint(int(bar.center().x()), viewAudioPlot->height() / 2));
+    const QWidget* viewport = scrollviewAudioPlot->viewport();
+    const QRect visible(viewport->mapToGlobal(QPoint(0, 0)), viewport->size());
+    return {std::clamp(marker.x(), visible.left(), visible.right()),
+            std::clamp(marker.y(), visible.top(), visible.bottom())};
+}
+
+void Document::zoomToFit() {
+    u_Zoom_Factor = 1;
+    layOutZoom();
+    scrollviewAudioPlot->horizontalScrollBar()->setValue(0);
+}
+
+void Document::zoomToSelection() {
+    const int visible = scrollviewAudioPlot->viewport()->width();
+    const float start = viewAudioPlot->f_Selection_Start, end = viewAudioPlot->f_Selection_End;
+    const int factor = zoom::factorForSelection(start, end, visible);
+    if (factor == 0) // nothing selected
+        return;
+    u_Zoom_Factor = quint64(factor);
+    layOutZoom();
+    scrollviewAudioPlot->horizontalScrollBar()->setValue(
+        zoom::offsetCentring(start, end, viewTimePlusAudioPlot->width(), visible));
+}
+
+void Document::zoomAround(int pointerX, bool in) {
+    // The time under the pointer stays under the pointer.
+    QScrollBar* scroll = scrollviewAudioPlot->horizontalScrollBar();
+    const double fraction = double(scroll->value() + pointerX) / std::max(1, viewTimePlusAudioPlot->width());
+    if (in && u_Zoom_Factor < quint64(zoom::largestFactor(scrollviewAudioPlot->viewport()->width())))
+        OnToolbarZoomPlus();
+    else if (!in)
+        OnToolbarZoomMinus();
+    scroll->setValue(zoom::offsetKeeping(fraction, pointerX, viewTimePlusAudioPlot->width(),
+                                         scrollviewAudioPlot->viewport()->width()));
+}
+
+namespace {
+// Ctrl and the mouse wheel over the waveform zoom in and out around the pointer.
+class WheelZoom : public QObject {
+public:
+    WheelZoom(QWidget* viewport, std::function<void(int, bool)> zoomAround)
+        : QObject(viewport), m_viewport(viewport), m_zoomAround(std::move(zoomAround)) {
+        viewport->installEventFilter(this);
+    }
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() != QEvent::Wheel)
+            return false;
+        auto* wheel = static_cast<QWheelEvent*>(event);
+        if (!(wheel->modifiers() & Qt::ControlModifier) || wheel->angleDelta().y() == 0)
+            return false;
+        const QPoint at = m_viewport->mapFromGlobal(wheel->globalPosition().toPoint());
+        m_zoomAround(at.x(), wheel->angleDelta().y() > 0);
+        return true;
+    }
+
+private:
+    QWidget* m_viewport;
+    std::function<void(int, bool)> m_zoomAround;
+};
+} // namespace
+
+void Document::enableWheelZoom() {
+    new WheelZoom(scrollviewAudioPlot->viewport(), [this](int x, bool in) {
+        if (b_Audio_Loaded && !recording())
+            zoomAround(x, in);
+    });
 }

@@ -75,7 +75,7 @@ void Document::applyButtons(const TransportButtons& b) {
 
 void Document::OnToolbarPlay() {
     if (m_RecordStatus != StatusPlaybackPaused) {
-        popupMenuPlay->popup(QCursor::pos());
+        popupMenuPlay->popup(popupPosition());
         return;
     }
     scheduleAudioPlayingTimer();

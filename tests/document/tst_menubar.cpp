@@ -7,8 +7,11 @@
 #include <QMap>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSet>
 #include <QTableWidget>
+#include <QWheelEvent>
 
 namespace {
 QString plain(QString text) {
@@ -165,6 +168,98 @@ private slots:
         press(Qt::Key_End, Qt::ShiftModifier);
         QCOMPARE(d->viewAudioPlot->f_Selection_End, 100.0f);
         QCOMPARE(d->viewAudioPlot->f_Audio_Position, 3.0f);
+    }
+
+    // Ctrl and the wheel zoom around the pointer: the time under it stays
+    // under it, within a pixel, in and out again.
+    void ctrlWheelZoomsAroundThePointer() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        d->resize(1000, 380);
+        QVERIFY(QTest::qWaitForWindowExposed(d));
+        QScrollArea* area = d->scrollviewAudioPlot;
+        const auto contentXUnder = [&](int x) { return double(area->horizontalScrollBar()->value() + x); };
+        // As the wheel over the waveform reaches the scroll area's viewport,
+        // which the waveform leaves it to.
+        const auto wheel = [&](int x, int steps, Qt::KeyboardModifiers modifiers = Qt::ControlModifier) {
+            const QPoint local(x, 100);
+            QWheelEvent event(QPointF(local), QPointF(area->viewport()->mapToGlobal(local)), QPoint(),
+                              QPoint(0, 120 * steps), Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(area->viewport(), &event);
+        };
+        struct Step {
+            int x, steps;
+            quint64 factor;
+        };
+        for (const Step& step : {Step{300, 1, 2}, Step{700, 1, 3}, Step{120, 1, 4}, Step{850, -1, 3},
+                                 Step{400, -1, 2}, Step{400, -1, 1}}) {
+            const double before = contentXUnder(step.x) / d->viewTimePlusAudioPlot->width();
+            wheel(step.x, step.steps);
+            QCOMPARE(d->u_Zoom_Factor, step.factor);
+            QCOMPARE(d->viewTimePlusAudioPlot->width(), int(step.factor) * area->viewport()->width());
+            const double now = contentXUnder(step.x);
+            const double kept = before * d->viewTimePlusAudioPlot->width();
+            // Where the scroll bar lets it: at the far ends it stops.
+            const int most = area->horizontalScrollBar()->maximum();
+            if (area->horizontalScrollBar()->value() > 0 && area->horizontalScrollBar()->value() < most)
+                QVERIFY2(std::abs(now - kept) <= 1.0,
+                         qPrintable(QString("%1 against %2").arg(now).arg(kept)));
+        }
+        // Without Ctrl the wheel does not zoom.
+        wheel(300, 1, Qt::NoModifier);
+        QCOMPARE(d->u_Zoom_Factor, 1u);
+    }
+
+    void zoomToSelectionShowsTheWholeSelection() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        d->resize(1000, 380);
+        QVERIFY(QTest::qWaitForWindowExposed(d));
+        setMarkers(d, 40, 45, 0);
+        QVERIFY(choose(d, {"View", "Zoom to Selection"}));
+        QCOMPARE(d->u_Zoom_Factor, 10u);
+        const int visible = d->scrollviewAudioPlot->viewport()->width();
+        const int offset = d->scrollviewAudioPlot->horizontalScrollBar()->value();
+        const double start = 0.40 * d->viewAudioPlot->width(), end = 0.45 * d->viewAudioPlot->width();
+        QVERIFY2(offset <= start && end <= offset + visible, qPrintable(QString::number(offset)));
+        QVERIFY(end - start >= visible / 2.0);
+        QVERIFY(choose(d, {"View", "Zoom to Fit"}));
+        QCOMPARE(d->u_Zoom_Factor, 1u);
+        QCOMPARE(d->scrollviewAudioPlot->horizontalScrollBar()->value(), 0);
+        setMarkers(d, 30, 30, 0); // nothing selected: nothing changes
+        QVERIFY(choose(d, {"View", "Zoom to Selection"}));
+        QCOMPARE(d->u_Zoom_Factor, 1u);
+    }
+
+    // Ctrl+V with the pointer outside the window opens the paste menu at the
+    // play marker, not far off at the pointer.
+    void aPopupOpenedByAKeyOpensAtThePlayMarker() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        QVERIFY(copyClip(d));
+        d->move(0, 0);
+        d->resize(1000, 380);
+        d->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(d));
+        setMarkers(d, 20, 50, 3); // 3 s of 10: 30 % across
+        QCursor::setPos(5000, 5000);
+        QTest::keyClick(d, Qt::Key_V, Qt::ControlModifier);
+        QTRY_VERIFY(QApplication::activePopupWidget());
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        QCOMPARE(menu, d->popupMenuPaste);
+        const QPoint marker = d->viewAudioPlot->mapToGlobal(QPoint(int(0.3 * d->viewAudioPlot->width()), 0));
+        QVERIFY2(std::abs(menu->geometry().left() - marker.x()) <= 3,
+                 qPrintable(QString("%1 against %2").arg(menu->geometry().left()).arg(marker.x())));
+        const QRect waveform(d->viewAudioPlot->mapToGlobal(QPoint(0, 0)), d->viewAudioPlot->size());
+        QVERIFY(waveform.contains(menu->geometry().topLeft()));
+        menu->close();
+        // With the pointer over the window, the menu opens at the pointer.
+        const QPoint inside = d->mapToGlobal(QPoint(300, 200));
+        QCursor::setPos(inside);
+        QTest::keyClick(d, Qt::Key_V, Qt::ControlModifier);
+        QTRY_VERIFY(QApplication::activePopupWidget());
+        QCOMPARE(QApplication::activePopupWidget()->geometry().topLeft(), inside);
+        QApplication::activePopupWidget()->close();
     }
 
     // No key is given to two actions of a window.
