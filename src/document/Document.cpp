@@ -148,6 +148,7 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
             statusBar()->showMessage(text, text == tr("Cancelled") ? 5000 : 0);
     });
     setEditingEnabled(!runner.isBusy());
+    setUpAccessibility();
 
     // Audio files dropped on the window open as those named on the command line.
     setAcceptDrops(true);
@@ -451,6 +452,7 @@ void Document::finishLoading(qint64 seconds, bool showFile) {
     labelSource->setText(QFileInfo(s_File_Path).fileName());
     labelSize->setText(s_File_Size);
     labelSize->setVisible(!s_File_Size.isEmpty());
+    describeForAccessibility();
     emit loaded();
 }
 

@@ -259,6 +259,8 @@ private:
     void chooseColour();
     void layOutZoom();
     QPoint popupPosition() const; // where a pop-up menu opens
+    void setUpAccessibility();
+    void describeForAccessibility(); // the waveform, ruler and status texts in words
     void enableWheelZoom();
     void followViewport();
     void showMarkers();

@@ -7,13 +7,16 @@
 #include "timeline/View_Time_Rule.h"
 
 #include "timeline/OverlayGeometry.h"
+#include "timeline/SpokenText.h"
 #include "timeline/ZoomRules.h"
 
+#include <QAction>
 #include <QCursor>
 #include <QLabel>
 #include <QLayout>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QToolBar>
 #include <QWheelEvent>
 
 SegmentVariables Document::segmentVariables() const {
@@ -41,6 +44,41 @@ void Document::showMarkers() {
     const SegmentVariables v = segmentVariables();
     labelSelection->setText(b_Audio_Loaded ? selectionStatusText(v) : QString());
     labelPosition->setText(b_Audio_Loaded ? positionStatusText(v) : QString());
+    describeForAccessibility();
+}
+
+void Document::setUpAccessibility() {
+    // Every control a screen reader or the Tab key can reach, by name.
+    for (QAction* action : m_toolBar->actions())
+        if (QWidget* button = m_toolBar->widgetForAction(action); button && !action->isSeparator()) {
+            button->setAccessibleName(action->text());
+            button->setAccessibleDescription(action->toolTip());
+            button->setFocusPolicy(Qt::TabFocus);
+        }
+    viewAudioPlot->setAccessibleName(tr("Waveform"));
+    viewAudioPlot->setFocusPolicy(Qt::StrongFocus);
+    viewTimeRule->setAccessibleName(tr("Time ruler"));
+    viewTimeRule->setFocusPolicy(Qt::TabFocus);
+    const std::pair<QLabel*, QString> labels[] = {{labelSelection, tr("Selection")},
+                                                  {labelPosition, tr("Play position")},
+                                                  {labelSource, tr("Opened file")},
+                                                  {labelDuration, tr("Length")},
+                                                  {labelSize, tr("File size")}};
+    for (const auto& [label, name] : labels) {
+        label->setAccessibleName(name);
+        label->setFocusPolicy(Qt::TabFocus);
+    }
+    describeForAccessibility();
+}
+
+void Document::describeForAccessibility() {
+    const float length = viewAudioPlot->f_Audio_Length;
+    viewAudioPlot->setAccessibleDescription(spoken::waveform(
+        windowTitle(), b_Audio_Loaded, length, viewAudioPlot->f_Selection_Start * length / 100,
+        viewAudioPlot->f_Selection_End * length / 100, viewAudioPlot->f_Audio_Position));
+    viewTimeRule->setAccessibleDescription(spoken::ruler(double(i_Audio_Duration_Seconds)));
+    for (QLabel* label : {labelSelection, labelPosition, labelSource, labelDuration, labelSize})
+        label->setAccessibleDescription(label->text());
 }
 
 void Document::OnToolbarZoomPlus() {

@@ -324,6 +324,7 @@ void Document::endRecording() {
         labelSource->setText(QFileInfo(path).fileName());
         labelSize->setText(s_File_Size);
         labelSize->setVisible(true);
+        describeForAccessibility();
         emit loaded();
     });
 }
