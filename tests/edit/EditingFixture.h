@@ -135,12 +135,5 @@ protected:
         m_pattern = fixtures::makePattern(m_root.path());
     }
 
-    void closeAll() {
-        for (Document* d : m_app->documents())
-            delete d;
-        QVERIFY(gui::waitIdle(*m_app));
-        if (!QFile::exists(m_app->sSilenceWavPath))
-            fixtures::run("sox",
-                          {"-n", "-r", "44100", "-c", "2", m_app->sSilenceWavPath, "trim", "0.0", "60.0"});
-    }
+    void closeAll() { QVERIFY(gui::closeAllWindows(*m_app)); }
 };

@@ -5,6 +5,7 @@
 #include "document/Document.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
@@ -112,6 +113,15 @@ bool openInto(Document* document, const QString& path, const std::function<void(
     answerFileDialog(path);
     open();
     return (loaded.size() > 0 || loaded.wait(30000)) && (plotted.size() > 0 || plotted.wait(30000));
+}
+
+bool closeAllWindows(AppDelegate& app) {
+    for (Document* d : app.documents())
+        delete d;
+    const bool idle = waitIdle(app);
+    if (!QFile::exists(app.sSilenceWavPath))
+        fixtures::run("sox", {"-n", "-r", "44100", "-c", "2", app.sSilenceWavPath, "trim", "0.0", "60.0"});
+    return idle;
 }
 
 Document* openInNewWindow(AppDelegate& app, const QString& path) {

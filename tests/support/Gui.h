@@ -75,4 +75,10 @@ public slots:
 // loaded and every tool run has ended; null when it does not load.
 Document* openInNewWindow(AppDelegate& app, const QString& path);
 
+// Closes every window and waits for the runner. A window on the silence
+// track deletes it when its history is cleared, as the editor's rules say:
+// the track is made again, so that the next window finds it. False when the
+// runner did not come to rest.
+bool closeAllWindows(AppDelegate& app);
+
 } // namespace gui
