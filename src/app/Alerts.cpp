@@ -1,7 +1,10 @@
 #include "Alerts.h"
 
+#include <QDialog>
+#include <QDialogButtonBox>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 int showAlert(QWidget* parent, const QString& text, const QString& informativeText,
               const QStringList& buttons) {
@@ -22,4 +25,13 @@ int showAlert(QWidget* parent, const QString& text, const QString& informativeTe
 
 void showErrorAlert(QWidget* parent, const QString& informativeText) {
     showAlert(parent, QStringLiteral("Error"), informativeText, {QStringLiteral("Close")});
+}
+
+void showWithCloseButton(QDialog& dialog, QWidget* content) {
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, &dialog);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    auto* layout = new QVBoxLayout(&dialog);
+    layout->addWidget(content);
+    layout->addWidget(buttons);
+    dialog.exec();
 }

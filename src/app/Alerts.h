@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 
+class QDialog;
 class QWidget;
 
 // The one way failures are shown: a modal alert with the message "Error", an
@@ -13,3 +14,7 @@ void showErrorAlert(QWidget* parent, const QString& informativeText);
 // the default. Returns the index of the button pressed.
 int showAlert(QWidget* parent, const QString& text, const QString& informativeText,
               const QStringList& buttons);
+
+// Shows `content` in `dialog` above a Close button, modally: the way the
+// editor's read-only windows (Tool Runs, Keyboard Shortcuts) are shown.
+void showWithCloseButton(QDialog& dialog, QWidget* content);

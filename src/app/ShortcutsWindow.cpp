@@ -1,8 +1,8 @@
 #include "ShortcutsWindow.h"
 
+#include "app/Alerts.h"
 #include <QAction>
 #include <QDialog>
-#include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QMainWindow>
 #include <QMenu>
@@ -11,7 +11,6 @@
 #include <QShortcut>
 #include <QTableWidget>
 #include <QToolBar>
-#include <QVBoxLayout>
 
 namespace {
 QString plain(QString text) {
@@ -75,10 +74,5 @@ void showShortcuts(QMainWindow* window) {
         table->setItem(row, 0, new QTableWidgetItem(rows.at(row).command));
         table->setItem(row, 1, new QTableWidgetItem(rows.at(row).keys));
     }
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, &dialog);
-    QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
-    auto* layout = new QVBoxLayout(&dialog);
-    layout->addWidget(table);
-    layout->addWidget(buttons);
-    dialog.exec();
+    showWithCloseButton(dialog, table);
 }

@@ -1,12 +1,11 @@
 #include "ToolLog.h"
 
+#include "app/Alerts.h"
 #include "app/PlanRunner.h"
 
 #include <QDialog>
-#include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QPlainTextEdit>
-#include <QVBoxLayout>
 
 void showToolLog(QWidget* parent, const PlanRunner& runner) {
     QDialog dialog(parent);
@@ -19,10 +18,5 @@ void showToolLog(QWidget* parent, const PlanRunner& runner) {
     text->setPlainText(runner.runs().isEmpty() ? QObject::tr("No tool has run yet.")
                                                : toolLogText(runner.runs()));
     text->moveCursor(QTextCursor::End);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, &dialog);
-    QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
-    auto* layout = new QVBoxLayout(&dialog);
-    layout->addWidget(text);
-    layout->addWidget(buttons);
-    dialog.exec();
+    showWithCloseButton(dialog, text);
 }
