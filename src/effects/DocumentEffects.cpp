@@ -4,10 +4,8 @@
 #include "app/Alerts.h"
 #include "app/AppDelegate.h"
 #include "document/Document.h"
-#include "effects/ConfirmationDialogs.h"
 #include "effects/EffectCatalogue.h"
 #include "effects/EffectDialogs.h"
-#include "effects/Window_Noise_Reduction.h"
 
 #include <QMenu>
 
@@ -18,23 +16,24 @@ void Document::applyEffect(const EffectArguments& arguments, bool selectionOnly)
 }
 
 void Document::OnPopupReverseEntireTrack() {
-    applyEffect({{}, {"reverse"}}, false);
+    runEffect(*findEffect(QStringLiteral("Reverse")), false);
 }
 void Document::OnPopupReverseSelection() {
-    applyEffect({{}, {"reverse"}}, true);
+    runEffect(*findEffect(QStringLiteral("Reverse")), true);
 }
 
 void Document::runEffect(const EffectEntry& entry, bool selectionOnly) {
-    if (entry.dialog.isEmpty()) {
-        applyEffect(entry.arguments({}), selectionOnly);
-        return;
+    EffectValues values;
+    if (!entry.dialog.isEmpty()) {
+        EffectDialog dialog(entry.dialog, this);
+        if (!entry.windowTitle.isEmpty())
+            dialog.setWindowTitle(entry.windowTitle);
+        dialog.exec();
+        if (!dialog.bOK)
+            return;
+        values = dialog.effectValues();
     }
-    const std::unique_ptr<EffectDialog> dialog = makeEffectDialog(entry.dialog, this);
-    if (!entry.windowTitle.isEmpty())
-        dialog->setWindowTitle(entry.windowTitle);
-    dialog->exec();
-    if (dialog->bOK)
-        applyEffect(entry.arguments(dialog->effectValues()), selectionOnly);
+    applyEffect(entry.arguments(values), selectionOnly);
 }
 
 void Document::OnPopupEqualizerEntireTrack() {
@@ -42,11 +41,11 @@ void Document::OnPopupEqualizerEntireTrack() {
 }
 
 void Document::OnPopupNoiseReduction() {
-    Window_Ask_Noise_Selected ask(this);
+    EffectDialog ask(askNoiseSelectedDialog(), this);
     ask.exec();
     if (!ask.bOK)
         return;
-    Window_Noise_Reduction strength(this);
+    EffectDialog strength(noiseReductionDialog(), this);
     strength.exec();
     if (!strength.bOK)
         return;
@@ -55,7 +54,7 @@ void Document::OnPopupNoiseReduction() {
         showErrorAlert(this, QStringLiteral("Select a stretch that holds noise only, then try again."));
         return;
     }
-    runEdit(buildNoiseReductionPlan(state, ResultNames(m_app.s_Output_Folder), strength.f_Level));
+    runEdit(buildNoiseReductionPlan(state, ResultNames(m_app.s_Output_Folder), strength.effectValues().real(QStringLiteral("f_Level"))));
 }
 
 void Document::buildEffectsMenu() {

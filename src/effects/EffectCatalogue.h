@@ -1,33 +1,45 @@
 #pragma once
 
+#include "effects/EffectParameters.h"
 #include "effects/EffectPlans.h"
 
-#include <QVariantMap>
 #include <functional>
 #include <vector>
 
-// A dialog's accepted values by property name ("u_Percentage", "f_Delay_MS",
-// …): plain values, so an effect can be built, repeated and tested as data.
-using EffectValues = QVariantMap;
-
-// One row of the catalogue: everything the menu, the actions and the tests
-// need to know of an effect.
+// One row of the catalogue: everything the menu, the actions, the dialog and
+// the tests need to know of an effect. Adding an effect is adding a row.
 struct EffectEntry {
-    QString group;       // the effects menu keeps a group's rows together
-    QString key;         // the action word: "Amplify" for OnPopupAmplifyEntireTrack
-    QString title;       // its submenu in the effects menu
-    QString dialog;      // the parameter dialog's class, empty when there is none
-    QString windowTitle; // the title the action gives its dialog, if any
-    bool selection;      // whether a selection action exists
+    QString group;            // the effects menu keeps a group's rows together
+    QString key;              // the action word: "Amplify" for OnPopupAmplifyEntireTrack
+    QString title;            // its submenu in the effects menu
+    DialogDeclaration dialog; // its parameter dialog, empty when it asks nothing
+    QString windowTitle;      // the title the action gives its dialog, if any
+    bool selection;           // whether a selection action exists
     std::function<EffectArguments(const EffectValues&)> arguments;
 };
 
 const std::vector<EffectEntry>& effectCatalogue();
 const EffectEntry* findEffect(const QString& key);
 
+// The dialogs of noise reduction, a procedure of its own outside the catalogue:
+// the question whether the selection holds noise only, then the level.
+const DialogDeclaration& askNoiseSelectedDialog();
+const DialogDeclaration& noiseReductionDialog();
+
+// Any declared dialog by its name ("Window_Echo"), or null.
+const DialogDeclaration* findDialog(const QString& name);
+
 // The document action a row stands for: "OnPopupAmplifyEntireTrack",
 // "OnPopupAmplifySelection", "OnPopupFadeIn".
 QString actionName(const EffectEntry& entry, bool selection);
+
+// What the version an effect makes is called in the history: "Echo", "Echo on selection".
+QString effectVersionLabel(const EffectEntry& entry, bool selection);
+
+// Where a row's declarations and its argument builder disagree: a value the
+// builder reads that no control declares, or reads as another type, a check
+// of an undeclared value, two controls of one name. Empty when they agree.
+QStringList declarationProblems(const EffectEntry& entry);
 
 // The sox words of the 20-band equalizer: each band's centre frequency with
 // the bandwidth twice (the band gains are read by the dialog, not used).

@@ -1,69 +1,146 @@
 #include "EffectDialogs.h"
 
-#include "effects/ConfirmationDialogs.h"
-#include "effects/RateDialogs.h"
-#include "effects/Window_Amplify.h"
-#include "effects/Window_Band_Pass_Reject.h"
-#include "effects/Window_Bass_And_Treble.h"
-#include "effects/Window_Bend.h"
-#include "effects/Window_Biquad.h"
-#include "effects/Window_Chorus.h"
-#include "effects/Window_Compand.h"
-#include "effects/Window_DCShift.h"
-#include "effects/Window_Echo.h"
-#include "effects/Window_Equalizer.h"
-#include "effects/Window_Fade.h"
-#include "effects/Window_Flanger.h"
-#include "effects/Window_HL_Pass.h"
-#include "effects/Window_Noise_Reduction.h"
-#include "effects/Window_Normalize.h"
-#include "effects/Window_Percentage.h"
-#include "effects/Window_Phaser.h"
-#include "effects/Window_Pitch.h"
-#include "effects/Window_Reverb.h"
-#include "effects/Window_Tremolo.h"
-
-#include <utility>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFormLayout>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSlider>
 
 namespace {
-template <typename D> std::unique_ptr<EffectDialog> make(QWidget* parent) {
-    return std::make_unique<D>(parent);
+QString spoken(QString caption) {
+    return caption.endsWith(u':') ? caption.chopped(1) : caption;
+}
+
+// Wide enough for the longest text the label can show, so nothing moves as the slider does.
+int labelWidth(const QLabel* label, const Parameter& p) {
+    const QFontMetrics metrics = label->fontMetrics();
+    int width = metrics.horizontalAdvance(QStringLiteral("00.00"));
+    for (int position : {p.minimum, p.maximum})
+        width = std::max(width, metrics.horizontalAdvance(p.labelText(position)));
+    return width;
 }
 } // namespace
 
-std::unique_ptr<EffectDialog> makeEffectDialog(const QString& dialogClass, QWidget* parent) {
-    using Maker = std::unique_ptr<EffectDialog> (*)(QWidget*);
-    static const std::pair<const char*, Maker> makers[] = {
-        {"Window_Amplify", &make<Window_Amplify>},
-        {"Window_Normalize", &make<Window_Normalize>},
-        {"Window_Bass_And_Treble", &make<Window_Bass_And_Treble>},
-        {"Window_Pitch", &make<Window_Pitch>},
-        {"Window_Speed", &make<Window_Speed>},
-        {"Window_Tempo", &make<Window_Tempo>},
-        {"Window_Echo", &make<Window_Echo>},
-        {"Window_Fade", &make<Window_Fade>},
-        {"Window_Phaser", &make<Window_Phaser>},
-        {"Window_Flanger", &make<Window_Flanger>},
-        {"Window_Chorus", &make<Window_Chorus>},
-        {"Window_Reverb", &make<Window_Reverb>},
-        {"Window_Tremolo", &make<Window_Tremolo>},
-        {"Window_Compand", &make<Window_Compand>},
-        {"Window_HL_Pass", &make<Window_HL_Pass>},
-        {"Window_Band_Pass_Reject", &make<Window_Band_Pass_Reject>},
-        {"Window_Bend", &make<Window_Bend>},
-        {"Window_DCShift", &make<Window_DCShift>},
-        {"Window_Percentage", &make<Window_Percentage>},
-        {"Window_Biquad", &make<Window_Biquad>},
-        {"Window_Deemphasis", &make<Window_Deemphasis>},
-        {"Window_Earwax", &make<Window_Earwax>},
-        {"Window_OOPS", &make<Window_OOPS>},
-        {"Window_RIAA", &make<Window_RIAA>},
-        {"Window_Equalizer", &make<Window_Equalizer>},
-        {"Window_Ask_Noise_Selected", &make<Window_Ask_Noise_Selected>},
-        {"Window_Noise_Reduction", &make<Window_Noise_Reduction>},
-    };
-    for (const auto& [name, make] : makers)
-        if (dialogClass == QLatin1String(name))
-            return make(parent);
-    return nullptr;
+EffectDialog::EffectDialog(const DialogDeclaration& declaration, QWidget* parent)
+    : ParameterDialog(parent), m_declaration(declaration), m_values(startValues(m_declaration)) {
+    setObjectName(m_declaration.name);
+    setWindowTitle(m_declaration.title);
+    if (!m_declaration.question.isEmpty()) {
+        auto* question = new QLabel(m_declaration.question, this);
+        question->setObjectName(QStringLiteral("labelMessage"));
+        question->setWordWrap(true);
+        question->setMinimumWidth(question->fontMetrics().averageCharWidth() * 48);
+        form()->addRow(question);
+    }
+    QGridLayout* bands = nullptr;
+    for (const Parameter& p : m_declaration.parameters)
+        addRow(p, bands);
+}
+
+void EffectDialog::addRow(const Parameter& p, QGridLayout*& bands) {
+    Row row{&p};
+    if (p.kind == ControlKind::Slider || p.kind == ControlKind::Band) {
+        const bool band = p.kind == ControlKind::Band;
+        row.slider = new QSlider(band ? Qt::Vertical : Qt::Horizontal, this);
+        row.slider->setObjectName(p.widgetName());
+        row.slider->setRange(p.minimum, p.maximum);
+        row.slider->setValue(p.start);
+        if (p.step > 0)
+            row.slider->setSingleStep(p.step);
+        if (p.page > 0)
+            row.slider->setPageStep(p.page);
+        row.slider->setAccessibleName(spoken(p.caption) + (band ? u' ' + p.text : QString()));
+        row.label = new QLabel(this);
+        row.label->setObjectName(p.labelName());
+        row.label->setMinimumWidth(labelWidth(row.label, p));
+        const auto index = m_rows.size();
+        connect(row.slider, &QSlider::valueChanged, this, [this, index] { showValue(m_rows[index]); });
+        if (band) {
+            // A row of bands side by side, each named underneath.
+            if (!bands) {
+                bands = new QGridLayout;
+                bands->setHorizontalSpacing(4);
+                form()->addRow(p.caption, bands);
+            }
+            row.slider->setMinimumHeight(140);
+            row.slider->setTickPosition(QSlider::TicksBothSides);
+            row.slider->setTickInterval(std::max(1, (p.maximum - p.minimum) / 4));
+            row.label->setAlignment(Qt::AlignCenter);
+            auto* name = new QLabel(p.text, this);
+            name->setAlignment(Qt::AlignCenter);
+            const int column = bands->count() / 3; // a value, a slider and a name per band
+            bands->addWidget(row.label, 0, column, Qt::AlignHCenter);
+            bands->addWidget(row.slider, 1, column, Qt::AlignHCenter);
+            bands->addWidget(name, 2, column, Qt::AlignHCenter);
+        } else {
+            row.slider->setMinimumWidth(240);
+            auto* line = new QHBoxLayout;
+            line->addWidget(row.slider);
+            line->addWidget(row.label);
+            form()->addRow(p.caption, line);
+        }
+        showValue(row);
+    } else if (p.kind == ControlKind::Text) {
+        row.field = new QLineEdit(p.text, this);
+        row.field->setObjectName(p.widgetName());
+        form()->addRow(p.caption, row.field);
+    } else if (p.kind == ControlKind::List) {
+        row.list = new QComboBox(this);
+        row.list->setObjectName(p.widgetName());
+        row.list->addItems(p.items);
+        row.list->setCurrentIndex(p.start);
+        form()->addRow(p.caption, row.list);
+    } else {
+        row.check = new QCheckBox(spoken(p.caption), this);
+        row.check->setObjectName(p.widgetName());
+        row.check->setChecked(p.start != 0);
+        form()->addRow(QString(), row.check);
+    }
+    if (p.kind != ControlKind::Band)
+        bands = nullptr;
+    m_rows.push_back(row);
+}
+
+void EffectDialog::showValue(const Row& row) {
+    row.label->setText(row.parameter->labelText(row.slider->value()));
+}
+
+bool EffectDialog::runChangeAction(const QString& action) {
+    for (const Row& row : m_rows)
+        if (row.slider && row.parameter->actionName() == action) {
+            showValue(row);
+            return true;
+        }
+    return false;
+}
+
+EffectValues::Number EffectDialog::read(const Row& row) const {
+    const Parameter& p = *row.parameter;
+    if (row.slider)
+        return p.read(row.label->text(), row.slider->value());
+    if (row.field)
+        return p.read(row.field->text(), 0);
+    if (row.list)
+        return p.read({}, row.list->currentIndex());
+    return p.read({}, row.check->isChecked() ? 1 : 0);
+}
+
+QString EffectDialog::validate() {
+    EffectValues values;
+    for (const Row& row : m_rows)
+        values.set(row.parameter->key, read(row));
+    m_values = values;
+    return refusal(m_declaration, m_values);
+}
+
+std::unique_ptr<EffectDialog> makeEffectDialog(const DialogDeclaration& declaration, QWidget* parent) {
+    return std::make_unique<EffectDialog>(declaration, parent);
+}
+
+std::unique_ptr<EffectDialog> makeEffectDialog(const QString& name, QWidget* parent) {
+    const DialogDeclaration* declaration = findDialog(name);
+    return declaration ? makeEffectDialog(*declaration, parent) : nullptr;
 }

@@ -26,7 +26,7 @@ private slots:
         QCOMPARE(findEffect("Compression")->windowTitle, QString("Contrast"));
         QCOMPARE(findEffect("FadeIn")->windowTitle, QString("Fade-In"));
         QVERIFY(findEffect("Reverse")->dialog.isEmpty());
-        QCOMPARE(findEffect("Equalizer")->dialog, QString("Window_Equalizer"));
+        QCOMPARE(findEffect("Equalizer")->dialog.name, QString("Window_Equalizer"));
         QVERIFY(!findEffect("NoiseReduction")); // a procedure of its own
     }
 
@@ -58,7 +58,7 @@ private slots:
     void theEqualizerRowUsesTheBandwidthOnly() {
         EffectValues values{{"f_BandwidthQ", 1.5f}};
         for (int band = 1; band <= 20; ++band)
-            values.insert(QString::asprintf("f_dB_%02d", band), qint64(band - 10));
+            values.set(QString::asprintf("f_dB_%02d", band), qint64(band - 10));
         const EffectArguments a = argumentsOf("Equalizer", values);
         QVERIFY(a.global.isEmpty());
         QCOMPARE(a.effect, equalizerArguments(1.5f));

@@ -1,14 +1,5 @@
 #include "effects/EffectCatalogue.h"
 #include "effects/EffectDialogs.h"
-#include "effects/Window_Amplify.h"
-#include "effects/Window_Bend.h"
-#include "effects/Window_Chorus.h"
-#include "effects/Window_Echo.h"
-#include "effects/Window_Equalizer.h"
-#include "effects/Window_Fade.h"
-#include "effects/Window_Noise_Reduction.h"
-#include "effects/Window_Normalize.h"
-#include "effects/Window_Phaser.h"
 #include "support/DialogDriving.h"
 #include "support/Gui.h"
 
@@ -108,7 +99,7 @@ private slots:
         QWidget parent;
         std::unique_ptr<EffectDialog> dialog = makeEffectDialog(dialogClass, &parent);
         QVERIFY(dialog);
-        QCOMPARE(dialog->metaObject()->className(), dialogClass.toLatin1());
+        QCOMPARE(dialog->objectName(), dialogClass);
         QCOMPARE(dialog->parentWidget(), &parent);
         QVERIFY(!dialog->windowTitle().isEmpty());
         QVERIFY(dialog->isModal());
@@ -119,26 +110,27 @@ private slots:
 
     // The noise reduction's level reaches noisered as the label shows it.
     void noiseReductionLevel() {
-        Window_Noise_Reduction dialog;
-        QCOMPARE(accept<Window_Noise_Reduction>(dialog, "sliderLevel=21"), 1);
-        QCOMPARE(dialog.f_Level, 0.21f);
+        EffectDialog dialog(*findDialog("Window_Noise_Reduction"));
+        QCOMPARE(accept<EffectDialog>(dialog, "sliderLevel=21"), 1);
+        QCOMPARE(dialog.effectValues().real("f_Level"), 0.21f);
         const EditState state{"/w", "/w/t.wav", {}, calculateSegmentVariables({10, 0, 50, 0, 10}), 10, 0, 50};
-        const EditPlan plan = buildNoiseReductionPlan(state, ResultNames("/w"), dialog.f_Level);
+        const EditPlan plan =
+            buildNoiseReductionPlan(state, ResultNames("/w"), dialog.effectValues().real("f_Level"));
         const QList<PlannedRun> runs = plannedRuns(plan.plan);
         QCOMPARE(runs[2].arguments.mid(2), QStringList({"noisered", "/w/noise.prof", "0.21"}));
-        QCOMPARE(accept<Window_Noise_Reduction>(dialog, "labelLevel=0.5"), 1);
-        QCOMPARE(dialog.f_Level, 0.5f);
+        QCOMPARE(accept<EffectDialog>(dialog, "labelLevel=0.5"), 1);
+        QCOMPARE(dialog.effectValues().real("f_Level"), 0.5f);
     }
 
     // The band gains are read from their labels, though sox is not given them.
     void equalizerReadsItsBands() {
-        Window_Equalizer dialog;
-        QCOMPARE(accept<Window_Equalizer>(dialog, "sliderdB01=20;sliderdB10=-4;labeldB20=7"), 1);
-        QCOMPARE(dialog.f_dB[0], 20);
-        QCOMPARE(dialog.f_dB[9], -4);
-        QCOMPARE(dialog.f_dB[19], 7);
-        QCOMPARE(dialog.effectValues().value("f_dB_20").toLongLong(), 7);
-        QCOMPARE(dialog.f_BandwidthQ, 1.0f);
+        EffectDialog dialog(*findDialog("Window_Equalizer"));
+        QCOMPARE(accept<EffectDialog>(dialog, "sliderdB01=20;sliderdB10=-4;labeldB20=7"), 1);
+        QCOMPARE(dialog.effectValues().whole("f_dB_01"), 20);
+        QCOMPARE(dialog.effectValues().whole("f_dB_10"), -4);
+        QCOMPARE(dialog.effectValues().whole("f_dB_20"), 7);
+        QCOMPARE(dialog.effectValues().variant("f_dB_20").toLongLong(), 7);
+        QCOMPARE(dialog.effectValues().real("f_BandwidthQ"), 1.0f);
     }
 
     void factoryRefusesOthers() {
@@ -151,66 +143,66 @@ private slots:
     // Each dialog's controls, found by their object names, and what they show
     // when the dialog opens.
     void defaultsShown() {
-        Window_Amplify amplify;
+        EffectDialog amplify(*findDialog("Window_Amplify"));
         QCOMPARE(amplify.windowTitle(), QString("Amplify"));
-        QCOMPARE(amplify.findChild<QLineEdit*>("textPercentage"), amplify.textPercentage);
-        QCOMPARE(amplify.textPercentage->text(), QString("100"));
+        QVERIFY(amplify.findChild<QLineEdit*>("textPercentage"));
+        QCOMPARE(amplify.findChild<QLineEdit*>("textPercentage")->text(), QString("100"));
 
-        Window_Normalize normalize;
+        EffectDialog normalize(*findDialog("Window_Normalize"));
         QCOMPARE(normalize.windowTitle(), QString("Normalize"));
-        QCOMPARE(normalize.findChild<QLineEdit*>("textdB"), normalize.textdB);
-        QCOMPARE(normalize.textdB->text(), QString("-1.0"));
+        QVERIFY(normalize.findChild<QLineEdit*>("textdB"));
+        QCOMPARE(normalize.findChild<QLineEdit*>("textdB")->text(), QString("-1.0"));
 
-        Window_Echo echo;
+        EffectDialog echo(*findDialog("Window_Echo"));
         QCOMPARE(echo.windowTitle(), QString("Echo"));
-        QCOMPARE(echo.findChild<QSlider*>("sliderGainIn"), echo.sliderGainIn);
-        QCOMPARE(echo.findChild<QSlider*>("sliderGainOut"), echo.sliderGainOut);
-        QCOMPARE(echo.findChild<QLabel*>("labelGainIn"), echo.labelGainIn);
-        QCOMPARE(echo.findChild<QLabel*>("labelGainOut"), echo.labelGainOut);
-        QCOMPARE(echo.findChild<QLineEdit*>("textDelayMS"), echo.textDelayMS);
-        QCOMPARE(echo.findChild<QLineEdit*>("textDecayFactor"), echo.textDecayFactor);
-        QCOMPARE(echo.sliderGainIn->minimum(), 0);
-        QCOMPARE(echo.sliderGainIn->maximum(), 100);
-        QCOMPARE(echo.sliderGainIn->value(), 80);
-        QCOMPARE(echo.sliderGainOut->value(), 90);
-        QCOMPARE(echo.labelGainIn->text(), QString("80"));
-        QCOMPARE(echo.labelGainOut->text(), QString("90"));
-        QCOMPARE(echo.textDelayMS->text(), QString("1000"));
-        QCOMPARE(echo.textDecayFactor->text(), QString("0.5"));
+        QVERIFY(echo.findChild<QSlider*>("sliderGainIn"));
+        QVERIFY(echo.findChild<QSlider*>("sliderGainOut"));
+        QVERIFY(echo.findChild<QLabel*>("labelGainIn"));
+        QVERIFY(echo.findChild<QLabel*>("labelGainOut"));
+        QVERIFY(echo.findChild<QLineEdit*>("textDelayMS"));
+        QVERIFY(echo.findChild<QLineEdit*>("textDecayFactor"));
+        QCOMPARE(echo.findChild<QSlider*>("sliderGainIn")->minimum(), 0);
+        QCOMPARE(echo.findChild<QSlider*>("sliderGainIn")->maximum(), 100);
+        QCOMPARE(echo.findChild<QSlider*>("sliderGainIn")->value(), 80);
+        QCOMPARE(echo.findChild<QSlider*>("sliderGainOut")->value(), 90);
+        QCOMPARE(echo.findChild<QLabel*>("labelGainIn")->text(), QString("80"));
+        QCOMPARE(echo.findChild<QLabel*>("labelGainOut")->text(), QString("90"));
+        QCOMPARE(echo.findChild<QLineEdit*>("textDelayMS")->text(), QString("1000"));
+        QCOMPARE(echo.findChild<QLineEdit*>("textDecayFactor")->text(), QString("0.5"));
 
-        Window_Phaser phaser;
+        EffectDialog phaser(*findDialog("Window_Phaser"));
         QCOMPARE(phaser.windowTitle(), QString("Phaser"));
-        QCOMPARE(phaser.sliderGainIn->value(), 80);
-        QCOMPARE(phaser.sliderGainOut->value(), 74);
-        QCOMPARE(phaser.labelGainIn->text(), QString("80"));
-        QCOMPARE(phaser.labelGainOut->text(), QString("74"));
+        QCOMPARE(phaser.findChild<QSlider*>("sliderGainIn")->value(), 80);
+        QCOMPARE(phaser.findChild<QSlider*>("sliderGainOut")->value(), 74);
+        QCOMPARE(phaser.findChild<QLabel*>("labelGainIn")->text(), QString("80"));
+        QCOMPARE(phaser.findChild<QLabel*>("labelGainOut")->text(), QString("74"));
         QCOMPARE(phaser.findChild<QLineEdit*>("textSpeed")->text(), QString("1500"));
         QCOMPARE(phaser.findChild<QLineEdit*>("textDelay")->text(), QString("3000"));
         QCOMPARE(phaser.findChild<QLineEdit*>("textDecayFactor")->text(), QString("0.5"));
         QComboBox* phaserModulation = phaser.findChild<QComboBox*>("comboModulation");
-        QCOMPARE(phaserModulation, phaser.comboModulation);
+        QVERIFY(phaserModulation);
         QCOMPARE(phaserModulation->count(), 2);
         QCOMPARE(phaserModulation->itemText(0), QString("Triangular"));
         QCOMPARE(phaserModulation->itemText(1), QString("Sinusoidal"));
         QCOMPARE(phaserModulation->currentIndex(), 0);
 
-        Window_Chorus chorus;
+        EffectDialog chorus(*findDialog("Window_Chorus"));
         QCOMPARE(chorus.windowTitle(), QString("Chorus"));
-        QCOMPARE(chorus.sliderGainIn->value(), 70);
-        QCOMPARE(chorus.sliderGainOut->value(), 90);
+        QCOMPARE(chorus.findChild<QSlider*>("sliderGainIn")->value(), 70);
+        QCOMPARE(chorus.findChild<QSlider*>("sliderGainOut")->value(), 90);
         QCOMPARE(chorus.findChild<QLineEdit*>("textDelay")->text(), QString("50"));
         QCOMPARE(chorus.findChild<QLineEdit*>("textDecayFactor")->text(), QString("0.5"));
         QCOMPARE(chorus.findChild<QLineEdit*>("textDepth")->text(), QString("2"));
-        QCOMPARE(chorus.findChild<QSlider*>("sliderSpeed"), chorus.sliderSpeed);
-        QCOMPARE(chorus.sliderSpeed->minimum(), 1);
-        QCOMPARE(chorus.sliderSpeed->maximum(), 50);
-        QCOMPARE(chorus.sliderSpeed->value(), 3);
+        QVERIFY(chorus.findChild<QSlider*>("sliderSpeed"));
+        QCOMPARE(chorus.findChild<QSlider*>("sliderSpeed")->minimum(), 1);
+        QCOMPARE(chorus.findChild<QSlider*>("sliderSpeed")->maximum(), 50);
+        QCOMPARE(chorus.findChild<QSlider*>("sliderSpeed")->value(), 3);
         QCOMPARE(chorus.findChild<QLabel*>("labelSpeed")->text(), QString("0.30"));
-        QCOMPARE(chorus.comboModulation->itemText(0), QString("Triangular"));
-        QCOMPARE(chorus.comboModulation->itemText(1), QString("Sinusoidal"));
-        QCOMPARE(chorus.comboModulation->currentIndex(), 0);
+        QCOMPARE(chorus.findChild<QComboBox*>("comboModulation")->itemText(0), QString("Triangular"));
+        QCOMPARE(chorus.findChild<QComboBox*>("comboModulation")->itemText(1), QString("Sinusoidal"));
+        QCOMPARE(chorus.findChild<QComboBox*>("comboModulation")->currentIndex(), 0);
 
-        Window_Fade fade;
+        EffectDialog fade(*findDialog("Window_Fade"));
         QCOMPARE(fade.findChild<QLineEdit*>("textDurationMS")->text(), QString("500"));
         QComboBox* shapes = fade.findChild<QComboBox*>("comboModulation");
         QCOMPARE(shapes->count(), 5);
@@ -221,55 +213,55 @@ private slots:
         QCOMPARE(shapes->itemText(4), QString("Inverted parabola (p)"));
         QCOMPARE(shapes->currentIndex(), 0);
 
-        Window_Bend bend;
+        EffectDialog bend(*findDialog("Window_Bend"));
         QCOMPARE(bend.windowTitle(), QString("Bend"));
         QCOMPARE(bend.findChild<QLineEdit*>("textStart")->text(), QString("1000"));
         QCOMPARE(bend.findChild<QLineEdit*>("textDuration")->text(), QString("2000"));
-        QCOMPARE(bend.findChild<QSlider*>("sliderCents"), bend.sliderCents);
-        QCOMPARE(bend.sliderCents->minimum(), 1);
-        QCOMPARE(bend.sliderCents->maximum(), 1200);
-        QCOMPARE(bend.sliderCents->value(), 300);
+        QVERIFY(bend.findChild<QSlider*>("sliderCents"));
+        QCOMPARE(bend.findChild<QSlider*>("sliderCents")->minimum(), 1);
+        QCOMPARE(bend.findChild<QSlider*>("sliderCents")->maximum(), 1200);
+        QCOMPARE(bend.findChild<QSlider*>("sliderCents")->value(), 300);
         QCOMPARE(bend.findChild<QLabel*>("labelCents")->text(), QString("300"));
     }
 
     // The value labels follow their sliders, through the signal and through
     // the slots called on their own.
     void slidersShowTheirValues() {
-        Window_Echo echo;
-        echo.sliderGainIn->setValue(33);
-        echo.sliderGainOut->setValue(0);
-        QCOMPARE(echo.labelGainIn->text(), QString("33"));
-        QCOMPARE(echo.labelGainOut->text(), QString("0"));
-        echo.sliderGainIn->blockSignals(true);
-        echo.sliderGainIn->setValue(100);
-        echo.sliderGainIn->blockSignals(false);
-        QCOMPARE(echo.labelGainIn->text(), QString("33"));
-        QVERIFY(QMetaObject::invokeMethod(&echo, "OnChangeGainIn"));
-        QCOMPARE(echo.labelGainIn->text(), QString("100"));
+        EffectDialog echo(*findDialog("Window_Echo"));
+        echo.findChild<QSlider*>("sliderGainIn")->setValue(33);
+        echo.findChild<QSlider*>("sliderGainOut")->setValue(0);
+        QCOMPARE(echo.findChild<QLabel*>("labelGainIn")->text(), QString("33"));
+        QCOMPARE(echo.findChild<QLabel*>("labelGainOut")->text(), QString("0"));
+        echo.findChild<QSlider*>("sliderGainIn")->blockSignals(true);
+        echo.findChild<QSlider*>("sliderGainIn")->setValue(100);
+        echo.findChild<QSlider*>("sliderGainIn")->blockSignals(false);
+        QCOMPARE(echo.findChild<QLabel*>("labelGainIn")->text(), QString("33"));
+        QVERIFY(echo.runChangeAction("OnChangeGainIn"));
+        QCOMPARE(echo.findChild<QLabel*>("labelGainIn")->text(), QString("100"));
 
-        Window_Phaser phaser;
-        phaser.sliderGainOut->setValue(12);
-        QCOMPARE(phaser.labelGainOut->text(), QString("12"));
-        QVERIFY(QMetaObject::invokeMethod(&phaser, "OnChangeGainIn"));
-        QVERIFY(QMetaObject::invokeMethod(&phaser, "OnChangeGainOut"));
+        EffectDialog phaser(*findDialog("Window_Phaser"));
+        phaser.findChild<QSlider*>("sliderGainOut")->setValue(12);
+        QCOMPARE(phaser.findChild<QLabel*>("labelGainOut")->text(), QString("12"));
+        QVERIFY(phaser.runChangeAction("OnChangeGainIn"));
+        QVERIFY(phaser.runChangeAction("OnChangeGainOut"));
 
-        Window_Chorus chorus;
-        chorus.sliderSpeed->setValue(25);
-        QCOMPARE(chorus.labelSpeed->text(), QString("2.50"));
-        chorus.sliderSpeed->setValue(1);
-        QCOMPARE(chorus.labelSpeed->text(), QString("0.10"));
-        chorus.sliderSpeed->setValue(500); // clamped to the range
-        QCOMPARE(chorus.labelSpeed->text(), QString("5.00"));
-        QVERIFY(QMetaObject::invokeMethod(&chorus, "OnChangeSpeed"));
-        QVERIFY(QMetaObject::invokeMethod(&chorus, "OnChangeGainIn"));
-        QVERIFY(QMetaObject::invokeMethod(&chorus, "OnChangeGainOut"));
+        EffectDialog chorus(*findDialog("Window_Chorus"));
+        chorus.findChild<QSlider*>("sliderSpeed")->setValue(25);
+        QCOMPARE(chorus.findChild<QLabel*>("labelSpeed")->text(), QString("2.50"));
+        chorus.findChild<QSlider*>("sliderSpeed")->setValue(1);
+        QCOMPARE(chorus.findChild<QLabel*>("labelSpeed")->text(), QString("0.10"));
+        chorus.findChild<QSlider*>("sliderSpeed")->setValue(500); // clamped to the range
+        QCOMPARE(chorus.findChild<QLabel*>("labelSpeed")->text(), QString("5.00"));
+        QVERIFY(chorus.runChangeAction("OnChangeSpeed"));
+        QVERIFY(chorus.runChangeAction("OnChangeGainIn"));
+        QVERIFY(chorus.runChangeAction("OnChangeGainOut"));
 
-        Window_Bend bend;
-        bend.sliderCents->setValue(1);
-        QCOMPARE(bend.labelCents->text(), QString("1"));
-        bend.sliderCents->setValue(450);
-        QCOMPARE(bend.labelCents->text(), QString("450"));
-        QVERIFY(QMetaObject::invokeMethod(&bend, "OnChangeCents"));
+        EffectDialog bend(*findDialog("Window_Bend"));
+        bend.findChild<QSlider*>("sliderCents")->setValue(1);
+        QCOMPARE(bend.findChild<QLabel*>("labelCents")->text(), QString("1"));
+        bend.findChild<QSlider*>("sliderCents")->setValue(450);
+        QCOMPARE(bend.findChild<QLabel*>("labelCents")->text(), QString("450"));
+        QVERIFY(bend.runChangeAction("OnChangeCents"));
     }
 
     // Every slider's range, start and label, and how its change action scales
@@ -356,7 +348,7 @@ private slots:
         QCOMPARE(label->text(), movedText);
         // The change action on its own writes the label from the slider.
         label->clear();
-        QVERIFY(QMetaObject::invokeMethod(dialog.get(), qPrintable(slot)));
+        QVERIFY(dialog->runChangeAction(slot));
         QCOMPARE(label->text(), movedText);
     }
 
@@ -718,8 +710,8 @@ private slots:
         const EffectValues values = dialog->effectValues();
         QCOMPARE(values.keys(), names);
         QStringList seen;
-        for (const QVariant& value : values)
-            seen << QString::fromLatin1(value.typeName());
+        for (const QString& key : values.keys())
+            seen << QString::fromLatin1(values.variant(key).typeName());
         QCOMPARE(seen, types);
     }
 
@@ -827,61 +819,62 @@ private slots:
 
     // After a refusal the corrected entry is accepted in the same showing.
     void acceptedAfterARefusal() {
-        Window_Chorus dialog;
-        const Refusal refusal = refuseOnce<Window_Chorus>(
-            dialog, [](Window_Chorus* d) { typeInto(d->textDepth, "-1"); }, {},
-            [](Window_Chorus* d) { typeInto(d->textDepth, "3"); });
+        EffectDialog dialog(*findDialog("Window_Chorus"));
+        const Refusal refusal = refuseOnce<EffectDialog>(
+            dialog, [](EffectDialog* d) { typeInto(d->findChild<QLineEdit*>("textDepth"), "-1"); }, {},
+            [](EffectDialog* d) { typeInto(d->findChild<QLineEdit*>("textDepth"), "3"); });
         QCOMPARE(refusal.alert.informativeText, QString("Depth invalid."));
         QCOMPARE(refusal.result, 1);
         QCOMPARE(dialog.bOK, true);
-        QCOMPARE(dialog.f_Depth, 3.0f);
+        QCOMPARE(dialog.effectValues().real("f_Depth"), 3.0f);
     }
 
     // Entries beyond float's range are held at its largest value, never infinity.
     void hugeEntriesSaturate() {
-        Window_Normalize normalize;
-        QCOMPARE(accept<Window_Normalize>(normalize, "textdB=1e99"), 1);
-        QCOMPARE(normalize.f_dB, FLT_MAX);
-        QCOMPARE(accept<Window_Normalize>(normalize, "textdB=-1e99"), 1);
-        QCOMPARE(normalize.f_dB, -FLT_MAX);
+        EffectDialog normalize(*findDialog("Window_Normalize"));
+        QCOMPARE(accept<EffectDialog>(normalize, "textdB=1e99"), 1);
+        QCOMPARE(normalize.effectValues().real("f_dB"), FLT_MAX);
+        QCOMPARE(accept<EffectDialog>(normalize, "textdB=-1e99"), 1);
+        QCOMPARE(normalize.effectValues().real("f_dB"), -FLT_MAX);
 
-        Window_Fade fade;
-        QCOMPARE(accept<Window_Fade>(fade, "textDurationMS=1e99"), 1);
-        QCOMPARE(fade.f_Duration_MS, FLT_MAX);
+        EffectDialog fade(*findDialog("Window_Fade"));
+        QCOMPARE(accept<EffectDialog>(fade, "textDurationMS=1e99"), 1);
+        QCOMPARE(fade.effectValues().real("f_Duration_MS"), FLT_MAX);
 
-        Window_Echo echo;
-        QCOMPARE(accept<Window_Echo>(echo, "textDelayMS=1e99;textDecayFactor=1e99"), 1);
-        QCOMPARE(echo.f_Delay_MS, FLT_MAX);
-        QCOMPARE(echo.f_Decay_Factor, FLT_MAX);
+        EffectDialog echo(*findDialog("Window_Echo"));
+        QCOMPARE(accept<EffectDialog>(echo, "textDelayMS=1e99;textDecayFactor=1e99"), 1);
+        QCOMPARE(echo.effectValues().real("f_Delay_MS"), FLT_MAX);
+        QCOMPARE(echo.effectValues().real("f_Decay_Factor"), FLT_MAX);
 
-        Window_Amplify amplify;
-        QCOMPARE(accept<Window_Amplify>(amplify, "textPercentage=99999999999999"), 1);
-        QCOMPARE(amplify.u_Percentage, quint64(std::numeric_limits<int>::max()));
+        EffectDialog amplify(*findDialog("Window_Amplify"));
+        QCOMPARE(accept<EffectDialog>(amplify, "textPercentage=99999999999999"), 1);
+        QCOMPARE(amplify.effectValues().unsignedWhole("u_Percentage"),
+                 quint64(std::numeric_limits<int>::max()));
 
         // A negative whole entry converts to the unsigned field as it stands.
-        Window_Bend bend;
-        QCOMPARE(accept<Window_Bend>(bend, "textStart=-5"), 1);
-        QCOMPARE(bend.f_Start, quint64(-5));
+        EffectDialog bend(*findDialog("Window_Bend"));
+        QCOMPARE(accept<EffectDialog>(bend, "textStart=-5"), 1);
+        QCOMPARE(bend.effectValues().unsignedWhole("f_Start"), quint64(-5));
     }
 
     void typedReadings() {
-        Window_Echo echo;
-        QCOMPARE(accept<Window_Echo>(echo, "textDelayMS=1.5abc;textDecayFactor= 2e-1"), 1);
-        QCOMPARE(echo.f_Delay_MS, 1.5f);
-        QCOMPARE(echo.f_Decay_Factor, 0.2f);
-        QCOMPARE(echo.f_Gain_In, 80.0f);
-        QCOMPARE(echo.f_Gain_Out, 90.0f);
+        EffectDialog echo(*findDialog("Window_Echo"));
+        QCOMPARE(accept<EffectDialog>(echo, "textDelayMS=1.5abc;textDecayFactor= 2e-1"), 1);
+        QCOMPARE(echo.effectValues().real("f_Delay_MS"), 1.5f);
+        QCOMPARE(echo.effectValues().real("f_Decay_Factor"), 0.2f);
+        QCOMPARE(echo.effectValues().real("f_Gain_In"), 80.0f);
+        QCOMPARE(echo.effectValues().real("f_Gain_Out"), 90.0f);
 
-        Window_Fade fade;
-        QCOMPARE(accept<Window_Fade>(fade, "textDurationMS=1,5;comboModulation=3"), 1);
-        QCOMPARE(fade.f_Duration_MS, 1.0f);
-        QCOMPARE(fade.u_Modulation, quint64(3));
+        EffectDialog fade(*findDialog("Window_Fade"));
+        QCOMPARE(accept<EffectDialog>(fade, "textDurationMS=1,5;comboModulation=3"), 1);
+        QCOMPARE(fade.effectValues().real("f_Duration_MS"), 1.0f);
+        QCOMPARE(fade.effectValues().unsignedWhole("u_Modulation"), quint64(3));
 
-        Window_Bend bend;
-        QCOMPARE(accept<Window_Bend>(bend, "textStart=1,5;sliderCents=5;textDuration=7 s"), 1);
-        QCOMPARE(bend.f_Start, quint64(1));
-        QCOMPARE(bend.f_Cents, qint64(5));
-        QCOMPARE(bend.f_Duration, quint64(7));
+        EffectDialog bend(*findDialog("Window_Bend"));
+        QCOMPARE(accept<EffectDialog>(bend, "textStart=1,5;sliderCents=5;textDuration=7 s"), 1);
+        QCOMPARE(bend.effectValues().unsignedWhole("f_Start"), quint64(1));
+        QCOMPARE(bend.effectValues().whole("f_Cents"), qint64(5));
+        QCOMPARE(bend.effectValues().unsignedWhole("f_Duration"), quint64(7));
     }
 
     void backsOut_data() {

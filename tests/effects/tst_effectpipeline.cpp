@@ -1,6 +1,5 @@
 #include "edit/EditingFixture.h"
 
-#include "effects/ConfirmationDialogs.h"
 #include "effects/EffectDialogs.h"
 #include <QDir>
 #include <QMenu>
@@ -77,7 +76,7 @@ private slots:
             if (!item->menu()) {
                 offered << item->text() + ": " + item->objectName();
                 bool asked = false;
-                gui::whenModal<Window_Ask_Noise_Selected>([&asked](Window_Ask_Noise_Selected* ask) {
+                gui::whenModal<EffectDialog>("Window_Ask_Noise_Selected", [&asked](EffectDialog* ask) {
                     asked = true;
                     ask->OnCancel();
                 });
@@ -97,12 +96,12 @@ private slots:
                     continue; // reversal runs at once; tested below
                 QString shown, title;
                 gui::whenModal<EffectDialog>([&](EffectDialog* dialog) {
-                    shown = dialog->metaObject()->className();
+                    shown = dialog->objectName();
                     title = dialog->windowTitle();
                     dialog->OnCancel();
                 });
                 action->trigger();
-                QCOMPARE(shown, entry->dialog);
+                QCOMPARE(shown, entry->dialog.name);
                 if (!entry->windowTitle.isEmpty())
                     QCOMPARE(title, entry->windowTitle);
             }

@@ -1,6 +1,5 @@
 #include "effects/EffectCatalogue.h"
 #include "effects/EffectDialogs.h"
-#include "effects/Window_Noise_Reduction.h"
 #include "support/Fixtures.h"
 
 #include <QApplication>
@@ -68,12 +67,14 @@ private slots:
     void everyNoiseReductionLevelIsAccepted() {
         const QString profile = m_dir.filePath("noise.prof");
         QCOMPARE(fixtures::run("sox", {m_input, "-n", "noiseprof", profile}), 0);
-        Window_Noise_Reduction dialog;
-        for (int value : {dialog.sliderLevel->minimum(), dialog.sliderLevel->maximum()}) {
-            dialog.sliderLevel->setValue(value);
+        EffectDialog dialog(noiseReductionDialog());
+        auto* level = dialog.findChild<QSlider*>("sliderLevel");
+        for (int value : {level->minimum(), level->maximum()}) {
+            level->setValue(value);
             dialog.OnOK();
             const QString refusal =
-                soxRefuses({}, {"noisered", profile, QString::asprintf("%.02f", double(dialog.f_Level))});
+                soxRefuses({}, {"noisered", profile,
+                                QString::asprintf("%.02f", double(dialog.effectValues().real("f_Level")))});
             QVERIFY2(refusal.isEmpty(), qPrintable(refusal));
         }
     }

@@ -1,10 +1,6 @@
 #include "edit/EditingFixture.h"
 
-#include "effects/ConfirmationDialogs.h"
 #include "effects/EffectDialogs.h"
-#include "effects/Window_Echo.h"
-#include "effects/Window_Noise_Reduction.h"
-#include "effects/Window_Phaser.h"
 #include "support/DialogDriving.h"
 
 #include <QMenu>
@@ -190,8 +186,8 @@ private slots:
         const QString original = d->s_WAV_File_Path;
         setMarkers(d, 0, 30, 0); // 0–1.5 s: noise only
 
-        gui::whenModal<Window_Ask_Noise_Selected>([](Window_Ask_Noise_Selected* ask) { ask->OnOK(); });
-        gui::whenModal<Window_Noise_Reduction>([](Window_Noise_Reduction* level) { level->OnOK(); });
+        gui::whenModal<EffectDialog>("Window_Ask_Noise_Selected", [](EffectDialog* ask) { ask->OnOK(); });
+        gui::whenModal<EffectDialog>("Window_Noise_Reduction", [](EffectDialog* level) { level->OnOK(); });
         d->fillEffectsMenu();
         auto* item = d->popupMenuEffects->findChild<QAction*>("OnPopupNoiseReduction");
         QVERIFY(item);
@@ -218,8 +214,8 @@ private slots:
         const QString current = d->s_WAV_File_Path;
         const QStringList files = workFiles();
         setMarkers(d, 40, 40, 0);
-        gui::whenModal<Window_Ask_Noise_Selected>([](Window_Ask_Noise_Selected* ask) { ask->OnOK(); });
-        gui::whenModal<Window_Noise_Reduction>([](Window_Noise_Reduction* level) { level->OnOK(); });
+        gui::whenModal<EffectDialog>("Window_Ask_Noise_Selected", [](EffectDialog* ask) { ask->OnOK(); });
+        gui::whenModal<EffectDialog>("Window_Noise_Reduction", [](EffectDialog* level) { level->OnOK(); });
         const auto alert = gui::answerAlert();
         d->OnPopupNoiseReduction();
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
@@ -235,8 +231,8 @@ private slots:
         const QString current = d->s_WAV_File_Path;
         QVERIFY(QFile::rename(current, current + ".away"));
         setMarkers(d, 0, 30, 0);
-        gui::whenModal<Window_Ask_Noise_Selected>([](Window_Ask_Noise_Selected* ask) { ask->OnOK(); });
-        gui::whenModal<Window_Noise_Reduction>([](Window_Noise_Reduction* level) { level->OnOK(); });
+        gui::whenModal<EffectDialog>("Window_Ask_Noise_Selected", [](EffectDialog* ask) { ask->OnOK(); });
+        gui::whenModal<EffectDialog>("Window_Noise_Reduction", [](EffectDialog* level) { level->OnOK(); });
         const auto alert = gui::answerAlert();
         d->OnPopupNoiseReduction();
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
@@ -282,11 +278,11 @@ private slots:
         };
         int shown = 0;
         if (action == "OnPopupNoiseReduction level") {
-            gui::whenModal<Window_Ask_Noise_Selected>([&shown](Window_Ask_Noise_Selected* ask) {
+            gui::whenModal<EffectDialog>("Window_Ask_Noise_Selected", [&shown](EffectDialog* ask) {
                 ++shown;
                 ask->OnOK();
             });
-            gui::whenModal<Window_Noise_Reduction>([&shown, backOut](Window_Noise_Reduction* level) {
+            gui::whenModal<EffectDialog>("Window_Noise_Reduction", [&shown, backOut](EffectDialog* level) {
                 ++shown;
                 backOut(level);
             });
@@ -313,8 +309,9 @@ private slots:
         QVERIFY(d);
         const QString current = d->s_WAV_File_Path;
         const QStringList files = workFiles();
-        gui::whenModal<Window_Echo>([](Window_Echo* echo) {
-            dialogs::typeInto(echo->textDecayFactor, "-0.25"); // sox: decay must be positive
+        gui::whenModal<EffectDialog>("Window_Echo", [](EffectDialog* echo) {
+            dialogs::typeInto(echo->findChild<QLineEdit*>("textDecayFactor"),
+                              "-0.25"); // sox: decay must be positive
             echo->OnOK();
         });
         const auto alert = gui::answerAlert();
@@ -333,7 +330,7 @@ private slots:
         setMarkers(d, 30, 70, 0);
         const QString current = d->s_WAV_File_Path;
         const QStringList files = workFiles();
-        gui::whenModal<Window_Phaser>([](Window_Phaser* phaser) {
+        gui::whenModal<EffectDialog>("Window_Phaser", [](EffectDialog* phaser) {
             dialogs::typeInto(phaser->findChild<QLineEdit*>("textSpeed"), "5000"); // sox: at most 2 Hz
             phaser->OnOK();
         });

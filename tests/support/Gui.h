@@ -33,6 +33,18 @@ template <typename T> void whenModal(std::function<void(T*)> act, int triesLeft 
     });
 }
 
+// As whenModal, for the modal widget of type T named `name`: the effect
+// dialogs are one class, told apart by their names ("Window_Echo").
+template <typename T> void whenModal(const QString& name, std::function<void(T*)> act, int triesLeft = 3000) {
+    QTimer::singleShot(10, [name, act, triesLeft] {
+        auto* widget = qobject_cast<T*>(QApplication::activeModalWidget());
+        if (widget && widget->objectName() == name)
+            act(widget);
+        else if (triesLeft > 0)
+            whenModal<T>(name, act, triesLeft - 1);
+    });
+}
+
 // What a file dialog offered, captured when it was answered.
 struct FileDialogSeen {
     bool shown = false;
