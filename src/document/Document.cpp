@@ -8,6 +8,7 @@
 #include "app/Names.h"
 #include "app/WorkFolder.h"
 #include "document/FileSize.h"
+#include "document/HistoryWindow.h"
 #include "document/ImportPlans.h"
 #include "document/Waveform.h"
 #include "document/WaveformPlot.h"
@@ -227,6 +228,8 @@ void Document::setEditingEnabled(bool enabled) {
     m_toolBar->setEnabled(enabled);
     scrollviewAudioPlot->setEnabled(enabled);
     btnCancel->setVisible(!enabled);
+    if (m_historyWindow)
+        m_historyWindow->setChoosingEnabled(enabled);
     updateMenus();
 }
 

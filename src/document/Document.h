@@ -14,6 +14,7 @@
 #include <memory>
 
 class AppDelegate;
+class HistoryWindow;
 class QAction;
 class QLabel;
 class QMenu;
@@ -65,6 +66,9 @@ public:
     // as undoing or redoing that many steps would.
     void moveToVersion(qsizetype index);
     void Clear_Array_Of_WAV_Files();
+    // Edit ▸ History…: this window's versions, one window per document.
+    void showHistory();
+    QAction* actionHistory;
 
     void changeColor(const QColor& color);
 
@@ -297,6 +301,7 @@ private:
 
     AppDelegate& m_app;
     VersionHistory m_history;
+    QPointer<HistoryWindow> m_historyWindow;
     QToolBar* m_toolBar = nullptr;
     bool m_zoomed = false; // the width has been set by a zoom action
     int m_plotRequest = 0;
