@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Takes a screenshot of the real editor under Xvfb with a track loaded:
-#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel|mixer|effects-menu|shortcuts]
+#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel|mixer|effects-menu|shortcuts|history]
 # The last argument, run beside an audio server (scripts/with-audio-server.sh),
 # takes the picture 2.5 s into playback from the clicked position, or into a
 # recording of a tone played into the server. "export" takes the export dialog
@@ -9,7 +9,8 @@
 # (give it a long file, an hour or so), "mixer" the track mixer over this
 # track and two silence tracks, the second row selected and starting at 50 s;
 # "effects-menu" the menu bar with its Effects menu open; "shortcuts" the
-# Keyboard Shortcuts window.
+# Keyboard Shortcuts window; "history" the History window after a cut, a
+# delete, a paste at the end and one undo.
 # After zooming, the waveform is scrolled right by SCROLL_STEPS wheel steps
 # and the play position set by a click a third of the way along the window. Without a file, a speech recording is put together from
 # alsa-utils' samples.
@@ -101,6 +102,23 @@ effects-menu)
 shortcuts)
     xdotool key alt+h k # Help ▸ Keyboard Shortcuts
     window=$(timeout 10 xdotool search --sync --name '^Keyboard Shortcuts$' | head -1)
+    sleep 0.5
+    ;;
+history)
+    # Three edits a second and more apart (each version's file is named by
+    # its second), one undo, then Edit ▸ History….
+    xdotool key ctrl+x
+    sleep 1.5
+    xdotool key Delete
+    sleep 1.5
+    xdotool key ctrl+v # the paste menu: its last item, Paste at End
+    sleep 0.5
+    xdotool key Up Return
+    sleep 1.5
+    xdotool key ctrl+z
+    sleep 1
+    xdotool key ctrl+h
+    window=$(timeout 10 xdotool search --sync --name '^History' | head -1)
     sleep 0.5
     ;;
 export)

@@ -284,14 +284,14 @@ void AppDelegate::save() {
 QStringList AppDelegate::protectedFiles() const {
     QStringList files{s_Copied_WAV_File, sSilenceWavPath};
     for (const Document* document : documents())
-        files += document->history.array_WAV_Files;
+        files += document->history().array_WAV_Files();
     return files;
 }
 
 bool AppDelegate::mayDeleteClipboardFile() const {
     const QList<Document*> open = documents();
     return std::none_of(open.begin(), open.end(), [this](const Document* d) {
-        return d->history.array_WAV_Files.contains(s_Copied_WAV_File);
+        return d->history().array_WAV_Files().contains(s_Copied_WAV_File);
     });
 }
 

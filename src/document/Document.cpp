@@ -8,6 +8,7 @@
 #include "app/Names.h"
 #include "app/WorkFolder.h"
 #include "document/FileSize.h"
+#include "document/HistoryWindow.h"
 #include "document/ImportPlans.h"
 #include "document/Waveform.h"
 #include "document/WaveformPlot.h"
@@ -227,6 +228,8 @@ void Document::setEditingEnabled(bool enabled) {
     m_toolBar->setEnabled(enabled);
     scrollviewAudioPlot->setEnabled(enabled);
     btnCancel->setVisible(!enabled);
+    if (m_historyWindow)
+        m_historyWindow->setChoosingEnabled(enabled);
     updateMenus();
 }
 
@@ -293,7 +296,7 @@ void Document::OnToolbarOpen() {
         return;
     // Opening here starts a fresh history and deletes the old one's files: a
     // history of several versions is the user's work, so ask first.
-    const qsizetype versions = history.array_WAV_Files.size();
+    const qsizetype versions = m_history.versions().size();
     if (versions > 1 &&
         showAlert(this, tr("Open a file in this window? Its %1 versions will be deleted.").arg(versions), {},
                   {tr("Open…"), tr("Cancel")}) != 0)
@@ -318,7 +321,8 @@ void Document::importGivenFile() {
 }
 
 bool Document::showsUntouchedSilence() const {
-    return b_Audio_Loaded && !recording() && history.array_WAV_Files == QStringList{m_app.sSilenceWavPath};
+    return b_Audio_Loaded && !recording() &&
+           m_history.array_WAV_Files() == QStringList{m_app.sSilenceWavPath};
 }
 
 void Document::dragEnterEvent(QDragEnterEvent* event) {
@@ -390,7 +394,7 @@ void Document::importFile(const QString& path) {
         s_WAV_File_Path = names.path();
         s_WAV_File_URL = fileUrlText(m_app.s_Output_Folder, names.name());
         setWindowTitle(names.name());
-        finishLoading(outcome.seconds.value_or(0));
+        finishLoading(outcome.seconds.value_or(0), openedVersionLabel(path));
     });
 }
 
@@ -403,7 +407,7 @@ void Document::Open_And_Select_Silence_File() {
     const int request = beginLoad();
     m_app.runner().submit(buildProbePlan(s_WAV_File_Path), this, [this, request](const PlanOutcome& outcome) {
         if (request == m_loadRequest)
-            finishLoading(outcome.seconds.value_or(0));
+            finishLoading(outcome.seconds.value_or(0), silentTrackVersionLabel());
     });
 }
 
@@ -431,23 +435,28 @@ void Document::Refresh_Audio_Plot() {
     const int request = beginLoad();
     m_app.runner().submit(buildProbePlan(s_WAV_File_Path), this, [this, request](const PlanOutcome& outcome) {
         if (request == m_loadRequest)
-            finishLoading(outcome.seconds.value_or(0), false);
+            finishLoading(outcome.seconds.value_or(0), openedVersionLabel(s_WAV_File_Path),
+                          LoadEnd::FileShown);
     });
 }
 
-void Document::finishLoading(qint64 seconds, bool showFile) {
-    if (showFile)
+void Document::finishLoading(qint64 seconds, const QString& label, LoadEnd end) {
+    if (end == LoadEnd::ShowFile)
         openFileWithFilePathURL(s_WAV_File_URL);
     takeDuration(seconds);
-    setLoadedButtons();
+    // A recording's stop has set the buttons already, the moment it stopped.
+    if (end != LoadEnd::RecordingTaken)
+        setLoadedButtons();
     b_Audio_Loaded = viewAudioPlot->b_Audio_Loaded = viewTimeRule->b_Audio_Loaded = true;
     viewTimeRule->update();
     viewAudioPlot->update();
-    // The loaded file becomes version 0 of a fresh history.
-    Clear_Array_Of_WAV_Files();
-    history.u_array_WAV_Files_Length = 0;
-    history.u_array_WAV_Files_Position = 0;
-    Add_WAV_File_To_Undo_Redo_Array();
+    // The loaded file becomes version 0 of a fresh history; a take stands
+    // alone in it with the position one past it.
+    if (end == LoadEnd::RecordingTaken)
+        m_history.takeOverRecording(s_WAV_File_Path, label);
+    else
+        m_history.restart(s_WAV_File_Path, label);
+    emit historyChanged();
     showMarkers();
     labelSource->setText(QFileInfo(s_File_Path).fileName());
     labelSize->setText(s_File_Size);
@@ -502,7 +511,7 @@ void Document::openFileWithFilePathURL(const QString& url) {
 }
 
 QStringList Document::namesInUse() const {
-    QStringList names = history.array_WAV_Files;
+    QStringList names = m_history.array_WAV_Files();
     if (!m_importing.isEmpty())
         names << m_importing;
     if (recording())
@@ -510,31 +519,43 @@ QStringList Document::namesInUse() const {
     return names;
 }
 
-void Document::Add_WAV_File_To_Undo_Redo_Array() {
-    history.add(s_WAV_File_Path);
+void Document::Add_WAV_File_To_Undo_Redo_Array(const QString& label) {
+    m_history.add(s_WAV_File_Path, label);
+    emit historyChanged();
 }
 
 void Document::Clear_Array_Of_WAV_Files() {
-    history.clear();
+    m_history.clear();
+    emit historyChanged();
 }
 
 void Document::Operation_Undo() {
-    if (history.array_WAV_Files.isEmpty()) // nothing loaded yet
+    if (m_history.versions().isEmpty()) // nothing loaded yet
         return;
-    history.undo();
+    m_history.undo();
+    emit historyChanged();
     reloadCurrentVersion();
 }
 
 void Document::Operation_Redo() {
-    if (history.array_WAV_Files.isEmpty())
+    if (m_history.versions().isEmpty())
         return;
-    history.redo();
+    m_history.redo();
+    emit historyChanged();
+    reloadCurrentVersion();
+}
+
+void Document::moveToVersion(qsizetype index) {
+    if (m_history.versions().isEmpty())
+        return;
+    m_history.moveTo(index);
+    emit historyChanged();
     reloadCurrentVersion();
 }
 
 void Document::reloadCurrentVersion() {
     // Markers, zoom, buttons and the history itself stay as they are.
-    s_WAV_File_Path = history.current();
+    s_WAV_File_Path = m_history.current();
     setWindowTitle(QFileInfo(s_WAV_File_Path).fileName());
     s_WAV_File_URL = versionUrlText(s_WAV_File_Path, m_app.s_Output_Folder, m_app.sSilenceWavURL);
     openFileWithFilePathURL(s_WAV_File_URL);

@@ -14,6 +14,7 @@
 #include <memory>
 
 class AppDelegate;
+class HistoryWindow;
 class QAction;
 class QLabel;
 class QMenu;
@@ -54,11 +55,20 @@ public:
     // Every version, the import under way and the take being recorded.
     QStringList namesInUse() const;
 
-    // Version history.
-    void Add_WAV_File_To_Undo_Redo_Array();
+    // Version history. Every change to it, and every move to another version,
+    // is told by historyChanged().
+    const VersionHistory& history() const { return m_history; }
+    // Appends the current working WAV as the newest version, called `label`.
+    void Add_WAV_File_To_Undo_Redo_Array(const QString& label);
     void Operation_Undo();
     void Operation_Redo();
+    // Makes version `index` current (held to the list's ends) and reloads it,
+    // as undoing or redoing that many steps would.
+    void moveToVersion(qsizetype index);
     void Clear_Array_Of_WAV_Files();
+    // Edit ▸ History…: this window's versions, one window per document.
+    void showHistory();
+    QAction* actionHistory;
 
     void changeColor(const QColor& color);
 
@@ -184,7 +194,6 @@ public:
     qint64 i_Audio_Duration_Seconds = 0;
     bool b_Audio_Loaded = false;
     quint64 u_Zoom_Factor = 1;
-    VersionHistory history;
 
     float f_StartSelection = 0, f_EndSelection = 0, f_CurrentPosition = 0;
     QString sStart, sStartSelection, sEndSelection, sCurrentPosition, sDurationSelection,
@@ -223,10 +232,11 @@ public:
     QPushButton* btnCancel; // shown while a run goes on
 
 signals:
-    void loaded();                                   // a load or reload has finished
-    void adopted();                                  // an edit's result has become the current version
-    void copied();                                   // a copy has filled the clipboard
-    void plotUpdated();                              // new waveform points are on screen
+    void loaded();         // a load or reload has finished
+    void adopted();        // an edit's result has become the current version
+    void historyChanged(); // a version was added, the list restarted, or another version made current
+    void copied();         // a copy has filled the clipboard
+    void plotUpdated();    // new waveform points are on screen
     void splitHandedOver(const QStringList& pieces); // a split's pieces have gone to the application
 
 private:
@@ -253,7 +263,13 @@ private:
     bool failed(const PlanOutcome& outcome);
     void importFile(const QString& path);
     void importGivenFile();
-    void finishLoading(qint64 seconds, bool showFile = true);
+    // How a load ends: the file to show, or shown already (a batch's file, a
+    // recording's take); the history restarted with the load, or taken over
+    // by the take.
+    enum class LoadEnd { ShowFile, FileShown, RecordingTaken };
+    // The one ending of every load: the duration, the buttons, the views, the
+    // status bar and the history, whose one version is called `label`.
+    void finishLoading(qint64 seconds, const QString& label, LoadEnd end = LoadEnd::ShowFile);
     void takeDuration(qint64 seconds);
     void reloadCurrentVersion();
     void chooseColour();
@@ -284,6 +300,8 @@ private:
     void insertSilence(SilencePlace place);
 
     AppDelegate& m_app;
+    VersionHistory m_history;
+    QPointer<HistoryWindow> m_historyWindow;
     QToolBar* m_toolBar = nullptr;
     bool m_zoomed = false; // the width has been set by a zoom action
     int m_plotRequest = 0;

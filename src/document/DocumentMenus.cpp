@@ -7,19 +7,31 @@
 
 #include "app/AppDelegate.h"
 #include "app/PlanRunner.h"
+#include "document/HistoryWindow.h"
 #include "timeline/MarkerKeys.h"
 #include "timeline/View_Audio_Wave.h"
 
 #include <QAction>
 #include <QMenu>
 #include <QMenuBar>
+#include <algorithm>
 
 void Document::buildMenuBar() {
     QMenuBar* bar = menuBar();
     auto* edit = bar->findChild<QMenu*>(QStringLiteral("menuEdit"));
     auto* tracks = bar->findChild<QMenu*>(QStringLiteral("menuTracks"));
 
-    // Edit: select all, then the paste places, mixing and silence.
+    // Edit: this window's History… after the application's Undo and Redo;
+    // then select all, the paste places, mixing and silence.
+    actionHistory = new QAction(tr("&History…"), this);
+    actionHistory->setObjectName(QStringLiteral("actionHistory"));
+    actionHistory->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_H));
+    actionHistory->setShortcutContext(Qt::WindowShortcut);
+    connect(actionHistory, &QAction::triggered, this, &Document::showHistory);
+    const QList<QAction*> applicationItems = edit->actions();
+    const auto endOfUndoRedo = std::find_if(applicationItems.begin(), applicationItems.end(),
+                                            [](const QAction* item) { return item->isSeparator(); });
+    edit->insertAction(endOfUndoRedo == applicationItems.end() ? nullptr : *endOfUndoRedo, actionHistory);
     actionSelectAll = edit->addAction(tr("Select &All"), this, &Document::selectAll);
     actionSelectAll->setShortcuts(QKeySequence::SelectAll);
     actionSelectAll->setShortcutContext(Qt::WindowShortcut);
@@ -135,4 +147,16 @@ void Document::selectAll() {
     viewAudioPlot->f_Selection_End = 100;
     viewAudioPlot->update();
     showMarkers();
+}
+
+void Document::showHistory() {
+    // One window per document, made when first asked for and kept (hidden
+    // when closed) until the document goes.
+    if (!m_historyWindow) {
+        m_historyWindow = new HistoryWindow(this);
+        m_historyWindow->setChoosingEnabled(!m_app.runner().isBusy());
+    }
+    m_historyWindow->show();
+    m_historyWindow->raise();
+    m_historyWindow->activateWindow();
 }

@@ -3,49 +3,108 @@
 #include "app/Names.h"
 #include "app/RemovedFiles.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <algorithm>
 
-void VersionHistory::add(const QString& path) {
-    while (u_array_WAV_Files_Length > u_array_WAV_Files_Position + 1) {
-        array_WAV_Files.removeLast();
-        --u_array_WAV_Files_Length;
+void VersionHistory::add(const QString& path, const QString& label) {
+    // Drops every version after the current one: an edit that follows an undo
+    // ends the redo tail. The dropped files stay on disk until the next start.
+    while (m_length > m_position + 1) {
+        if (!m_versions.isEmpty()) // only a cleared list is shorter than its length
+            m_versions.removeLast();
+        --m_length;
     }
-    array_WAV_Files.insert(qsizetype(u_array_WAV_Files_Length), path);
-    u_array_WAV_Files_Position = u_array_WAV_Files_Length;
-    ++u_array_WAV_Files_Length;
+    const qsizetype at = std::min(qsizetype(m_length), m_versions.size());
+    m_versions.insert(at, Version{path, label, QDateTime::currentDateTime()});
+    m_position = m_length;
+    ++m_length;
 }
 
 QString VersionHistory::undo() {
     // Tested as a signed number: at the oldest version undo stays there.
-    const qint64 position = qint64(u_array_WAV_Files_Position) - 1;
-    u_array_WAV_Files_Position = position < 0 ? 0 : quint64(position);
+    const qint64 position = qint64(m_position) - 1;
+    m_position = position < 0 ? 0 : quint64(position);
     return current();
 }
 
 QString VersionHistory::redo() {
     // Compared as unsigned numbers, as the counters are.
-    u_array_WAV_Files_Position = std::min(u_array_WAV_Files_Position + 1, u_array_WAV_Files_Length - 1);
+    m_position = std::min(m_position + 1, m_length - 1);
+    return current();
+}
+
+QString VersionHistory::moveTo(qsizetype index) {
+    if (!m_versions.isEmpty())
+        m_position = quint64(std::clamp(index, qsizetype(0), m_versions.size() - 1));
     return current();
 }
 
 void VersionHistory::clear() {
-    for (const QString& path : std::as_const(array_WAV_Files))
-        removedFiles::remove(path);
-    array_WAV_Files.clear();
+    for (const Version& version : std::as_const(m_versions))
+        removedFiles::remove(version.path);
+    m_versions.clear();
 }
 
-void VersionHistory::restart() {
+void VersionHistory::restart(const QString& path, const QString& label) {
     clear();
-    u_array_WAV_Files_Length = 0;
-    u_array_WAV_Files_Position = 0;
+    m_length = 0;
+    m_position = 0;
+    add(path, label);
+}
+
+void VersionHistory::takeOverRecording(const QString& path, const QString& label) {
+    clear();
+    m_versions = {Version{path, label, QDateTime::currentDateTime()}};
+    m_length = 1;
+    m_position = 1;
+}
+
+QStringList VersionHistory::array_WAV_Files() const {
+    QStringList paths;
+    paths.reserve(m_versions.size());
+    for (const Version& version : m_versions)
+        paths << version.path;
+    return paths;
 }
 
 QString VersionHistory::current() const {
-    return u_array_WAV_Files_Position < quint64(array_WAV_Files.size())
-               ? array_WAV_Files.at(qsizetype(u_array_WAV_Files_Position))
-               : QString();
+    return m_position < quint64(m_versions.size()) ? m_versions.at(qsizetype(m_position)).path : QString();
+}
+
+QString openedVersionLabel(const QString& path) {
+    return QStringLiteral("Opened %1").arg(QFileInfo(path).fileName());
+}
+
+QString silentTrackVersionLabel() {
+    return QStringLiteral("Silent track");
+}
+
+QString recordedVersionLabel() {
+    return QStringLiteral("Recorded");
+}
+
+qsizetype currentVersionRow(const VersionHistory& history) {
+    const qsizetype count = history.versions().size();
+    if (count == 0)
+        return -1;
+    return qsizetype(std::min(history.u_array_WAV_Files_Position(), quint64(count - 1)));
+}
+
+QString versionTimeText(const QDateTime& made) {
+    return made.toLocalTime().toString(QStringLiteral("HH:mm:ss"));
+}
+
+QList<VersionRow> versionRows(const VersionHistory& history) {
+    const qsizetype current = currentVersionRow(history);
+    QList<VersionRow> rows;
+    for (qsizetype i = 0; i < history.versions().size(); ++i) {
+        const Version& version = history.versions().at(i);
+        // A version that came without a name goes by its file's.
+        const QString label = version.label.isEmpty() ? QFileInfo(version.path).fileName() : version.label;
+        rows.append({i == current ? QStringLiteral("▶") : QString(), label, versionTimeText(version.made),
+                     i == current});
+    }
+    return rows;
 }
 
 QString versionUrlText(const QString& path, const QString& workFolder, const QString& silenceUrl) {

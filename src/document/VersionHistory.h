@@ -1,29 +1,76 @@
 #pragma once
 
+#include <QDateTime>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
-// Every version of a track is a whole file; undo and redo only choose which
-// entry is current. The fields keep the names the document has always used.
-struct VersionHistory {
-    QStringList array_WAV_Files;
-    quint64 u_array_WAV_Files_Position = 0;
-    quint64 u_array_WAV_Files_Length = 0;
+// One version of a track: its file, what made it ("Cut", "Echo on selection",
+// "Opened speech.mp3") and when.
+struct Version {
+    QString path;
+    QString label;
+    QDateTime made;
+};
 
+// Every version of a track is a whole file; undo and redo only choose which
+// entry is current. The list and its two counters change only through the
+// operations below; the read accessors keep the names the document has
+// always used for them.
+class VersionHistory {
+public:
     // Drops the redo tail, then appends `path` as the newest and current version.
-    void add(const QString& path);
+    void add(const QString& path, const QString& label);
     // Move one step back or forward, stopping at either end; the path of the
     // version then current.
     QString undo();
     QString redo();
+    // Makes version `index` current, held to the list's ends; the path of the
+    // version then current. Nothing changes while the list is empty.
+    QString moveTo(qsizetype index);
     // Deletes the file of every entry (failures ignored) and empties the list.
-    // The counters are left as they are: callers reset them.
+    // The counters are left as they are: the callers below reset them.
     void clear();
-    // An empty list with both counters at 0, as before a load.
-    void restart();
+    // A load: the old versions' files deleted, and `path` alone as version 0.
+    void restart(const QString& path, const QString& label);
+    // The end of a recording: the old versions' files deleted and the take
+    // alone in the list, with the position one past it. The next append then
+    // lands at index 1, and undo and redo both go to the take.
+    void takeOverRecording(const QString& path, const QString& label);
 
+    QStringList array_WAV_Files() const; // the versions' paths, oldest first
+    quint64 u_array_WAV_Files_Position() const { return m_position; }
+    quint64 u_array_WAV_Files_Length() const { return m_length; }
+    const QList<Version>& versions() const { return m_versions; }
+    // The current version's path; empty when the position names no entry
+    // (before a load, and while a recording's take-over state lasts).
     QString current() const;
+
+private:
+    QList<Version> m_versions;
+    quint64 m_position = 0;
+    quint64 m_length = 0; // kept apart from the list's size: clearing leaves it
 };
+
+// What a load names its version.
+QString openedVersionLabel(const QString& path); // "Opened speech.mp3"
+QString silentTrackVersionLabel();               // "Silent track"
+QString recordedVersionLabel();                  // "Recorded"
+
+// One row of the History window, oldest version first.
+struct VersionRow {
+    QString marker; // "▶" on the current row, empty on the others
+    QString label;  // the version's label, or its file's name when it has none
+    QString time;   // when the version was made, "hh:mm:ss" in local time
+    bool current = false;
+};
+// The rows of a history. The current row is the one at the position; in a
+// recording's take-over state, where the position is one past the take, it
+// is the take, the version the window shows.
+QList<VersionRow> versionRows(const VersionHistory& history);
+// The index of the current row; -1 while the history is empty.
+qsizetype currentVersionRow(const VersionHistory& history);
+QString versionTimeText(const QDateTime& made);
 
 // The URL a reloaded version is shown from: the shared silence track's own URL
 // for "silence.wav", otherwise the file's name inside the work folder, whatever

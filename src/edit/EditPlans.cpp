@@ -52,12 +52,56 @@ void copyInto(Builder& b, const EditState& s, const QString& clip, bool deleteOl
     b.edit.clipboard = clip;
 }
 
+// Where a paste, a mix or an inserted silence goes, in the menus' words.
+QString placeWords(PastePlace place) {
+    switch (place) {
+    case PastePlace::Start:
+        return QStringLiteral("start");
+    case PastePlace::CurrentPosition:
+        return QStringLiteral("play position");
+    case PastePlace::StartOfSelection:
+        return QStringLiteral("start of selection");
+    case PastePlace::EndOfSelection:
+        return QStringLiteral("end of selection");
+    case PastePlace::End:
+        return QStringLiteral("end");
+    }
+    return {};
+}
+
+QString placeWords(SilencePlace place) {
+    switch (place) {
+    case SilencePlace::Start:
+        return placeWords(PastePlace::Start);
+    case SilencePlace::End:
+        return placeWords(PastePlace::End);
+    case SilencePlace::CurrentPosition:
+        return placeWords(PastePlace::CurrentPosition);
+    }
+    return {};
+}
+
 void removeSelection(Builder& b, const EditState& s, const ResultNames& names) {
     split(b, s, names, s.seg.sStartSelection, s.seg.sEndSelection, s.seg.sDurationLastSegment);
     b.joinInto({names.path("Before"), names.path("After")}, names.path());
     b.edit.deleteAfterAdopting = {names.path("Before"), names.path("After")};
 }
 } // namespace
+
+QString versionLabel(const QString& title, bool selectionOnly) {
+    return selectionOnly ? QStringLiteral("%1 on selection").arg(title) : title;
+}
+
+QString effectVersionLabel(const QString& operationName, bool selectionOnly) {
+    QString title = operationName;
+    if (title.startsWith(QStringLiteral("The ")))
+        title.remove(0, 4);
+    if (title.endsWith(QStringLiteral(" effect")))
+        title.chop(7);
+    if (!title.isEmpty())
+        title[0] = title.at(0).toUpper();
+    return versionLabel(title, selectionOnly);
+}
 
 QString parametersNotAcceptedMessage() {
     return QStringLiteral("Parameters were not accepted. change parameters and try again.");
@@ -75,17 +119,20 @@ EditPlan buildCutPlan(const EditState& s, const ResultNames& names, bool deleteO
     Builder b{QStringLiteral("Cut")};
     copyInto(b, s, names.path(), deleteOldClip);
     removeSelection(b, s, names);
+    b.edit.label = QStringLiteral("Cut");
     return b.edit;
 }
 
 EditPlan buildDeletePlan(const EditState& s, const ResultNames& names) {
     Builder b{QStringLiteral("Delete")};
     removeSelection(b, s, names);
+    b.edit.label = QStringLiteral("Delete");
     return b.edit;
 }
 
 EditPlan buildPastePlan(const EditState& s, const ResultNames& names, PastePlace place) {
     Builder b{QStringLiteral("Paste")};
+    b.edit.label = QStringLiteral("Paste at %1").arg(placeWords(place));
     const QString before = names.path("Before"), after = names.path("After");
     switch (place) {
     case PastePlace::Start: // named "Before" although no before-part exists, as it always was
@@ -113,6 +160,7 @@ EditPlan buildPastePlan(const EditState& s, const ResultNames& names, PastePlace
 
 EditPlan buildPasteMixPlan(const EditState& s, const ResultNames& names, PastePlace place) {
     Builder b{QStringLiteral("Mixing the copied audio in")};
+    b.edit.label = QStringLiteral("Mix at %1").arg(placeWords(place));
     const QString result = names.path();
     b.remove(result);
     QString second = s.clip;
@@ -133,6 +181,7 @@ EditPlan buildPasteMixPlan(const EditState& s, const ResultNames& names, PastePl
 EditPlan buildSilenceInsertPlan(const EditState& s, const ResultNames& names, SilencePlace place,
                                 quint64 milliseconds) {
     Builder b{QStringLiteral("Inserting silence")};
+    b.edit.label = QStringLiteral("Insert silence at %1").arg(placeWords(place));
     const QString silence = names.path("Silence");
     b.remove(silence);
     b.ffmpeg(silenceArguments(timeString(float(milliseconds) / 1000.0f), silence));
@@ -161,6 +210,7 @@ EditPlan buildSilenceSelectionPlan(const EditState& s, const ResultNames& names)
     const float end = s.f_Selection_End * s.f_Audio_Length / 100.0f;
     const std::uint64_t milliseconds = truncateToUnsigned((end - start) * 1000.0f);
     Builder b{QStringLiteral("Silencing the selection")};
+    b.edit.label = QStringLiteral("Silence the selection");
     const QString silence = names.path("Silence");
     b.remove(silence);
     b.ffmpeg(silenceArguments(timeString(float(milliseconds) / 1000.0f), silence));
@@ -181,6 +231,10 @@ EditPlan buildSilenceTrimPlan(const EditState& s, const ResultNames& names, quin
     else if (mode == 3)
         effect = {"silence", "1", d, "1%", "-1", d, "1%"};
     Builder b{QStringLiteral("Trimming silence")};
+    b.edit.label = mode == 1   ? QStringLiteral("Trim silence from start")
+                   : mode == 2 ? QStringLiteral("Trim silence from end")
+                   : mode == 3 ? QStringLiteral("Trim silence from both ends")
+                               : QStringLiteral("Trim silence");
     const QString result = names.path();
     b.remove(result);
     b.sox(QStringList{s.track, result} + effect);

@@ -22,6 +22,7 @@ struct EditPlan {
     QString clipboard;               // the new clipboard file; empty when it stays
     QStringList deleteBeforeShowing; // removed once the title is set, before the result is shown
     QStringList deleteAfterAdopting; // removed once the overlay has the new length
+    QString label;                   // what the new version is called in the history: "Cut", "Paste at end"
 };
 
 enum class PastePlace { Start, CurrentPosition, StartOfSelection, EndOfSelection, End };
@@ -41,6 +42,13 @@ EditPlan buildSilenceSelectionPlan(const EditState& s, const ResultNames& names)
 // Mode 1 trims the start, 2 the start and then reverses the track, 3 both ends.
 EditPlan buildSilenceTrimPlan(const EditState& s, const ResultNames& names, quint64 mode,
                               quint64 milliseconds);
+
+// The history's label of a version made over the whole track ("Echo") or
+// over the selection only ("Echo on selection").
+QString versionLabel(const QString& title, bool selectionOnly);
+// The same for an effect, from the name it is told by: "The echo effect"
+// gives "Echo" or "Echo on selection".
+QString effectVersionLabel(const QString& operationName, bool selectionOnly);
 
 // The alert of an edit whose tool wrote no result.
 QString parametersNotAcceptedMessage();

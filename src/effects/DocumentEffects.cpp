@@ -11,8 +11,10 @@
 
 void Document::applyEffect(const EffectArguments& arguments, bool selectionOnly) {
     const ResultNames names(m_app.s_Output_Folder);
-    runEdit(selectionOnly ? buildEffectSelectionPlan(editState(true), names, arguments)
-                          : buildEffectPlan(editState(false), names, arguments));
+    EditPlan plan = selectionOnly ? buildEffectSelectionPlan(editState(true), names, arguments)
+                                  : buildEffectPlan(editState(false), names, arguments);
+    plan.label = effectVersionLabel(effectOperationName(arguments), selectionOnly);
+    runEdit(plan);
 }
 
 void Document::OnPopupReverseEntireTrack() {

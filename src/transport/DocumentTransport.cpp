@@ -305,27 +305,11 @@ void Document::endRecording() {
     // take's length is measured meets a stale toolbar.
     viewAudioPlot->b_Recording = false;
     applyButtons(buttonsAfter(TransportStep::StopRecording));
-    const QString path = s_WAV_File_Path;
     const int request = beginLoad();
-    m_app.runner().submit(buildProbePlan(path), this, [this, path, request](const PlanOutcome& outcome) {
-        if (request != m_loadRequest)
-            return;
-        takeDuration(outcome.seconds.value_or(0));
-        b_Audio_Loaded = viewAudioPlot->b_Audio_Loaded = viewTimeRule->b_Audio_Loaded = true;
-        viewTimeRule->update();
-        viewAudioPlot->update();
+    m_app.runner().submit(buildProbePlan(s_WAV_File_Path), this, [this, request](const PlanOutcome& outcome) {
         // A fresh history holding the take alone, its position one past it.
-        Clear_Array_Of_WAV_Files();
-        history.u_array_WAV_Files_Length = 0;
-        history.u_array_WAV_Files_Position = 0;
-        history.array_WAV_Files.insert(0, path);
-        history.u_array_WAV_Files_Length = 1;
-        history.u_array_WAV_Files_Position = 1;
-        labelSource->setText(QFileInfo(path).fileName());
-        labelSize->setText(s_File_Size);
-        labelSize->setVisible(true);
-        describeForAccessibility();
-        emit loaded();
+        if (request == m_loadRequest)
+            finishLoading(outcome.seconds.value_or(0), recordedVersionLabel(), LoadEnd::RecordingTaken);
     });
 }
 

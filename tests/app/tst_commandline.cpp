@@ -111,7 +111,7 @@ private slots:
             QCOMPARE(QFileInfo(d->s_WAV_File_Path).path(), m_app->s_Output_Folder);
             QCOMPARE(d->windowTitle(), QFileInfo(d->s_WAV_File_Path).fileName());
             QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).isWorkingWav());
-            QCOMPARE(d->history.array_WAV_Files, QStringList({d->s_WAV_File_Path}));
+            QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_WAV_File_Path}));
         }
         QVERIFY(std::abs(fixtures::wavInfo(made[0]->s_WAV_File_Path).seconds() - 2.0) < 0.01);
         QVERIFY(std::abs(fixtures::wavInfo(made[1]->s_WAV_File_Path).seconds() - 3.0) < 0.06);

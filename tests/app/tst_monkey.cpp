@@ -799,8 +799,9 @@ class tst_Monkey : public QObject {
                                 .arg(nameOf(d), d->windowTitle(), path);
             if (!QFileInfo::exists(path) && !mayBeGone(path)) {
                 problems << QStringLiteral("%1: its current file “%2” does not exist (history: %3, at %4)")
-                                .arg(nameOf(d), path, d->history.array_WAV_Files.join(QStringLiteral(", ")))
-                                .arg(d->history.u_array_WAV_Files_Position);
+                                .arg(nameOf(d), path,
+                                     d->history().array_WAV_Files().join(QStringLiteral(", ")))
+                                .arg(d->history().u_array_WAV_Files_Position());
                 keys << QStringLiteral("gone ") + path;
             }
         }

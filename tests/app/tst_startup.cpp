@@ -168,7 +168,7 @@ private slots:
         QSignalSpy reloaded(document, &Document::loaded);
         app->actionUndo->trigger();
         QVERIFY(reloaded.wait(10000));
-        QCOMPARE(document->history.u_array_WAV_Files_Position, 0u);
+        QCOMPARE(document->history().u_array_WAV_Files_Position(), 0u);
         app->actionRedo->trigger();
         QVERIFY(reloaded.wait(10000));
         QCOMPARE(app->actionUndo->shortcut(), QKeySequence(QKeySequence::Undo));

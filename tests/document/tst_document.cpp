@@ -105,7 +105,7 @@ private slots:
         QCOMPARE(d->viewAudioPlot->f_Audio_Length, 60.0f);
         QCOMPARE(d->viewTimeRule->i_Audio_Duration_Seconds, qint64(60));
         QCOMPARE(d->labelDuration->text(), QString("Length 00:01:00"));
-        QCOMPARE(d->history.array_WAV_Files, QStringList({m_app->sSilenceWavPath}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({m_app->sSilenceWavPath}));
     }
 
     void aCancelledOpenDialogLoadsTheSilenceTrack() {
@@ -119,7 +119,7 @@ private slots:
         QCOMPARE(d->s_WAV_File_Path, m_app->sSilenceWavPath);
         QCOMPARE(d->s_WAV_File_URL, m_app->sSilenceWavURL);
         QCOMPARE(d->i_Audio_Duration_Seconds, qint64(60));
-        QCOMPARE(d->history.array_WAV_Files, QStringList({m_app->sSilenceWavPath}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({m_app->sSilenceWavPath}));
 
         // The dialog asked for one existing file of the fifteen accepted kinds.
         QVERIFY(dialog->shown);
@@ -181,7 +181,7 @@ private slots:
         const QString three = workCopy("2024-01-01-00-00-03.wav", 3);
         for (const QString& version : {two, three}) {
             d->s_WAV_File_Path = version;
-            d->Add_WAV_File_To_Undo_Redo_Array();
+            d->Add_WAV_File_To_Undo_Redo_Array("Cut");
         }
         d->viewAudioPlot->f_Selection_Start = 12;
         d->viewAudioPlot->f_Selection_End = 34;
@@ -202,7 +202,7 @@ private slots:
         QCOMPARE(d->i_Audio_Duration_Seconds, qint64(60));
         d->Operation_Undo(); // stays at the oldest version, reloaded all the same
         QVERIFY(waitLoaded(d));
-        QCOMPARE(d->history.u_array_WAV_Files_Position, 0u);
+        QCOMPARE(d->history().u_array_WAV_Files_Position(), 0u);
         d->Operation_Redo();
         QVERIFY(waitLoaded(d));
         d->Operation_Redo();
@@ -221,7 +221,7 @@ private slots:
         const QString outside = m_root.filePath("outside.wav");
         fixtures::makeTone(outside, 4);
         d->s_WAV_File_Path = outside;
-        d->Add_WAV_File_To_Undo_Redo_Array();
+        d->Add_WAV_File_To_Undo_Redo_Array("Cut");
         d->Operation_Redo();
         QVERIFY(waitLoaded(d));
         QCOMPARE(d->s_WAV_File_Path, outside);
@@ -233,8 +233,8 @@ private slots:
         Document* d = m_app->newDocument();
         d->Operation_Undo();
         d->Operation_Redo();
-        QVERIFY(d->history.array_WAV_Files.isEmpty());
-        QCOMPARE(d->history.u_array_WAV_Files_Position, 0u);
+        QVERIFY(d->history().array_WAV_Files().isEmpty());
+        QCOMPARE(d->history().u_array_WAV_Files_Position(), 0u);
         QVERIFY(waitLoaded(d));
     }
 
@@ -243,15 +243,15 @@ private slots:
         QVERIFY(d);
         const QString edit = workCopy("2024-01-01-00-01-00.wav", 1);
         d->s_WAV_File_Path = edit;
-        d->Add_WAV_File_To_Undo_Redo_Array();
+        d->Add_WAV_File_To_Undo_Redo_Array("Cut");
         // Two versions: the editor asks first, and Open… goes on as always.
         const auto asked = gui::answerAlert("Open…");
         QVERIFY(gui::openInto(d, m_tone, [d] { d->OnToolbarOpen(); }));
         QVERIFY(asked->shown);
         QCOMPARE(d->s_File_Path, m_tone);
         QCOMPARE(d->i_Audio_Duration_Seconds, qint64(10));
-        QCOMPARE(d->history.array_WAV_Files, QStringList({d->s_WAV_File_Path}));
-        QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_WAV_File_Path}));
+        QCOMPARE(d->history().u_array_WAV_Files_Length(), 1u);
         QVERIFY(!QFile::exists(edit));
         QVERIFY(!QFile::exists(m_app->sSilenceWavPath)); // listed, so deleted: required
         const QString imported = d->s_WAV_File_Path;
@@ -262,7 +262,7 @@ private slots:
         d->OnToolbarOpen();
         QVERIFY(waitLoaded(d));
         QCOMPARE(d->windowTitle(), QString("silence.wav"));
-        QCOMPARE(d->history.array_WAV_Files, QStringList({m_app->sSilenceWavPath}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({m_app->sSilenceWavPath}));
         QCOMPARE(d->i_Audio_Duration_Seconds, qint64(0));
         QVERIFY(!QFile::exists(imported));
         QVERIFY(QFile::exists(m_tone)); // the opened file is never touched
@@ -363,7 +363,7 @@ private slots:
         const QString p2 = workCopy("split_PART_2.wav", 2);
         d->s_WAV_File_Path = p1;
         d->s_WAV_File_URL = "file://" + p1;
-        d->Add_WAV_File_To_Undo_Redo_Array();
+        d->Add_WAV_File_To_Undo_Redo_Array("Cut");
         m_app->array_Pre_Generated_Docs = {p1, p2};
         m_app->u_Pre_Generated_Docs_Index = 0;
         m_app->color_Pre_Generated_Docs = QColor(0, 0, 255);
@@ -373,7 +373,7 @@ private slots:
         QVERIFY(refreshed.wait(10000));
         QCOMPARE(d->audioPlot->color(), QColor(0, 0, 255));
         QCOMPARE(d->i_Audio_Duration_Seconds, qint64(1));
-        QCOMPARE(d->history.array_WAV_Files, QStringList({p1}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({p1}));
         QVERIFY(!QFile::exists(p1));
         Document* added = m_app->documents()[1];
         QVERIFY(QTest::qWaitFor([&] { return added->b_Audio_Loaded; }, 10000));
@@ -414,7 +414,8 @@ private slots:
             QCOMPARE(added[i]->windowTitle(), QString("part_PART_%1.wav").arg(i + 1));
             QCOMPARE(added[i]->i_Audio_Duration_Seconds, qint64(i + 1));
             QCOMPARE(added[i]->audioPlot->color(), QColor(255, 0, 0));
-            QCOMPARE(added[i]->history.array_WAV_Files, QStringList({parts[i]})); // used in place, not copied
+            QCOMPARE(added[i]->history().array_WAV_Files(),
+                     QStringList({parts[i]})); // used in place, not copied
         }
         QCOMPARE(m_app->u_Open_New_Document, 0u);
         QCOMPARE(m_app->u_Pre_Generated_Docs_Index, 3u);
@@ -454,11 +455,12 @@ private slots:
         Document* d = m_app->newDocument();
         QVERIFY(!d->btnOpen->isEnabled()); // the toolbar waits for the start-up load...
         QVERIFY(!d->btnPlay->isEnabled()); // ...and shows the start-up states at once
-        QVERIFY(gui::openInto(d, m_tone, [d] { d->OnToolbarOpen(); })); // called directly, as a menu command would
+        QVERIFY(gui::openInto(d, m_tone,
+                              [d] { d->OnToolbarOpen(); })); // called directly, as a menu command would
         QTest::qWait(400);
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(d->s_File_Path, m_tone);
-        QCOMPARE(d->history.array_WAV_Files, QStringList({d->s_WAV_File_Path}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_WAV_File_Path}));
         QVERIFY(d->btnOpen->isEnabled());
     }
 

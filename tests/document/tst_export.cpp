@@ -80,7 +80,7 @@ private slots:
         QCOMPARE(alert->informativeText, QString("Audio file saved successfully."));
         QCOMPARE(alert->buttons, QStringList({"Play Audio File", "Close"}));
         QCOMPARE(m_catcher.urls, QList<QUrl>({QUrl::fromLocalFile(out)}));
-        QCOMPARE(d->history.u_array_WAV_Files_Length, 1u); // the document is unchanged
+        QCOMPARE(d->history().u_array_WAV_Files_Length(), 1u); // the document is unchanged
     }
 
     void formats_data() {

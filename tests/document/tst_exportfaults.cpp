@@ -40,13 +40,13 @@ class tst_ExportFaults : public ExportFixture {
         QByteArray content;
     };
     static Snapshot snapshot(const Document* d) {
-        return {d->s_WAV_File_Path, d->history.array_WAV_Files, d->history.u_array_WAV_Files_Position,
+        return {d->s_WAV_File_Path, d->history().array_WAV_Files(), d->history().u_array_WAV_Files_Position(),
                 fixtures::digest(d->s_WAV_File_Path)};
     }
     static void checkUnchanged(const Document* d, const Snapshot& before) {
         QCOMPARE(d->s_WAV_File_Path, before.path);
-        QCOMPARE(d->history.array_WAV_Files, before.versions);
-        QCOMPARE(d->history.u_array_WAV_Files_Position, before.position);
+        QCOMPARE(d->history().array_WAV_Files(), before.versions);
+        QCOMPARE(d->history().u_array_WAV_Files_Position(), before.position);
         QCOMPARE(fixtures::digest(d->s_WAV_File_Path), before.content);
         QVERIFY(d->btnSave->isEnabled() && d->btnCut->isEnabled());
     }

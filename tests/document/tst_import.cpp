@@ -70,12 +70,12 @@ class tst_Import : public QObject {
         QVERIFY(shown->btnOpen->isEnabled());
         if (document) { // a loaded document keeps its track
             QCOMPARE(document->s_WAV_File_Path, current);
-            QCOMPARE(document->history.array_WAV_Files, QStringList({current}));
+            QCOMPARE(document->history().array_WAV_Files(), QStringList({current}));
         } else { // a new window is never left empty: it takes the silence track, as on Cancel
             QTRY_VERIFY(shown->b_Audio_Loaded);
             QCOMPARE(shown->s_WAV_File_Path, m_app->sSilenceWavPath);
             QCOMPARE(shown->windowTitle(), QString("silence.wav"));
-            QCOMPARE(shown->history.array_WAV_Files, QStringList({m_app->sSilenceWavPath}));
+            QCOMPARE(shown->history().array_WAV_Files(), QStringList({m_app->sSilenceWavPath}));
         }
     }
 
@@ -148,7 +148,7 @@ private slots:
         QCOMPARE(d->s_File_Size, fileSizeText(QFileInfo(source).size()));
         QCOMPARE(d->labelSize->text(), d->s_File_Size);
         QCOMPARE(d->labelSource->text(), name);
-        QCOMPARE(d->history.array_WAV_Files, QStringList({d->s_WAV_File_Path}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_WAV_File_Path}));
         QCOMPARE(m_app->u_Open_New_Document, 0u);
     }
 

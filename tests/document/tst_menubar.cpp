@@ -123,7 +123,7 @@ private slots:
         QCOMPARE(d->viewAudioPlot->f_Selection_End, 100.0f);
         QVERIFY(d->labelSelection->text().contains("00:00:00.00 – 00:00:10.00"));
         QVERIFY(edit(d, [&] { QTest::keyClick(d, Qt::Key_Delete); }));
-        QCOMPARE(d->history.u_array_WAV_Files_Length, 2u);
+        QCOMPARE(d->history().u_array_WAV_Files_Length(), 2u);
         const fixtures::WavInfo left = fixtures::wavInfo(d->s_WAV_File_Path);
         QVERIFY(left.ok);
         QCOMPARE(left.frames, qint64(0));
@@ -359,7 +359,7 @@ private slots:
         setMarkers(d, 5, 20, 0);
         const qsizetype runs = m_app->runner().runs().size();
         QVERIFY(edit(d, [&] { QVERIFY(choose(d, {"Effects", "Reverse", "Selection"})); }));
-        QCOMPARE(d->history.u_array_WAV_Files_Length, 4u);
+        QCOMPARE(d->history().u_array_WAV_Files_Length(), 4u);
         const QList<ToolRun> made = m_app->runner().runs().mid(runs);
         QVERIFY(std::any_of(made.cbegin(), made.cend(),
                             [](const ToolRun& run) { return run.arguments.contains("reverse"); }));

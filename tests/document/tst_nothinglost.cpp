@@ -62,8 +62,8 @@ class tst_NothingLost : public QObject {
         return QDir(m_app->s_Output_Folder).entryList(QDir::Files | QDir::Hidden, QDir::Name);
     }
     Snapshot snapshot(Document* d) const {
-        return {d->s_WAV_File_Path, fixtures::digest(d->s_WAV_File_Path), d->history.array_WAV_Files,
-                d->history.u_array_WAV_Files_Position, workFiles()};
+        return {d->s_WAV_File_Path, fixtures::digest(d->s_WAV_File_Path), d->history().array_WAV_Files(),
+                d->history().u_array_WAV_Files_Position(), workFiles()};
     }
 
     // Waits until a tool of the running plan has worked for a moment, and
@@ -91,14 +91,14 @@ class tst_NothingLost : public QObject {
     }
 
     void checkStillEdits(Document* d) {
-        const int versions = int(d->history.array_WAV_Files.size());
+        const int versions = int(d->history().array_WAV_Files().size());
         waitPastEveryStamp(m_app->s_Output_Folder);
         select(d, 0, 1);
         QSignalSpy adopted(d, &Document::adopted);
         d->Operation_Delete();
         QVERIFY(adopted.wait(60000));
         QVERIFY(gui::waitIdle(*m_app));
-        QCOMPARE(d->history.array_WAV_Files.size(), versions + 1);
+        QCOMPARE(d->history().array_WAV_Files().size(), versions + 1);
         QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).isWorkingWav());
         waitPastEveryStamp(m_app->s_Output_Folder);
     }
@@ -303,7 +303,7 @@ private slots:
             QVERIFY2(alert->informativeText.contains(" MB free"), qPrintable(alert->informativeText));
             QCOMPARE(app->runner().runs().size(), runs);
             QCOMPARE(QDir(app->s_Output_Folder).entryList(QDir::Files), files);
-            QCOMPARE(d->history.array_WAV_Files.size(), 1);
+            QCOMPARE(d->history().array_WAV_Files().size(), 1);
         }
     }
 
@@ -311,7 +311,7 @@ private slots:
         Document* d = shortTrack(3);
         QVERIFY(d);
         const Snapshot before = snapshot(d);
-        const QStringList versions = d->history.array_WAV_Files;
+        const QStringList versions = d->history().array_WAV_Files();
         // Cancel: nothing changes, and no file dialog comes.
         const auto asked = gui::answerAlert("Cancel");
         const auto dialog = gui::answerFileDialog({});
@@ -335,7 +335,7 @@ private slots:
         QVERIFY(loaded.wait(20000));
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(d->windowTitle(), QString("silence.wav"));
-        QCOMPARE(d->history.array_WAV_Files, QStringList({m_app->sSilenceWavPath}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({m_app->sSilenceWavPath}));
         for (const QString& version : versions)
             QVERIFY2(!QFile::exists(version), qPrintable(version));
         d->close();
@@ -366,20 +366,20 @@ private slots:
         d->OnToolbarRecord();
         QTRY_COMPARE(d->m_RecordStatus, quint64(StatusRecording));
         const qsizetype runs = m_app->runner().runs().size();
-        const QStringList versions = d->history.array_WAV_Files;
+        const QStringList versions = d->history().array_WAV_Files();
         m_app->cut();
         d->Operation_Delete();
         d->OnPopupReverseEntireTrack();
         QTest::qWait(300);
         QVERIFY(!m_app->runner().isBusy());
         QCOMPARE(m_app->runner().runs().size(), runs);
-        QCOMPARE(d->history.array_WAV_Files, versions);
+        QCOMPARE(d->history().array_WAV_Files(), versions);
         QSignalSpy loaded(d, &Document::loaded);
         d->OnToolbarStop();
         QVERIFY(loaded.wait(20000));
         QVERIFY(gui::waitIdle(*m_app));
         QVERIFY(QFile::exists(d->s_WAV_File_Path));
-        QCOMPARE(d->history.array_WAV_Files, QStringList({d->s_WAV_File_Path}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_WAV_File_Path}));
         d->close();
     }
 

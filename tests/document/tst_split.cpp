@@ -28,8 +28,8 @@ struct History {
     bool operator==(const History&) const = default;
 };
 History historyOf(const Document* d) {
-    return {d->s_WAV_File_Path, d->history.array_WAV_Files, d->history.u_array_WAV_Files_Position,
-            d->history.u_array_WAV_Files_Length};
+    return {d->s_WAV_File_Path, d->history().array_WAV_Files(), d->history().u_array_WAV_Files_Position(),
+            d->history().u_array_WAV_Files_Length()};
 }
 } // namespace
 
@@ -68,7 +68,7 @@ class tst_Split : public QObject {
     static void checkPiece(const Document* piece, const QString& path, double seconds) {
         QCOMPARE(piece->s_WAV_File_Path, path);
         QCOMPARE(piece->windowTitle(), QFileInfo(path).fileName());
-        QCOMPARE(piece->history.array_WAV_Files, QStringList({path}));
+        QCOMPARE(piece->history().array_WAV_Files(), QStringList({path}));
         const double length = fixtures::wavInfo(path).seconds();
         QVERIFY2(std::abs(length - seconds) < 0.03, qPrintable(QString("%1: %2 s").arg(path).arg(length)));
     }
@@ -193,7 +193,7 @@ private slots:
         for (const Document* piece : pieces) {
             QCOMPARE(piece->audioPlot->color(), QColor(10, 20, 250));
             // A refresh clears the history, deleting the file it lists: the piece itself.
-            QCOMPARE(piece->history.array_WAV_Files, QStringList({piece->s_WAV_File_Path}));
+            QCOMPARE(piece->history().array_WAV_Files(), QStringList({piece->s_WAV_File_Path}));
             QVERIFY(!QFile::exists(piece->s_WAV_File_Path));
         }
         QCOMPARE(m_app->u_Open_New_Document, 2u); // no new document took the entries

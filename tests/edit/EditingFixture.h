@@ -110,8 +110,8 @@ protected:
             QVERIFY2(span.tone ? level > 0.05 : level < 0.001,
                      qPrintable(QString("%1–%2 s: %3").arg(span.from).arg(span.to).arg(level)));
         }
-        QCOMPARE(d->history.u_array_WAV_Files_Length, quint64(versionsBefore + 1));
-        QCOMPARE(d->history.array_WAV_Files.last(), d->s_WAV_File_Path);
+        QCOMPARE(d->history().u_array_WAV_Files_Length(), quint64(versionsBefore + 1));
+        QCOMPARE(d->history().array_WAV_Files().last(), d->s_WAV_File_Path);
         const QString name = QFileInfo(d->s_WAV_File_Path).fileName();
         QVERIFY2(QRegularExpression("^\\d{4}(-\\d\\d){5}(Before)?\\.wav$").match(name).hasMatch(),
                  qPrintable(name));

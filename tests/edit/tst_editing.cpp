@@ -21,7 +21,7 @@ private slots:
         QVERIFY(fixtures::rms(clip, 0.1, 1.9) > 0.05);
         QVERIFY(fixtures::rms(clip, 2.1, 2.9) < 0.001);
         QCOMPARE(d->s_WAV_File_Path, track);
-        QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
+        QCOMPARE(d->history().u_array_WAV_Files_Length(), 1u);
         QCOMPARE(QDir(m_app->s_Output_Folder).entryList({"*Before.wav", "*After.wav"}), QStringList());
     }
 

@@ -26,7 +26,7 @@ private slots:
     // and the track, its history and the work folder stay as they were.
     void expectRefused(Document* d, const std::function<void()>& action, const QString& operation) {
         const QString track = d->s_WAV_File_Path;
-        const quint64 versions = d->history.u_array_WAV_Files_Length;
+        const quint64 versions = d->history().u_array_WAV_Files_Length();
         const QStringList files = workFiles();
         const auto alert = gui::answerAlert();
         action();
@@ -35,7 +35,7 @@ private slots:
         QVERIFY2(alert->informativeText.startsWith(operation + " produced no usable audio."),
                  qPrintable(alert->informativeText));
         QCOMPARE(d->s_WAV_File_Path, track);
-        QCOMPARE(d->history.u_array_WAV_Files_Length, versions);
+        QCOMPARE(d->history().u_array_WAV_Files_Length(), versions);
         QCOMPARE(workFiles(), files);
     }
 
@@ -94,7 +94,7 @@ private slots:
         QVERIFY(inOneSecond(
             d, [&] { d->OnPopupReverseEntireTrack(); }, [&] { d->OnPopupReverseEntireTrack(); }));
         // The second reverse read the first one's file before it rewrote it.
-        const QStringList history = d->history.array_WAV_Files;
+        const QStringList history = d->history().array_WAV_Files();
         QCOMPARE(history.size(), 3);
         QCOMPARE(history[1], history[2]);
         QCOMPARE(fixtures::samples(d->s_WAV_File_Path), fixtures::samples(original));
@@ -127,7 +127,7 @@ private slots:
             QVERIFY(edit(d, [&] { d->OnPopupReverseEntireTrack(); }));
             const QString current = d->s_WAV_File_Path;
             const QByteArray was = digest(current);
-            const QStringList history = d->history.array_WAV_Files;
+            const QStringList history = d->history().array_WAV_Files();
             const auto alert = gui::answerAlert();
             // sox knows no such effect: nothing is written, and the result's
             // name is the current version's when this second is still the same.
@@ -136,7 +136,7 @@ private slots:
             QVERIFY(gui::waitIdle(*m_app));
             QCOMPARE(alert->informativeText,
                      QString("Parameters were not accepted. change parameters and try again."));
-            QCOMPARE(d->history.array_WAV_Files, history);
+            QCOMPARE(d->history().array_WAV_Files(), history);
             QCOMPARE(digest(current), was);
             QVERIFY(hiddenFiles().isEmpty());
             const QList<ToolRun>& runs = m_app->runner().runs();
@@ -166,7 +166,7 @@ private slots:
         QVERIFY(info.ok);
         QCOMPARE(info.frames, qint64(0));
         QCOMPARE(d->i_Audio_Duration_Seconds, qint64(0));
-        QCOMPARE(d->history.u_array_WAV_Files_Length, 2u);
+        QCOMPARE(d->history().u_array_WAV_Files_Length(), 2u);
     }
 
     void pasteAtPositionZeroPutsTheClipFirst() {
@@ -218,7 +218,7 @@ private slots:
         d->OnPopupSilenceTrim();
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(m_app->runner().runs().size(), runs);
-        QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
+        QCOMPARE(d->history().u_array_WAV_Files_Length(), 1u);
     }
 
     void aTrimWhoseResultIsNotWrittenSaysSoAndChangesNothing() {
@@ -236,7 +236,7 @@ private slots:
         QCOMPARE(alert->buttons, QStringList({"Close"}));
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(d->s_WAV_File_Path, current);
-        QCOMPARE(d->history.array_WAV_Files, QStringList({current}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({current}));
     }
 
     void undoAndRedoAcrossTenEditsBringBackEveryVersionByteForByte() {
@@ -261,7 +261,7 @@ private slots:
             QVERIFY(edit(d, action));
             versions << digest(d->s_WAV_File_Path);
         }
-        QCOMPARE(d->history.u_array_WAV_Files_Length, 11u);
+        QCOMPARE(d->history().u_array_WAV_Files_Length(), 11u);
         for (int i = 9; i >= 0; --i) {
             QSignalSpy reloaded(d, &Document::loaded);
             d->Operation_Undo();

@@ -212,6 +212,49 @@ private slots:
                       "probe " + R}));
     }
 
+    void everyEditNamesItsVersion() {
+        const EditState s = state();
+        QCOMPARE(buildCutPlan(s, names(), true).label, QString("Cut"));
+        QCOMPARE(buildDeletePlan(s, names()).label, QString("Delete"));
+        QCOMPARE(buildPastePlan(s, names(), PastePlace::Start).label, QString("Paste at start"));
+        QCOMPARE(buildPastePlan(s, names(), PastePlace::CurrentPosition).label,
+                 QString("Paste at play position"));
+        QCOMPARE(buildPastePlan(s, names(), PastePlace::StartOfSelection).label,
+                 QString("Paste at start of selection"));
+        QCOMPARE(buildPastePlan(s, names(), PastePlace::EndOfSelection).label,
+                 QString("Paste at end of selection"));
+        QCOMPARE(buildPastePlan(s, names(), PastePlace::End).label, QString("Paste at end"));
+        QCOMPARE(buildPasteMixPlan(s, names(), PastePlace::Start).label, QString("Mix at start"));
+        QCOMPARE(buildPasteMixPlan(s, names(), PastePlace::CurrentPosition).label,
+                 QString("Mix at play position"));
+        QCOMPARE(buildPasteMixPlan(s, names(), PastePlace::StartOfSelection).label,
+                 QString("Mix at start of selection"));
+        QCOMPARE(buildPasteMixPlan(s, names(), PastePlace::EndOfSelection).label,
+                 QString("Mix at end of selection"));
+        QCOMPARE(buildSilenceInsertPlan(s, names(), SilencePlace::Start, 500).label,
+                 QString("Insert silence at start"));
+        QCOMPARE(buildSilenceInsertPlan(s, names(), SilencePlace::End, 500).label,
+                 QString("Insert silence at end"));
+        QCOMPARE(buildSilenceInsertPlan(s, names(), SilencePlace::CurrentPosition, 500).label,
+                 QString("Insert silence at play position"));
+        QCOMPARE(buildSilenceSelectionPlan(s, names()).label, QString("Silence the selection"));
+        QCOMPARE(buildSilenceTrimPlan(s, names(), 1, 1500).label, QString("Trim silence from start"));
+        QCOMPARE(buildSilenceTrimPlan(s, names(), 2, 1500).label, QString("Trim silence from end"));
+        QCOMPARE(buildSilenceTrimPlan(s, names(), 3, 1500).label, QString("Trim silence from both ends"));
+        QCOMPARE(buildSilenceTrimPlan(s, names(), 7, 1500).label, QString("Trim silence"));
+        // A copy makes no version.
+        QVERIFY(buildCopyPlan(s, names(), true).label.isEmpty());
+    }
+
+    void effectLabels() {
+        QCOMPARE(versionLabel("Echo", false), QString("Echo"));
+        QCOMPARE(versionLabel("Echo", true), QString("Echo on selection"));
+        QCOMPARE(effectVersionLabel("The echo effect", false), QString("Echo"));
+        QCOMPARE(effectVersionLabel("The echo effect", true), QString("Echo on selection"));
+        QCOMPARE(effectVersionLabel("The normalize effect", false), QString("Normalize"));
+        QCOMPARE(effectVersionLabel("Reverse", true), QString("Reverse on selection"));
+    }
+
     void paddedClipSitsBesideTheClip() {
         QCOMPARE(paddedPath("/some where/2024-05-01-10-20-30.wav"),
                  QString("/some where/2024-05-01-10-20-30_PAD.wav"));

@@ -110,7 +110,7 @@ private slots:
         // Every dialog was declined: nothing ran.
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(workFiles(), files);
-        QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
+        QCOMPARE(d->history().u_array_WAV_Files_Length(), 1u);
     }
 
     void anArgumentSoxRefusesLeavesTheTrackAsItWas() {
@@ -126,7 +126,7 @@ private slots:
         QCOMPARE(alert->buttons, QStringList({"Close"}));
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(d->s_WAV_File_Path, current);
-        QCOMPARE(d->history.array_WAV_Files, QStringList({current}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({current}));
     }
 
     void onASelectionTheCutPartsStayAfterARefusal() {
@@ -147,7 +147,7 @@ private slots:
         QVERIFY(added[1].endsWith("Before.wav"));
         QVERIFY(added[2].endsWith("Selection.wav"));
         QCOMPARE(d->s_WAV_File_Path, current);
-        QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
+        QCOMPARE(d->history().u_array_WAV_Files_Length(), 1u);
     }
 
     void theToolsMenuOffersReversalAndItsItemReverses() {

@@ -57,8 +57,8 @@ class tst_EffectRuns : public EditingFixture {
     void expectUnchanged(Document* d, const QString& current, const QStringList& files) {
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(d->s_WAV_File_Path, current);
-        QCOMPARE(d->history.array_WAV_Files, QStringList({current}));
-        QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({current}));
+        QCOMPARE(d->history().u_array_WAV_Files_Length(), 1u);
         QCOMPARE(d->windowTitle(), QFileInfo(current).fileName());
         QCOMPARE(workFiles(), files);
     }
@@ -108,7 +108,7 @@ private slots:
         QVERIFY(info.ok);
         QVERIFY2(std::abs(info.seconds() - lengthAfter(key, 5)) < 0.03,
                  qPrintable(QString::number(info.seconds())));
-        QCOMPARE(d->history.array_WAV_Files, QStringList({original, d->s_WAV_File_Path}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({original, d->s_WAV_File_Path}));
         QCOMPARE(d->windowTitle(), QFileInfo(d->s_WAV_File_Path).fileName());
         QCOMPARE(d->i_Audio_Duration_Seconds, qint64(lengthAfter(key, 5) + 0.004));
         // The effect did something, except amplifying by the 100 % it starts
@@ -144,7 +144,7 @@ private slots:
         const QString result = d->s_WAV_File_Path;
         const double length = fixtures::wavInfo(result).seconds(), expected = 3 + lengthAfter(key, 2);
         QVERIFY2(std::abs(length - expected) < 0.03, qPrintable(QString::number(length)));
-        QCOMPARE(d->history.array_WAV_Files, QStringList({original, result}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({original, result}));
         // Before the selection and after it (counted from the end), the audio is as it was.
         const QList<std::array<double, 4>> windows = {{0.1, 1.4, 0.1, 1.4},
                                                       {3.6, 4.9, length - 1.4, length - 0.1}};
@@ -173,7 +173,7 @@ private slots:
         waitPastEveryStamp(m_app->s_Output_Folder);
         QVERIFY(runItem(d, "OnPopupTempoEntireTrack", true));
         QVERIFY(std::abs(fixtures::wavInfo(d->s_WAV_File_Path).seconds() - 3.2) < 0.03);
-        QCOMPARE(d->history.u_array_WAV_Files_Length, 3u);
+        QCOMPARE(d->history().u_array_WAV_Files_Length(), 3u);
     }
 
     void noiseReductionRemovesTheSelectedNoise() {
@@ -194,7 +194,7 @@ private slots:
         QVERIFY(edit(d, [&] { item->trigger(); }));
 
         const QString result = d->s_WAV_File_Path;
-        QCOMPARE(d->history.array_WAV_Files, QStringList({original, result}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({original, result}));
         QVERIFY(std::abs(fixtures::wavInfo(result).seconds() - 5) < 0.03);
         for (const auto& [from, to] : {std::pair{0.3, 1.3}, std::pair{3.5, 4.5}}) {
             const double drop =
@@ -243,7 +243,7 @@ private slots:
         QVERIFY(gui::waitIdle(*m_app));
         QVERIFY(QFile::rename(current + ".away", current));
         QCOMPARE(d->s_WAV_File_Path, current);
-        QCOMPARE(d->history.array_WAV_Files, QStringList({current}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({current}));
     }
 
     // Declining a dialog, in any of the ways there are, runs nothing.
@@ -342,7 +342,7 @@ private slots:
                  QString("Parameters were not accepted. change parameters and try again."));
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(d->s_WAV_File_Path, current);
-        QCOMPARE(d->history.array_WAV_Files, QStringList({current}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({current}));
         // The three cut parts stay behind; nothing was processed or joined.
         QStringList added = workFiles();
         for (const QString& name : files)

@@ -221,7 +221,7 @@ private slots:
         QVERIFY(std::abs(pitch(all, 11, 29) - 880) < 8);
         QVERIFY(std::abs(pitch(all, 31, 34.5) - 1320) < 12);
         for (Document* d : sources) // the sources are as they were
-            QCOMPARE(d->history.array_WAV_Files, QStringList({d->s_WAV_File_Path}));
+            QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_WAV_File_Path}));
     }
 
     void closingTheMixerByHandOpensNothing() {

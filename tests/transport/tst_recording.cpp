@@ -144,9 +144,10 @@ private slots:
         QCOMPARE(d->s_File_Path, take);
         QCOMPARE(d->windowTitle(), QFileInfo(take).fileName());
         QCOMPARE(d->s_WAV_File_URL, "file://" + take);
-        QCOMPARE(d->history.array_WAV_Files, QStringList({take}));
-        QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
-        QCOMPARE(d->history.u_array_WAV_Files_Position, 1u);
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({take}));
+        QCOMPARE(d->history().u_array_WAV_Files_Length(), 1u);
+        QCOMPARE(d->history().u_array_WAV_Files_Position(), 1u);
+        QCOMPARE(d->history().versions().first().label, QString("Recorded"));
         QVERIFY(!QFile::exists(previous)); // the old history's files are gone
 
         const fixtures::WavInfo info = fixtures::wavInfo(take);
@@ -179,7 +180,7 @@ private slots:
         QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).isWorkingWav());
         QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).seconds() < 1);
         QCOMPARE(d->i_Audio_Duration_Seconds, 0);
-        QCOMPARE(d->history.u_array_WAV_Files_Length, 1u);
+        QCOMPARE(d->history().u_array_WAV_Files_Length(), 1u);
     }
 
     // Another window's result of the take's second, made while it records,
@@ -201,7 +202,7 @@ private slots:
         QVERIFY(take != named);
         QCOMPARE(QFileInfo(take).path(), m_app->s_Output_Folder);
         QVERIFY(QFileInfo(take).fileName().contains(QRegularExpression("^\\d{4}(-\\d\\d){5}\\.wav$")));
-        QCOMPARE(d->history.array_WAV_Files, QStringList({take}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({take}));
         QCOMPARE(fixtures::samples(named), other); // untouched
         const std::vector<short> recorded = fixtures::samples(take);
         QVERIFY2(std::abs(listening::frequency(recorded) - 1000) < 15, "the take is not what was recorded");
@@ -229,7 +230,7 @@ private slots:
         QCOMPARE(d->m_RecordStatus, 1u);
         QCOMPARE(buttons(d), recording); // Pause and Stop still work
         QVERIFY(!d->btnOpen->isEnabled());
-        QVERIFY(!d->b_Audio_Loaded || d->history.array_WAV_Files == QStringList({before}));
+        QVERIFY(!d->b_Audio_Loaded || d->history().array_WAV_Files() == QStringList({before}));
 
         const auto dialog = gui::answerFileDialog({});
         d->OnToolbarOpen();
@@ -245,7 +246,7 @@ private slots:
         const QString take = d->s_Sound_File_Source;
         QVERIFY(finish(d));
         QCOMPARE(d->s_WAV_File_Path, take);
-        QCOMPARE(d->history.array_WAV_Files, QStringList({take}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({take}));
         QCOMPARE(d->windowTitle(), QFileInfo(take).fileName());
         QVERIFY(d->btnOpen->isEnabled());
     }
@@ -291,7 +292,7 @@ private slots:
         QVERIFY(finish(second));
         QVERIFY(first->s_WAV_File_Path != second->s_WAV_File_Path);
         for (Document* d : {first, second}) {
-            QCOMPARE(d->history.array_WAV_Files, QStringList({d->s_WAV_File_Path}));
+            QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_WAV_File_Path}));
             QCOMPARE(d->windowTitle(), QFileInfo(d->s_WAV_File_Path).fileName());
             const fixtures::WavInfo take = fixtures::wavInfo(d->s_WAV_File_Path);
             QVERIFY(take.isWorkingWav());
@@ -328,7 +329,7 @@ private slots:
         QCOMPARE(d->m_RecordStatus, 0u);
         QCOMPARE(d->s_WAV_File_Path, m_app->sSilenceWavPath);
         QCOMPARE(d->windowTitle(), QString("silence.wav"));
-        QCOMPARE(d->history.array_WAV_Files, QStringList({m_app->sSilenceWavPath}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({m_app->sSilenceWavPath}));
         QCOMPARE(d->i_Audio_Duration_Seconds, 60);
     }
 
@@ -367,7 +368,7 @@ private slots:
         QVERIFY(alert->informativeText.contains("recording stopped"));
         QVERIFY(loaded.wait(20000) || loaded.count() > 0);
         QCOMPARE(d->m_RecordStatus, 0u);
-        QCOMPARE(d->history.array_WAV_Files, QStringList({d->s_Sound_File_Source}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_Sound_File_Source}));
         QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).seconds() > 0.3);
     }
 
@@ -415,7 +416,7 @@ private slots:
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(d->m_RecordStatus, 0u);
         // Whatever was recorded last is the track, alone in its history.
-        QCOMPARE(d->history.array_WAV_Files.size(), 1);
+        QCOMPARE(d->history().array_WAV_Files().size(), 1);
         QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).ok);
     }
 
