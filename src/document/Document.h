@@ -101,7 +101,7 @@ public:
 
     // Effects (defined beside the effect plans): one sox effect over the whole
     // track or over the selection only.
-    void applyEffect(const EffectArguments& arguments, bool selectionOnly);
+    void applyEffect(const EffectArguments& arguments, bool selectionOnly, const QString& label = {});
     // Runs a catalogue row: its dialog (if any), then the effect.
     void runEffect(const EffectEntry& entry, bool selectionOnly);
     void fillEffectsMenu(); // done when the effects menu is first shown

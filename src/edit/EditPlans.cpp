@@ -92,17 +92,6 @@ QString versionLabel(const QString& title, bool selectionOnly) {
     return selectionOnly ? QStringLiteral("%1 on selection").arg(title) : title;
 }
 
-QString effectVersionLabel(const QString& operationName, bool selectionOnly) {
-    QString title = operationName;
-    if (title.startsWith(QStringLiteral("The ")))
-        title.remove(0, 4);
-    if (title.endsWith(QStringLiteral(" effect")))
-        title.chop(7);
-    if (!title.isEmpty())
-        title[0] = title.at(0).toUpper();
-    return versionLabel(title, selectionOnly);
-}
-
 QString parametersNotAcceptedMessage() {
     return QStringLiteral("Parameters were not accepted. change parameters and try again.");
 }

@@ -46,9 +46,6 @@ EditPlan buildSilenceTrimPlan(const EditState& s, const ResultNames& names, quin
 // The history's label of a version made over the whole track ("Echo") or
 // over the selection only ("Echo on selection").
 QString versionLabel(const QString& title, bool selectionOnly);
-// The same for an effect, from the name it is told by: "The echo effect"
-// gives "Echo" or "Echo on selection".
-QString effectVersionLabel(const QString& operationName, bool selectionOnly);
 
 // The alert of an edit whose tool wrote no result.
 QString parametersNotAcceptedMessage();

@@ -9,11 +9,11 @@
 
 #include <QMenu>
 
-void Document::applyEffect(const EffectArguments& arguments, bool selectionOnly) {
+void Document::applyEffect(const EffectArguments& arguments, bool selectionOnly, const QString& label) {
     const ResultNames names(m_app.s_Output_Folder);
     EditPlan plan = selectionOnly ? buildEffectSelectionPlan(editState(true), names, arguments)
                                   : buildEffectPlan(editState(false), names, arguments);
-    plan.label = effectVersionLabel(effectOperationName(arguments), selectionOnly);
+    plan.label = label;
     runEdit(plan);
 }
 
@@ -35,7 +35,7 @@ void Document::runEffect(const EffectEntry& entry, bool selectionOnly) {
             return;
         values = dialog.effectValues();
     }
-    applyEffect(entry.arguments(values), selectionOnly);
+    applyEffect(entry.arguments(values), selectionOnly, effectVersionLabel(entry, selectionOnly));
 }
 
 void Document::OnPopupEqualizerEntireTrack() {
@@ -56,7 +56,8 @@ void Document::OnPopupNoiseReduction() {
         showErrorAlert(this, QStringLiteral("Select a stretch that holds noise only, then try again."));
         return;
     }
-    runEdit(buildNoiseReductionPlan(state, ResultNames(m_app.s_Output_Folder), strength.effectValues().real(QStringLiteral("f_Level"))));
+    runEdit(buildNoiseReductionPlan(state, ResultNames(m_app.s_Output_Folder),
+                                    strength.effectValues().real(QStringLiteral("f_Level"))));
 }
 
 void Document::buildEffectsMenu() {

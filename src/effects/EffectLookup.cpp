@@ -55,7 +55,7 @@ QString actionName(const EffectEntry& entry, bool selection) {
 }
 
 QString effectVersionLabel(const EffectEntry& entry, bool selection) {
-    return selection ? entry.title + QStringLiteral(" on selection") : entry.title;
+    return versionLabel(entry.title, selection);
 }
 
 namespace {
@@ -133,6 +133,7 @@ EditPlan buildNoiseReductionPlan(const EditState& s, const ResultNames& names, f
         step::ProbeDuration{result},
     };
     edit.result = result;
+    edit.label = QStringLiteral("Noise reduction");
     edit.deleteAfterAdopting = {sample, profile};
     return edit;
 }

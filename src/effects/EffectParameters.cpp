@@ -193,8 +193,8 @@ Parameter checkBox(const char* key, const char* control, const char* caption, bo
 }
 
 const Parameter* DialogDeclaration::parameter(const QString& key) const {
-    const auto found =
-        std::find_if(parameters.begin(), parameters.end(), [&key](const Parameter& p) { return p.key == key; });
+    const auto found = std::find_if(parameters.begin(), parameters.end(),
+                                    [&key](const Parameter& p) { return p.key == key; });
     return found == parameters.end() ? nullptr : &*found;
 }
 
@@ -223,10 +223,10 @@ bool fails(Check::Rule rule, const EffectValues::Number& number) {
 QString refusal(const DialogDeclaration& dialog, const EffectValues& values) {
     for (const Check& check : dialog.checks) {
         const Parameter* p = dialog.parameter(check.key);
-        const EffectValues::Number number = !p                             ? EffectValues::Number{qint64(0)}
-                                            : p->type == ValueType::Real   ? values.real(check.key)
-                                            : p->type == ValueType::Whole  ? values.whole(check.key)
-                                                                           : values.unsignedWhole(check.key);
+        const EffectValues::Number number = !p                            ? EffectValues::Number{qint64(0)}
+                                            : p->type == ValueType::Real  ? values.real(check.key)
+                                            : p->type == ValueType::Whole ? values.whole(check.key)
+                                                                          : values.unsignedWhole(check.key);
         if (fails(check.rule, number))
             return check.message;
     }

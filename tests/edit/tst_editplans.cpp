@@ -249,10 +249,6 @@ private slots:
     void effectLabels() {
         QCOMPARE(versionLabel("Echo", false), QString("Echo"));
         QCOMPARE(versionLabel("Echo", true), QString("Echo on selection"));
-        QCOMPARE(effectVersionLabel("The echo effect", false), QString("Echo"));
-        QCOMPARE(effectVersionLabel("The echo effect", true), QString("Echo on selection"));
-        QCOMPARE(effectVersionLabel("The normalize effect", false), QString("Normalize"));
-        QCOMPARE(effectVersionLabel("Reverse", true), QString("Reverse on selection"));
     }
 
     void paddedClipSitsBesideTheClip() {

@@ -43,6 +43,13 @@ private slots:
         QCOMPARE(groups.size(), 4);
     }
 
+    // What the history calls the version an effect made.
+    void versionLabels() {
+        QCOMPARE(effectVersionLabel(*findEffect("Echo"), true), QString("Echo on selection"));
+        QCOMPARE(effectVersionLabel(*findEffect("BassTreble"), false), QString("Bass and Treble"));
+        QCOMPARE(effectVersionLabel(*findEffect("Compression"), false), QString("Contrast"));
+    }
+
     void actionNames() {
         QCOMPARE(actionName(*findEffect("Amplify"), false), QString("OnPopupAmplifyEntireTrack"));
         QCOMPARE(actionName(*findEffect("Amplify"), true), QString("OnPopupAmplifySelection"));
@@ -218,6 +225,7 @@ private slots:
         QCOMPARE(std::get<step::DeleteFile>(e.plan.steps.front()).path, QString("/w/noise.prof"));
         QCOMPARE(e.result, r);
         QCOMPARE(e.deleteAfterAdopting, QStringList({sample, "/w/noise.prof"}));
+        QCOMPARE(e.label, QString("Noise reduction"));
     }
 };
 
