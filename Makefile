@@ -1,7 +1,7 @@
 # Tanselo: `make run` sets up, builds and starts the editor; `make test` sets up,
 # builds and runs every test headless. Both install what is missing (Debian 12).
 
-.PHONY: run test build bench package setup clean
+.PHONY: run test build bench package effects-doc setup clean
 
 run: build
 	./build/tanselo
@@ -19,6 +19,10 @@ bench: build
 # A Debian package of the editor: build/tanselo_<version>_amd64.deb.
 package: build
 	cd build && cpack -G DEB
+
+# Rewrites docs/effects.md from the effect catalogue's declarations.
+effects-doc: build
+	cmake --build build --target effects-doc
 
 setup:
 	scripts/setup.sh

@@ -1,8 +1,11 @@
 #include "edit/EditingFixture.h"
 
 #include "effects/EffectDialogs.h"
+#include <QCheckBox>
 #include <QDir>
+#include <QLabel>
 #include <QMenu>
+#include <QSlider>
 
 // The effect procedures run for real: reversal needs no dialog, and an
 // argument sox refuses shows what every failed effect shows.
@@ -167,6 +170,60 @@ private slots:
         const std::vector<short> original = frames(before), result = frames(d->s_WAV_File_Path);
         QCOMPARE(result.size(), original.size());
         QCOMPARE(result[2 * 1000], original[original.size() - 2 - 2 * 1000]);
+    }
+
+    // A row added to the catalogue and nothing else: its dialog is built from
+    // the declarations, shows and reads its controls, and the effect runs.
+    void aNewCatalogueRowGetsAWorkingDialog() {
+        const EffectEntry row{"Test",
+                              "Volume",
+                              "Volume",
+                              {"Window_Volume",
+                               "Volume",
+                               {},
+                               {slider("f_Factor", "Factor", "Factor (%):", 0, 200, 50).over(100, "%.2f"),
+                                checkBox("u_Invert", "Invert", "Invert:", false).as(ValueType::Unsigned)},
+                               {{"f_Factor", Check::Zero, "Factor invalid."}}},
+                              "Volume Test",
+                              true,
+                              [](const EffectValues& v) {
+                                  const float sign = v.unsignedWhole("u_Invert") ? -1 : 1;
+                                  return EffectArguments{
+                                      {},
+                                      {"vol", QString::asprintf("%.02f", double(sign * v.real("f_Factor")))}};
+                              }};
+        QVERIFY(declarationProblems(row).isEmpty());
+        Document* d = openPattern();
+        QVERIFY(d);
+        const QString before = d->s_WAV_File_Path;
+        QString title, startLabel, movedLabel, refused;
+        gui::whenModal<EffectDialog>("Window_Volume", [&](EffectDialog* dialog) {
+            title = dialog->windowTitle();
+            auto* factor = dialog->findChild<QSlider*>("sliderFactor");
+            auto* label = dialog->findChild<QLabel*>("labelFactor");
+            startLabel = label->text();
+            factor->setValue(0);
+            const auto alert = gui::answerAlert();
+            dialog->OnOK(); // 0 is refused and the dialog stays
+            refused = alert->informativeText;
+            factor->setValue(150);
+            movedLabel = label->text();
+            dialog->findChild<QCheckBox*>("checkInvert")->setChecked(true);
+            dialog->OnOK();
+        });
+        QVERIFY(edit(d, [&] { d->runEffect(row, false); }));
+        QCOMPARE(title, QString("Volume Test"));
+        QCOMPARE(startLabel, QString("0.50"));
+        QCOMPARE(refused, QString("Factor invalid."));
+        QCOMPARE(movedLabel, QString("1.50"));
+        // sox was given vol -1.50: every sample is the original's, inverted and half again as loud.
+        const std::vector<short> original = frames(before), result = frames(d->s_WAV_File_Path);
+        QCOMPARE(result.size(), original.size());
+        for (std::size_t i : {std::size_t(2000), std::size_t(2011), std::size_t(50000)}) {
+            QVERIFY(std::abs(original[i]) > 1000);
+            QVERIFY2(std::abs(result[i] + 1.5 * original[i]) <= 3, qPrintable(QString::number(result[i])));
+        }
+        QCOMPARE(d->history().versions().last().label, QString("Volume"));
     }
 };
 
