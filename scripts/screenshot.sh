@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Takes a screenshot of the real editor under Xvfb with a track loaded:
-#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel|mixer|effects-menu|shortcuts|history]
+#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel|mixer|effects-menu|shortcuts|history|equalizer]
 # The last argument, run beside an audio server (scripts/with-audio-server.sh),
 # takes the picture 2.5 s into playback from the clicked position, or into a
 # recording of a tone played into the server. "export" takes the export dialog
@@ -10,7 +10,7 @@
 # track and two silence tracks, the second row selected and starting at 50 s;
 # "effects-menu" the menu bar with its Effects menu open; "shortcuts" the
 # Keyboard Shortcuts window; "history" the History window after a cut, a
-# delete, a paste at the end and one undo.
+# delete, a paste at the end and one undo; "equalizer" the equalizer's dialog.
 # After zooming, the waveform is scrolled right by SCROLL_STEPS wheel steps
 # and the play position set by a click a third of the way along the window. Without a file, a speech recording is put together from
 # alsa-utils' samples.
@@ -102,6 +102,14 @@ effects-menu)
 shortcuts)
     xdotool key alt+h k # Help ▸ Keyboard Shortcuts
     window=$(timeout 10 xdotool search --sync --name '^Keyboard Shortcuts$' | head -1)
+    sleep 0.5
+    ;;
+equalizer)
+    # Effects ▸ Equalizer ▸ Entire Track…: a dialog built from its declarations.
+    xdotool key alt+c
+    sleep 0.5
+    xdotool key Down Down Down Down Down Down Down Down Right Return
+    window=$(timeout 10 xdotool search --sync --name '^Equalizer$' | head -1)
     sleep 0.5
     ;;
 history)
