@@ -54,5 +54,6 @@ private:
 
 // The dialog of that declaration, or of that name ("Window_Echo"; null when
 // no dialog has it).
-std::unique_ptr<EffectDialog> makeEffectDialog(const DialogDeclaration& declaration, QWidget* parent = nullptr);
+std::unique_ptr<EffectDialog> makeEffectDialog(const DialogDeclaration& declaration,
+                                               QWidget* parent = nullptr);
 std::unique_ptr<EffectDialog> makeEffectDialog(const QString& name, QWidget* parent = nullptr);

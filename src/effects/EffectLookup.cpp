@@ -58,20 +58,6 @@ QString effectVersionLabel(const EffectEntry& entry, bool selection) {
     return versionLabel(entry.title, selection);
 }
 
-namespace {
-QString typeName(ValueType type) {
-    switch (type) {
-    case ValueType::Real:
-        return QStringLiteral("a real number");
-    case ValueType::Whole:
-        return QStringLiteral("a whole number");
-    case ValueType::Unsigned:
-        return QStringLiteral("an unsigned whole number");
-    }
-    return {};
-}
-} // namespace
-
 QStringList declarationProblems(const EffectEntry& entry) {
     QStringList problems;
     const DialogDeclaration& dialog = entry.dialog;

@@ -4,6 +4,18 @@
 
 #include <algorithm>
 
+QString typeName(ValueType type) {
+    switch (type) {
+    case ValueType::Real:
+        return QStringLiteral("real");
+    case ValueType::Whole:
+        return QStringLiteral("whole");
+    case ValueType::Unsigned:
+        return QStringLiteral("unsigned whole");
+    }
+    return {};
+}
+
 EffectValues::EffectValues(std::initializer_list<std::pair<QString, Number>> values) {
     for (const auto& [key, number] : values)
         m_values[key] = number;

@@ -15,6 +15,7 @@
 // How a property holds its value: the effects' real numbers are 32-bit floats,
 // their whole numbers 64-bit, signed or not.
 enum class ValueType { Real, Whole, Unsigned };
+QString typeName(ValueType type); // "real", "whole", "unsigned whole"
 
 // A dialog's accepted values by property name ("u_Percentage", "f_Delay_MS").
 // Each value keeps its own type; reading converts as C++ converts, and a name

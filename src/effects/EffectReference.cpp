@@ -14,18 +14,6 @@ QString caption(const Parameter& p) {
     return p.kind == ControlKind::Band ? c + ' ' + p.text : c;
 }
 
-QString typeText(ValueType type) {
-    switch (type) {
-    case ValueType::Real:
-        return QStringLiteral("real");
-    case ValueType::Whole:
-        return QStringLiteral("whole");
-    case ValueType::Unsigned:
-        return QStringLiteral("unsigned whole");
-    }
-    return {};
-}
-
 QString rangeText(const Parameter& p) {
     switch (p.kind) {
     case ControlKind::Slider:
@@ -83,7 +71,7 @@ QString readingText(const Parameter& p) {
         from = QStringLiteral("0 or 1");
         break;
     }
-    return QStringLiteral("`%1`, %2, from %3").arg(p.key, typeText(p.type), from);
+    return QStringLiteral("`%1`, %2, from %3").arg(p.key, typeName(p.type), from);
 }
 
 QString ruleText(Check::Rule rule) {

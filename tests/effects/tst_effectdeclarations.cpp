@@ -52,10 +52,8 @@ private slots:
         const EffectEntry mistyped = testRow([](const EffectValues& v) {
             return EffectArguments{{}, {"vol", QString::number(v.whole("f_Gain"))}};
         });
-        QCOMPARE(
-            declarationProblems(mistyped),
-            QStringList(
-                {"Test: the arguments read f_Gain as a whole number, but its control holds a real number"}));
+        QCOMPARE(declarationProblems(mistyped),
+                 QStringList({"Test: the arguments read f_Gain as whole, but its control holds real"}));
 
         const EffectEntry badCheck = testRow(
             [](const EffectValues& v) {
