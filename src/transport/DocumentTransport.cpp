@@ -306,10 +306,13 @@ void Document::endRecording() {
     viewAudioPlot->b_Recording = false;
     applyButtons(buttonsAfter(TransportStep::StopRecording));
     const int request = beginLoad();
-    m_app.runner().submit(buildProbePlan(s_WAV_File_Path), this, [this, request](const PlanOutcome& outcome) {
+    const QString path = s_WAV_File_Path;
+    m_app.runner().submit(buildProbePlan(path), this, [this, request, path](const PlanOutcome& outcome) {
+        if (request != m_loadRequest)
+            return;
         // A fresh history holding the take alone, its position one past it.
-        if (request == m_loadRequest)
-            finishLoading(outcome.seconds.value_or(0), recordedVersionLabel(), LoadEnd::RecordingTaken);
+        s_WAV_File_Path = path;
+        finishLoading(outcome.seconds.value_or(0), recordedVersionLabel(), LoadEnd::RecordingTaken);
     });
 }
 

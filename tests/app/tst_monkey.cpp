@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 #include "app/RemovedFiles.h"
 #include "document/Document.h"
+#include "document/HistoryWindow.h"
 #include "support/Fixtures.h"
 #include "support/Gui.h"
 #include "timeline/View_Audio_Wave.h"
@@ -30,6 +31,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QToolBar>
+#include <QTreeWidget>
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -551,6 +553,32 @@ class tst_Monkey : public QObject {
             item.action->trigger();
     }
 
+    void useHistory(Document* d) {
+        // The History window stays open beside its document: open it, choose
+        // a version as a user clicks one, or close it.
+        auto* window = d->findChild<HistoryWindow*>();
+        if (!window || !window->isVisible()) {
+            record(QStringLiteral("Edit ▸ History… in %1").arg(nameOf(d)));
+            d->actionHistory->trigger();
+            return;
+        }
+        QTreeWidget* table = window->tableVersions;
+        if (table->topLevelItemCount() == 0 || chance(0.2)) {
+            record(QStringLiteral("close the history of %1").arg(nameOf(d)));
+            window->close();
+            return;
+        }
+        const int row = choose(0, table->topLevelItemCount() - 1);
+        QTreeWidgetItem* item = table->topLevelItem(row);
+        record(QStringLiteral("history of %1: choose “%2” (row %3 of %4)%5")
+                   .arg(nameOf(d), item->text(HistoryWindow::ColumnLabel))
+                   .arg(row + 1)
+                   .arg(table->topLevelItemCount())
+                   .arg(table->isEnabled() ? QString() : QStringLiteral(" (disabled)")));
+        table->scrollToItem(item);
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->visualItemRect(item).center());
+    }
+
     void useToolsMenu(Document* d) {
         // The tools menu opens from the toolbar: nothing in it can be reached
         // while its button is disabled.
@@ -685,6 +713,7 @@ class tst_Monkey : public QObject {
             {"drag a handle", 10, [&] { drag(d, true); }},
             {"drag", 4, [&] { drag(d, false); }},
             {"cancel", 2, [&] { cancelRun(d); }},
+            {"history", 3, [&] { useHistory(d); }},
             {"close", open.size() > KeptWindows ? 3 : 0, [&] { closeWindow(d, {}); }},
             {"wait", 7,
              [&] {
@@ -778,9 +807,11 @@ class tst_Monkey : public QObject {
         MONKEY_VERIFY(QTest::qWaitFor([fired] { return *fired; }, 2000),
                       QStringLiteral("The editor did not answer a timer within 2 s."));
 
+        // No dialog is left up; the History windows are left open by users, as by the monkey.
         QStringList dialogs;
         for (QWidget* widget : QApplication::topLevelWidgets())
-            if (widget->isVisible() && qobject_cast<QDialog*>(widget))
+            if (widget->isVisible() && qobject_cast<QDialog*>(widget) &&
+                !qobject_cast<HistoryWindow*>(widget))
                 dialogs << QStringLiteral("%1 “%2”").arg(
                     QString::fromLatin1(widget->metaObject()->className()), widget->windowTitle());
         MONKEY_VERIFY(dialogs.isEmpty(),
