@@ -28,6 +28,11 @@ std::vector<Parameter> gains(int in, int out) {
         slider("f_Gain_Out", "GainOut", "Gain out (%):", 0, 100, out).as(Real).readFromSlider().because(why)};
 }
 
+// The gains as sox takes them, 0 … 1.
+QStringList gainWords(const EffectValues& v) {
+    return {real(v.real("f_Gain_In") / 100), real(v.real("f_Gain_Out") / 100)};
+}
+
 Parameter modulationList() {
     return list("u_Modulation", "Modulation", "Modulation:", {"Triangular", "Sinusoidal"});
 }
@@ -363,8 +368,8 @@ std::vector<EffectEntry> makeCatalogue() {
          {},
          true,
          [](const EffectValues& v) {
-             return words({"echo", real(v.real("f_Gain_In") / 100), real(v.real("f_Gain_Out") / 100),
-                           real(v.real("f_Delay_MS")), real(v.real("f_Decay_Factor"))});
+             return words(QStringList{"echo"} + gainWords(v) +
+                          QStringList{real(v.real("f_Delay_MS")), real(v.real("f_Decay_Factor"))});
          }},
         {"Space and modulation",
          "Reverb",
@@ -410,10 +415,9 @@ std::vector<EffectEntry> makeCatalogue() {
          {},
          true,
          [](const EffectValues& v) {
-             return words(QStringList{"chorus", real(v.real("f_Gain_In") / 100),
-                                      real(v.real("f_Gain_Out") / 100), real(v.real("f_Delay")),
-                                      real(v.real("f_Decay_Factor")), real(v.real("f_Speed")),
-                                      real(v.real("f_Depth"))} +
+             return words(QStringList{"chorus"} + gainWords(v) +
+                          QStringList{real(v.real("f_Delay")), real(v.real("f_Decay_Factor")),
+                                      real(v.real("f_Speed")), real(v.real("f_Depth"))} +
                           modulation(v));
          }},
         {"Space and modulation",
@@ -453,9 +457,9 @@ std::vector<EffectEntry> makeCatalogue() {
          {},
          true,
          [](const EffectValues& v) {
-             return words(QStringList{"phaser", real(v.real("f_Gain_In") / 100),
-                                      real(v.real("f_Gain_Out") / 100), real(v.real("f_Delay") / 1000),
-                                      real(v.real("f_Decay_Factor")), real(v.real("f_Speed") / 1000)} +
+             return words(QStringList{"phaser"} + gainWords(v) +
+                          QStringList{real(v.real("f_Delay") / 1000), real(v.real("f_Decay_Factor")),
+                                      real(v.real("f_Speed") / 1000)} +
                           modulation(v));
          }},
         {"Space and modulation",
