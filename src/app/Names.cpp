@@ -5,6 +5,9 @@
 ResultNames::ResultNames(const QString& workFolder, const QDateTime& when)
     : m_folder(workFolder), m_stamp(when.toString(QStringLiteral("yyyy-MM-dd-HH-mm-ss"))) {}
 
+ResultNames::ResultNames(const QString& workFolder, const QString& stamp)
+    : m_folder(workFolder), m_stamp(stamp) {}
+
 QString ResultNames::name(const QString& suffix) const {
     return m_stamp + suffix + QStringLiteral(".wav");
 }

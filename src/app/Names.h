@@ -9,6 +9,8 @@
 class ResultNames {
 public:
     ResultNames(const QString& workFolder, const QDateTime& when = QDateTime::currentDateTime());
+    // Names of a fixed stamp, for files that live in a folder of their own.
+    ResultNames(const QString& workFolder, const QString& stamp);
 
     const QString& stamp() const { return m_stamp; }
     QString name(const QString& suffix = {}) const; // stamp + suffix + ".wav"

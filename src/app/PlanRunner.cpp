@@ -13,8 +13,8 @@ PlanRunner::~PlanRunner() {
     m_thread.wait();
 }
 
-void PlanRunner::submit(Plan plan, QObject* receiver, Completion done) {
-    m_queue.push_back({std::move(plan), receiver != nullptr, receiver, std::move(done)});
+void PlanRunner::submit(Plan plan, QObject* receiver, Completion done, PlanProgress progress) {
+    m_queue.push_back({std::move(plan), receiver != nullptr, receiver, std::move(done), std::move(progress)});
     setBusy(true);
     if (!m_running)
         startNext();
@@ -29,14 +29,22 @@ void PlanRunner::startNext() {
     m_cancel = false;
     const Plan plan = m_queue.front().plan;
     const ToolPaths tools = m_tools;
-    QMetaObject::invokeMethod(m_worker, [this, plan, tools] {
+    const Job& job = m_queue.front();
+    const PlanProgress told = job.progress;
+    const bool hasReceiver = job.hasReceiver;
+    const QPointer<QObject> receiver = job.receiver;
+    QMetaObject::invokeMethod(m_worker, [this, plan, tools, told, hasReceiver, receiver] {
         const PlanOutcome outcome = executePlan(
             plan, tools,
-            [this](int index, int count, const QString& tool, int percent) {
+            [this, told, hasReceiver, receiver](int index, int count, const QString& tool, int percent) {
                 QString text = tr("Running %1 (step %2 of %3)…").arg(tool).arg(index + 1).arg(count);
                 if (percent >= 0)
                     text += tr(" %1 %").arg(percent);
-                QMetaObject::invokeMethod(this, [this, text] { emit progress(text); });
+                QMetaObject::invokeMethod(this, [=, this] {
+                    emit progress(text);
+                    if (told && (!hasReceiver || receiver))
+                        told(index, count, tool, percent);
+                });
             },
             &m_cancel, &m_processId);
         QMetaObject::invokeMethod(this, [this, outcome] { finish(outcome); });

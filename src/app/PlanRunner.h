@@ -23,8 +23,9 @@ public:
     ~PlanRunner() override;
 
     // Queues a plan. `done` runs on this object's thread when the plan has
-    // ended, unless `receiver` was given and has been destroyed by then.
-    void submit(Plan plan, QObject* receiver, Completion done);
+    // ended, unless `receiver` was given and has been destroyed by then;
+    // `progress`, with the same condition, whenever the plan's progress is told.
+    void submit(Plan plan, QObject* receiver, Completion done, PlanProgress progress = {});
 
     bool isBusy() const { return m_busy; }
     // Stops the running plan: its child is killed, its remaining steps are
@@ -54,6 +55,7 @@ private:
         bool hasReceiver;
         QPointer<QObject> receiver;
         Completion done;
+        PlanProgress progress;
     };
     void startNext();
     void finish(const PlanOutcome& outcome);

@@ -6,6 +6,10 @@
 #include <QRegularExpression>
 #include <algorithm>
 
+QString repeatableSoxOptions() {
+    return QStringLiteral("-R");
+}
+
 ToolRun runTool(const QString& program, const QStringList& arguments, const RunControl& control) {
     ToolRun run;
     run.program = program;
@@ -20,11 +24,18 @@ ToolRun runTool(const QString& program, const QStringList& arguments, const RunC
     process.setProcessChannelMode(QProcess::MergedChannels);
     // ffmpeg asks before overwriting and would otherwise wait for an answer forever.
     process.setStandardInputFile(QProcess::nullDevice());
-    if (!control.preload.isEmpty()) {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    if (!control.preload.isEmpty())
         environment.insert(QStringLiteral("LD_PRELOAD"), control.preload);
-        process.setProcessEnvironment(environment);
-    }
+    // sox dithers with noise seeded anew on every run unless it runs in its
+    // repeatable mode, which its SOX_OPTS variable turns on without touching
+    // the arguments. The same operation on the same audio then always makes
+    // the same file: in a window, in a batch of files and in a saved recipe
+    // script, which sets the same variable.
+    environment.insert(
+        QStringLiteral("SOX_OPTS"),
+        (repeatableSoxOptions() + u' ' + environment.value(QStringLiteral("SOX_OPTS"))).trimmed());
+    process.setProcessEnvironment(environment);
     process.start(QIODevice::ReadOnly);
 
     const auto cancelled = [&] { return control.cancel && control.cancel->load(); };

@@ -37,6 +37,9 @@ struct RunControl {
     QString preload = {}; // a library the child loads first (LD_PRELOAD)
 };
 
+// The sox options every run gets in its SOX_OPTS: "-R", the repeatable mode.
+QString repeatableSoxOptions();
+
 // Runs one child process synchronously: exact argument vector (no shell),
 // stdout and stderr merged, stdin from the null device, read to the end.
 // Blocks the calling thread, so the editor calls it only from the plan runner's worker.

@@ -125,6 +125,7 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
     statusBar()->addPermanentWidget(labelSize);
     app.installMenus(this);
     buildMenuBar();
+    buildBatchMenu();
     connect(this, &Document::loaded, this, &Document::updateMenus);
     connect(btnPlay, &QAction::enabledChanged, this, &Document::updateMenus);
 
@@ -519,8 +520,8 @@ QStringList Document::namesInUse() const {
     return names;
 }
 
-void Document::Add_WAV_File_To_Undo_Redo_Array(const QString& label) {
-    m_history.add(s_WAV_File_Path, label);
+void Document::Add_WAV_File_To_Undo_Redo_Array(const QString& label, const Replay& replay) {
+    m_history.add(s_WAV_File_Path, label, replay);
     emit historyChanged();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "batch/Recipe.h"
 #include "document/SplitPlans.h"
 #include "document/VersionHistory.h"
 #include "edit/EditPlans.h"
@@ -14,6 +15,7 @@
 #include <memory>
 
 class AppDelegate;
+class BatchDialog;
 class HistoryWindow;
 class QAction;
 class QLabel;
@@ -59,7 +61,7 @@ public:
     // is told by historyChanged().
     const VersionHistory& history() const { return m_history; }
     // Appends the current working WAV as the newest version, called `label`.
-    void Add_WAV_File_To_Undo_Redo_Array(const QString& label);
+    void Add_WAV_File_To_Undo_Redo_Array(const QString& label, const Replay& replay = {});
     void Operation_Undo();
     void Operation_Redo();
     // Makes version `index` current (held to the list's ends) and reloads it,
@@ -101,7 +103,9 @@ public:
 
     // Effects (defined beside the effect plans): one sox effect over the whole
     // track or over the selection only.
-    void applyEffect(const EffectArguments& arguments, bool selectionOnly, const QString& label = {});
+    // Over the whole track, the version records `replay`: how to make it again from another file.
+    void applyEffect(const EffectArguments& arguments, bool selectionOnly, const QString& label = {},
+                     const Replay& replay = {});
     // Runs a catalogue row: its dialog (if any), then the effect.
     void runEffect(const EffectEntry& entry, bool selectionOnly);
     void fillEffectsMenu(); // done when the effects menu is first shown
@@ -110,6 +114,16 @@ public:
     void OnPopupEqualizerEntireTrack();
     // Learns the noise from the selection and removes it from the whole track.
     void OnPopupNoiseReduction();
+
+    // The recipe of the current version: the whole-track operations that made
+    // it, exported as this window last exported (or as the export dialog starts).
+    Recipe recipe() const;
+    // File ▸ Process Files With This Recipe…: one batch window per document.
+    void processFilesWithRecipe();
+    // File ▸ Save Recipe As Script…
+    void saveRecipeAsScript();
+    QAction* actionProcessFiles;
+    QAction* actionSaveRecipeScript;
 
     // The menu bar's own menus of this window (besides the application's
     // File, Edit, Tracks and Help items): the pop-up menus' actions again.
@@ -302,6 +316,9 @@ private:
     AppDelegate& m_app;
     VersionHistory m_history;
     QPointer<HistoryWindow> m_historyWindow;
+    QPointer<BatchDialog> m_batchDialog;
+    exporting::Choice m_exportChoice; // the setting of this window's last export
+    void buildBatchMenu();
     QToolBar* m_toolBar = nullptr;
     bool m_zoomed = false; // the width has been set by a zoom action
     int m_plotRequest = 0;

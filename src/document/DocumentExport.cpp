@@ -33,5 +33,10 @@ void Document::SaveWAVFile() {
         return;
     Window_AF_WAV dialog(m_app, this);
     dialog.s_WAV_File_Path = s_WAV_File_Path;
+    // The recipe exports as this window last exported.
+    connect(&dialog, &Window_AF_WAV::exportEnded, this, [this, &dialog](const QString&, bool saved) {
+        if (saved)
+            m_exportChoice = dialog.choice();
+    });
     dialog.exec();
 }

@@ -27,6 +27,7 @@ struct Choice {
     int sampleRate = DefaultSampleRate;
     int channels = DefaultChannels;
     int bitRate = DefaultBitRate;
+    bool operator==(const Choice&) const = default;
 };
 
 // The bit rate passed for the item at `index`. The table behind it has two

@@ -6,7 +6,7 @@
 #include <QFileInfo>
 #include <algorithm>
 
-void VersionHistory::add(const QString& path, const QString& label) {
+void VersionHistory::add(const QString& path, const QString& label, const Replay& replay) {
     // Drops every version after the current one: an edit that follows an undo
     // ends the redo tail. The dropped files stay on disk until the next start.
     while (m_length > m_position + 1) {
@@ -15,7 +15,7 @@ void VersionHistory::add(const QString& path, const QString& label) {
         --m_length;
     }
     const qsizetype at = std::min(qsizetype(m_length), m_versions.size());
-    m_versions.insert(at, Version{path, label, QDateTime::currentDateTime()});
+    m_versions.insert(at, Version{path, label, QDateTime::currentDateTime(), replay});
     m_position = m_length;
     ++m_length;
 }
@@ -54,7 +54,7 @@ void VersionHistory::restart(const QString& path, const QString& label) {
 
 void VersionHistory::takeOverRecording(const QString& path, const QString& label) {
     clear();
-    m_versions = {Version{path, label, QDateTime::currentDateTime()}};
+    m_versions = {Version{path, label, QDateTime::currentDateTime(), {}}};
     m_length = 1;
     m_position = 1;
 }

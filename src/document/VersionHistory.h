@@ -1,5 +1,7 @@
 #pragma once
 
+#include "batch/RecipeStep.h"
+
 #include <QDateTime>
 #include <QList>
 #include <QString>
@@ -11,6 +13,7 @@ struct Version {
     QString path;
     QString label;
     QDateTime made;
+    Replay replay; // how the operation that made it could make it again from another file
 };
 
 // Every version of a track is a whole file; undo and redo only choose which
@@ -20,7 +23,7 @@ struct Version {
 class VersionHistory {
 public:
     // Drops the redo tail, then appends `path` as the newest and current version.
-    void add(const QString& path, const QString& label);
+    void add(const QString& path, const QString& label, const Replay& replay = {});
     // Move one step back or forward, stopping at either end; the path of the
     // version then current.
     QString undo();

@@ -2,6 +2,7 @@
 
 #include "app/Alerts.h"
 #include "app/AppDelegate.h"
+#include "document/ExportLists.h"
 #include "document/Waveform.h"
 
 #include <QComboBox>
@@ -24,17 +25,11 @@ Window_AF_WAV::Window_AF_WAV(AppDelegate& app, QWidget* parent) : QDialog(parent
     auto* layout = new QVBoxLayout(this);
     auto* form = new QFormLayout;
     layout->addLayout(form);
-    auto addList = [&](const char* name, const QString& label) {
-        auto* list = new QComboBox(this);
-        list->setObjectName(QLatin1String(name));
-        list->setMinimumWidth(140);
-        form->addRow(label, list);
-        return list;
-    };
-    comboFormat = addList("comboFormat", tr("Format:"));
-    comboSampleRate = addList("comboSampleRate", tr("Sample rate (Hz):"));
-    comboChannels = addList("comboChannels", tr("Channels:"));
-    comboBitrate = addList("comboBitrate", tr("Bit rate (M4A, MP3):"));
+    const ExportLists lists = addExportLists(this, form);
+    comboFormat = lists.format;
+    comboSampleRate = lists.sampleRate;
+    comboChannels = lists.channels;
+    comboBitrate = lists.bitRate;
 
     auto* hint =
         new QLabel(tr("The file name's extension chooses the encoder: .wav, .m4a, .mp3, or another\n"
@@ -57,19 +52,7 @@ Window_AF_WAV::Window_AF_WAV(AppDelegate& app, QWidget* parent) : QDialog(parent
     connect(btnExport, &QPushButton::clicked, this, &Window_AF_WAV::OnUserOK);
     connect(btnClose, &QPushButton::clicked, this, &Window_AF_WAV::OnUserCancel);
 
-    windowDidLoad();
     comboFormat->setFocus();
-}
-
-void Window_AF_WAV::windowDidLoad() {
-    comboFormat->addItems(exporting::formats());
-    comboSampleRate->addItems(exporting::sampleRates());
-    comboChannels->addItems(exporting::channels());
-    comboBitrate->addItems(exporting::bitRates());
-    comboFormat->setCurrentIndex(exporting::DefaultFormat);
-    comboSampleRate->setCurrentIndex(exporting::DefaultSampleRate);
-    comboChannels->setCurrentIndex(exporting::DefaultChannels);
-    comboBitrate->setCurrentIndex(exporting::DefaultBitRate);
 }
 
 exporting::Choice Window_AF_WAV::choice() const {

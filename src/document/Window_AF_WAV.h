@@ -42,7 +42,6 @@ signals:
     void exportEnded(const QString& destination, bool saved);
 
 private:
-    void windowDidLoad();
     QString askDestination(int format);
     void startExport(const QString& destination, const Plan& plan);
     void finishExport(const QString& destination, const ToolRun& run);

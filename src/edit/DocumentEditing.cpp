@@ -97,7 +97,7 @@ void Document::adoptResult(const EditPlan& edit, qint64 seconds) {
     for (const QString& path : edit.deleteBeforeShowing)
         removedFiles::remove(path);
     openFileWithFilePathURL(s_WAV_File_URL);
-    Add_WAV_File_To_Undo_Redo_Array(edit.label);
+    Add_WAV_File_To_Undo_Redo_Array(edit.label, edit.replay);
     i_Audio_Duration_Seconds = seconds;
     viewAudioPlot->f_Audio_Length = float(seconds);
     viewAudioPlot->f_Audio_Position = 0;

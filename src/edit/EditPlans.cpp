@@ -109,6 +109,7 @@ EditPlan buildCutPlan(const EditState& s, const ResultNames& names, bool deleteO
     copyInto(b, s, names.path(), deleteOldClip);
     removeSelection(b, s, names);
     b.edit.label = QStringLiteral("Cut");
+    b.edit.replay = notReplayable::selection();
     return b.edit;
 }
 
@@ -116,12 +117,14 @@ EditPlan buildDeletePlan(const EditState& s, const ResultNames& names) {
     Builder b{QStringLiteral("Delete")};
     removeSelection(b, s, names);
     b.edit.label = QStringLiteral("Delete");
+    b.edit.replay = notReplayable::selection();
     return b.edit;
 }
 
 EditPlan buildPastePlan(const EditState& s, const ResultNames& names, PastePlace place) {
     Builder b{QStringLiteral("Paste")};
     b.edit.label = QStringLiteral("Paste at %1").arg(placeWords(place));
+    b.edit.replay = notReplayable::copiedAudio();
     const QString before = names.path("Before"), after = names.path("After");
     switch (place) {
     case PastePlace::Start: // named "Before" although no before-part exists, as it always was
@@ -150,6 +153,7 @@ EditPlan buildPastePlan(const EditState& s, const ResultNames& names, PastePlace
 EditPlan buildPasteMixPlan(const EditState& s, const ResultNames& names, PastePlace place) {
     Builder b{QStringLiteral("Mixing the copied audio in")};
     b.edit.label = QStringLiteral("Mix at %1").arg(placeWords(place));
+    b.edit.replay = notReplayable::copiedAudio();
     const QString result = names.path();
     b.remove(result);
     QString second = s.clip;
@@ -171,6 +175,7 @@ EditPlan buildSilenceInsertPlan(const EditState& s, const ResultNames& names, Si
                                 quint64 milliseconds) {
     Builder b{QStringLiteral("Inserting silence")};
     b.edit.label = QStringLiteral("Insert silence at %1").arg(placeWords(place));
+    b.edit.replay = insertSilenceReplay(b.edit.label, place, milliseconds);
     const QString silence = names.path("Silence");
     b.remove(silence);
     b.ffmpeg(silenceArguments(timeString(float(milliseconds) / 1000.0f), silence));
@@ -200,6 +205,7 @@ EditPlan buildSilenceSelectionPlan(const EditState& s, const ResultNames& names)
     const std::uint64_t milliseconds = truncateToUnsigned((end - start) * 1000.0f);
     Builder b{QStringLiteral("Silencing the selection")};
     b.edit.label = QStringLiteral("Silence the selection");
+    b.edit.replay = notReplayable::selection();
     const QString silence = names.path("Silence");
     b.remove(silence);
     b.ffmpeg(silenceArguments(timeString(float(milliseconds) / 1000.0f), silence));
@@ -224,6 +230,7 @@ EditPlan buildSilenceTrimPlan(const EditState& s, const ResultNames& names, quin
                    : mode == 2 ? QStringLiteral("Trim silence from end")
                    : mode == 3 ? QStringLiteral("Trim silence from both ends")
                                : QStringLiteral("Trim silence");
+    b.edit.replay = trimSilenceReplay(b.edit.label, mode, milliseconds);
     const QString result = names.path();
     b.remove(result);
     b.sox(QStringList{s.track, result} + effect);

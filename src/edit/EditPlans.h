@@ -2,6 +2,7 @@
 
 #include "app/Names.h"
 #include "app/Plan.h"
+#include "batch/RecipeStep.h"
 #include "timeline/TimeStrings.h"
 
 // What an edit reads of its document and of the application.
@@ -23,10 +24,8 @@ struct EditPlan {
     QStringList deleteBeforeShowing; // removed once the title is set, before the result is shown
     QStringList deleteAfterAdopting; // removed once the overlay has the new length
     QString label;                   // what the new version is called in the history: "Cut", "Paste at end"
+    Replay replay;                   // how it could be done to another file, or why it cannot
 };
-
-enum class PastePlace { Start, CurrentPosition, StartOfSelection, EndOfSelection, End };
-enum class SilencePlace { Start, End, CurrentPosition };
 
 // The clipboard's old file is only deleted when `deleteOldClip` says so: the
 // document leaves it alone while a version of an open track is that file.

@@ -9,11 +9,14 @@
 
 #include <QMenu>
 
-void Document::applyEffect(const EffectArguments& arguments, bool selectionOnly, const QString& label) {
+void Document::applyEffect(const EffectArguments& arguments, bool selectionOnly, const QString& label,
+                           const Replay& replay) {
     const ResultNames names(m_app.s_Output_Folder);
     EditPlan plan = selectionOnly ? buildEffectSelectionPlan(editState(true), names, arguments)
                                   : buildEffectPlan(editState(false), names, arguments);
     plan.label = label;
+    if (!selectionOnly)
+        plan.replay = replay;
     runEdit(plan);
 }
 
@@ -35,7 +38,8 @@ void Document::runEffect(const EffectEntry& entry, bool selectionOnly) {
             return;
         values = dialog.effectValues();
     }
-    applyEffect(entry.arguments(values), selectionOnly, effectVersionLabel(entry, selectionOnly));
+    const QString label = effectVersionLabel(entry, selectionOnly);
+    applyEffect(entry.arguments(values), selectionOnly, label, effectReplay(entry.key, label, values));
 }
 
 void Document::OnPopupEqualizerEntireTrack() {

@@ -120,6 +120,7 @@ EditPlan buildNoiseReductionPlan(const EditState& s, const ResultNames& names, f
     };
     edit.result = result;
     edit.label = QStringLiteral("Noise reduction");
+    edit.replay = notReplayable::noiseSample();
     edit.deleteAfterAdopting = {sample, profile};
     return edit;
 }

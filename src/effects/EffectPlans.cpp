@@ -53,5 +53,6 @@ EditPlan buildEffectSelectionPlan(const EditState& s, const ResultNames& names,
     };
     edit.result = result;
     edit.deleteAfterAdopting = {before, selection, after, processed};
+    edit.replay = notReplayable::selection();
     return edit;
 }

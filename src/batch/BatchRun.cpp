@@ -1,0 +1,106 @@
+#include "BatchRun.h"
+
+#include "app/PlanRunner.h"
+#include "batch/RecipePlans.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+BatchRun::BatchRun(PlanRunner& runner, Recipe recipe, const QStringList& inputs, const QStringList& outputs,
+                   const QString& workFolder, QObject* parent)
+    : QObject(parent), m_runner(runner), m_recipe(std::move(recipe)),
+      m_work(std::make_unique<QTemporaryDir>(workFolder + QStringLiteral("/batch-XXXXXX"))) {
+    for (qsizetype i = 0; i < inputs.size(); ++i)
+        m_results.append({FileResult::Waiting, inputs[i], outputs.value(i), {}});
+}
+
+BatchRun::~BatchRun() {
+    // A batch closed while a file is under way takes that file back as a cancel would.
+    if (!m_finished && m_current >= 0 && m_runner.currentReceiver() == this)
+        m_runner.cancel();
+}
+
+int BatchRun::count(FileResult::State state) const {
+    return int(std::count_if(m_results.begin(), m_results.end(),
+                             [state](const FileResult& r) { return r.state == state; }));
+}
+
+void BatchRun::start() {
+    startFile(0);
+}
+
+void BatchRun::cancel() {
+    if (m_finished)
+        return;
+    m_cancelled = true;
+    if (m_runner.currentReceiver() == this)
+        m_runner.cancel();
+}
+
+void BatchRun::startFile(int index) {
+    if (m_cancelled || index >= m_results.size()) {
+        finish();
+        return;
+    }
+    m_current = index;
+    FileResult& file = m_results[index];
+    const QString folder = m_work->filePath(QString::number(index + 1));
+    QDir().mkpath(folder);
+    const RecipePlan plan = buildRecipePlan(m_recipe, file.input, folder, file.output);
+    emit fileStarted(index, int(m_results.size()));
+    // A name taken since the names were chosen is never overwritten.
+    const QString refusal = !plan.problem.isEmpty() ? plan.problem
+                            : QFileInfo::exists(file.output)
+                                ? QStringLiteral("\"%1\" exists already.").arg(file.output)
+                                : QString();
+    if (!refusal.isEmpty()) {
+        file.state = FileResult::Failed;
+        file.reason = refusal;
+        startFile(index + 1);
+        return;
+    }
+    emit stageStarted(0, int(plan.stages.size()), plan.stages.value(0));
+    m_runner.submit(
+        plan.plan, this, [this, index](const PlanOutcome& outcome) { fileEnded(index, outcome); },
+        [this, plan](int run, int, const QString&, int) {
+            const int stage = plan.runStages.value(run);
+            emit stageStarted(stage, int(plan.stages.size()), plan.stages.value(stage));
+        });
+}
+
+void BatchRun::fileEnded(int index, const PlanOutcome& outcome) {
+    FileResult& file = m_results[index];
+    QDir(m_work->filePath(QString::number(index + 1))).removeRecursively();
+    const exporting::Verdict verdict = outcome.ok && !outcome.runs.isEmpty()
+                                           ? exporting::judge(file.output, outcome.runs.last())
+                                           : exporting::Verdict{exporting::Verdict::NoFile, outcome.alert};
+    if (verdict.kind == exporting::Verdict::Saved) {
+        file.state = FileResult::Done;
+    } else {
+        // An unfinished export is never left behind; nothing was at its name before.
+        QFile::remove(file.output);
+        file.state = outcome.cancelled ? FileResult::Cancelled : FileResult::Failed;
+        file.reason = verdict.message;
+        m_cancelled = m_cancelled || outcome.cancelled;
+    }
+    startFile(index + 1);
+}
+
+void BatchRun::finish() {
+    if (m_finished)
+        return;
+    for (FileResult& file : m_results)
+        if (file.state == FileResult::Waiting)
+            file.state = FileResult::NotStarted;
+    m_current = -1;
+    m_finished = true;
+    m_work.reset();
+    emit finished();
+}
+
+QString failureLine(const BatchRun::FileResult& result) {
+    // The first paragraph of the alert: the rest repeats the file's path.
+    return QStringLiteral("%1: %2").arg(QFileInfo(result.input).fileName(),
+                                        result.reason.section(QStringLiteral("\n\n"), 0, 0));
+}

@@ -1,0 +1,143 @@
+// A recipe done to several files by the editor's runner, with the real tools:
+// results, cancelling, a file that fails, and the saved script.
+
+#include "app/PlanRunner.h"
+#include "batch/BatchFixture.h"
+#include "batch/BatchRun.h"
+#include "batch/RecipePlans.h"
+
+#include <QDir>
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTimer>
+
+namespace {
+ToolPaths realTools() {
+    return {QStandardPaths::findExecutable("sox"), QStandardPaths::findExecutable("ffmpeg")};
+}
+} // namespace
+
+class TestBatchRun : public QObject {
+    Q_OBJECT
+    QTemporaryDir m_root;
+    PlanRunner m_runner{realTools()};
+
+    QString path(const QString& name) { return m_root.filePath(name); }
+    QString work() { return path("work"); }
+    QStringList leftInWork() { return QDir(work()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries); }
+
+    // Runs a batch to its end; `during` may act on it while it goes.
+    void process(BatchRun& run, const std::function<void(BatchRun&)>& during = {}) {
+        QSignalSpy finished(&run, &BatchRun::finished);
+        if (during)
+            during(run);
+        run.start();
+        QVERIFY(finished.size() == 1 || finished.wait(120000));
+    }
+
+private slots:
+    void initTestCase() {
+        QVERIFY(m_root.isValid());
+        QDir().mkpath(work());
+        QDir().mkpath(path("in"));
+        QDir().mkpath(path("out"));
+        batchTest::makeAudio(path("in/one.wav"), 3, 440);
+        batchTest::makeAudio(path("in/two.flac"), 240, 550); // long enough to cancel within
+        batchTest::makeAudio(path("in/three.mp3"), 2, 660);
+        QFile notes(path("in/notes.wav"));
+        QVERIFY(notes.open(QIODevice::WriteOnly));
+        notes.write("These are notes, not audio.\n");
+    }
+
+    void cancelDuringTheSecondFileKeepsTheFirstAndStartsNoThird() {
+        const QStringList inputs{path("in/one.wav"), path("in/two.flac"), path("in/three.mp3")};
+        const QString out = path("out/cancel");
+        QDir().mkpath(out);
+        const QStringList outputs =
+            outputPaths(inputs, out, "mp3", [](const QString& p) { return QFile::exists(p); });
+        BatchRun run(m_runner, batchTest::threeSteps(), inputs, outputs, work());
+        QStringList stagesOfTheSecond;
+        process(run, [&](BatchRun& r) {
+            connect(&r, &BatchRun::stageStarted, &r, [&](int stage, int, const QString& label) {
+                if (r.results()[1].state != BatchRun::FileResult::Waiting ||
+                    r.results()[0].state != BatchRun::FileResult::Done)
+                    return;
+                stagesOfTheSecond << label;
+                if (stage == 2) // the echo of the second file: cancel while sox runs
+                    QTimer::singleShot(300, &r, [&r] { r.cancel(); });
+            });
+        });
+        QCOMPARE(run.results()[0].state, BatchRun::FileResult::Done);
+        QCOMPARE(run.results()[1].state, BatchRun::FileResult::Cancelled);
+        QCOMPARE(run.results()[2].state, BatchRun::FileResult::NotStarted);
+        QVERIFY(stagesOfTheSecond.contains("Echo"));
+        QVERIFY(!stagesOfTheSecond.contains("Exporting two.mp3"));
+        QVERIFY(batchTest::decoded(outputs[0]).size() > 44100 * 2 * 2);
+        QVERIFY(!QFile::exists(outputs[1]));
+        QVERIFY(!QFile::exists(outputs[2]));
+        QCOMPARE(QDir(out).entryList(QDir::Files), QStringList{"one.mp3"});
+        QVERIFY2(leftInWork().isEmpty(), qPrintable(leftInWork().join(", ")));
+    }
+
+    void anUnreadableFileIsListedAndTheOthersAreDone() {
+        const QStringList inputs{path("in/one.wav"), path("in/notes.wav"), path("in/three.mp3")};
+        const QString out = path("out/unreadable");
+        QDir().mkpath(out);
+        const QStringList outputs =
+            outputPaths(inputs, out, "mp3", [](const QString& p) { return QFile::exists(p); });
+        BatchRun run(m_runner, batchTest::threeSteps(), inputs, outputs, work());
+        process(run);
+        QCOMPARE(run.results()[0].state, BatchRun::FileResult::Done);
+        QCOMPARE(run.results()[1].state, BatchRun::FileResult::Failed);
+        QCOMPARE(run.results()[2].state, BatchRun::FileResult::Done);
+        QCOMPARE(
+            failureLine(run.results()[1]),
+            QString("notes.wav: The file \"notes.wav\" could not be read as audio. It may be damaged, empty "
+                    "or of a kind that cannot be converted."));
+        QVERIFY(QFile::exists(outputs[0]) && QFile::exists(outputs[2]));
+        QVERIFY(!QFile::exists(outputs[1]));
+        QVERIFY(QFile::exists(path("in/notes.wav"))); // an input is only ever read
+        QVERIFY(leftInWork().isEmpty());
+    }
+
+    void theSavedScriptMakesTheSameAudioAsTheBatch() {
+        const QString fourth = path("in/it's the fourth.flac");
+        batchTest::makeAudio(fourth, 5, 330);
+        const QString out = path("out/script");
+        QDir().mkpath(out);
+        BatchRun run(m_runner, batchTest::threeSteps(), {fourth}, {out + "/batch.mp3"}, work());
+        process(run);
+        QCOMPARE(run.results()[0].state, BatchRun::FileResult::Done);
+
+        const QString script = path("recipe.sh");
+        QFile file(script);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(recipeScript(batchTest::threeSteps()).toUtf8());
+        file.close();
+        const QString scriptTemp = path("script-temp");
+        QDir().mkpath(scriptTemp);
+        qputenv("TMPDIR", scriptTemp.toUtf8());
+        QString said;
+        QCOMPARE(fixtures::run("sh", {script, fourth, out + "/script.mp3"}, &said), 0);
+        QVERIFY(batchTest::sameAudio(out + "/batch.mp3", out + "/script.mp3"));
+        // Without an output it writes beside the input, never over a file.
+        QCOMPARE(fixtures::run("sh", {script, fourth}), 0);
+        QCOMPARE(fixtures::run("sh", {script, fourth}), 0);
+        QVERIFY(batchTest::sameAudio(out + "/batch.mp3", path("in/it's the fourth.mp3")));
+        QVERIFY(batchTest::sameAudio(out + "/batch.mp3", path("in/it's the fourth (2).mp3")));
+        const QByteArray before = fixtures::digest(out + "/script.mp3");
+        QCOMPARE(fixtures::run("sh", {script, fourth, out + "/script.mp3"}, &said), 1);
+        QVERIFY(said.contains("exists already"));
+        QCOMPARE(fixtures::digest(out + "/script.mp3"), before);
+        // A file it cannot read leaves nothing behind.
+        QVERIFY(fixtures::run("sh", {script, path("in/notes.wav"), out + "/notes.mp3"}, &said) != 0);
+        QVERIFY(said.contains("Opening the input failed."));
+        QVERIFY(!QFile::exists(out + "/notes.mp3"));
+        QVERIFY(QDir(scriptTemp).isEmpty());
+        qunsetenv("TMPDIR");
+    }
+};
+
+QTEST_GUILESS_MAIN(TestBatchRun)
+#include "tst_batchrun.moc"
