@@ -11,19 +11,25 @@
 //      and the longest interface-thread stall during the 1-hour exports;
 //   7. the time from Cancel to an idle runner during an echo over a 1-hour track;
 //   8. joining three 10-minute tracks end to end (two of them padded) the same
-//      way, and the longest interface-thread stall meanwhile.
-// Run it with `make bench` (or one part: --exports, --cancel, --join).
+//      way, and the longest interface-thread stall meanwhile;
+//   9. a three-step recipe (normalize, echo, fade in, exported as MP3) done to
+//      ten 1-minute files as a batch beside its saved script run on each file.
+// Run it with `make bench` (or one part: --exports, --cancel, --join, --batch).
 
 #include "app/AppDelegate.h"
 #include "app/PlanRunner.h"
+#include "batch/BatchRun.h"
+#include "batch/RecipePlans.h"
 #include "document/Document.h"
 #include "document/ExportPlans.h"
 #include "document/Waveform.h"
 #include "edit/EditPlans.h"
+#include "effects/EffectCatalogue.h"
 #include "effects/EffectPlans.h"
 #include "mixer/MixerTracks.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
@@ -327,6 +333,73 @@ void measureCancel(const QString& folder, const QString& hour) {
     std::fflush(stdout);
 }
 
+// Ten 1-minute files through a three-step recipe: the batch on the editor's
+// runner beside the saved script run on each file by a shell loop, each
+// writing into a fresh folder.
+void compareBatchWithTheScript(const QString& folder) {
+    QStringList inputs;
+    for (int i = 0; i < 10; ++i) {
+        inputs << folder + QString("/minute-%1.wav").arg(i);
+        makeSine(inputs.last(), 60);
+    }
+    Recipe recipe;
+    for (const char* key : {"Normalize", "Echo", "FadeIn"}) {
+        const EffectEntry* entry = findEffect(key);
+        recipe.steps << *effectReplay(key, entry->title, startValues(entry->dialog)).step;
+    }
+    recipe.exportChoice.format = 2; // MP3
+    const QString script = folder + "/recipe.sh";
+    QFile file(script);
+    file.open(QIODevice::WriteOnly);
+    file.write(recipeScript(recipe).toUtf8());
+    file.close();
+    QDir().mkpath(folder + "/work");
+    PlanRunner runner(foundTools());
+    int round = 0;
+    auto freshFolder = [&] {
+        const QString out = folder + QString("/batch-out-%1").arg(++round);
+        QDir().mkpath(out);
+        return out;
+    };
+    auto throughTheEditor = [&] {
+        const QString out = freshFolder();
+        const QStringList outputs =
+            outputPaths(inputs, out, "mp3", [](const QString& p) { return QFile::exists(p); });
+        BatchRun run(runner, recipe, inputs, outputs, folder + "/work");
+        QEventLoop loop;
+        QObject::connect(&run, &BatchRun::finished, &loop, &QEventLoop::quit);
+        QElapsedTimer clock;
+        clock.start();
+        run.start();
+        loop.exec();
+        const double ms = clock.nsecsElapsed() / 1e6;
+        if (run.count(BatchRun::FileResult::Done) != inputs.size())
+            std::printf("  the batch did not make every file\n");
+        return ms;
+    };
+    auto throughTheScript = [&] {
+        const QStringList loop{"-c",
+                               "script=$1; out=$2; shift 2; for f in \"$@\"; do sh \"$script\" \"$f\" "
+                               "\"$out/$(basename \"$f\" .wav).mp3\" > /dev/null || exit 1; done",
+                               "batch", script, freshFolder()};
+        return timeCommand("sh", loop + inputs);
+    };
+    std::vector<double> editor, shell;
+    for (int i = 0; i < 3; ++i) {
+        timeCommand("sync", {});
+        if (i % 2 == 0) {
+            shell.push_back(throughTheScript());
+            editor.push_back(throughTheEditor());
+        } else {
+            editor.push_back(throughTheEditor());
+            shell.push_back(throughTheScript());
+        }
+    }
+    std::printf("\nA three-step recipe (normalize, echo, fade in; MP3) over ten 1-minute files: the batch "
+                "beside its saved script (median of 3)\n");
+    printSideBySide("ten files", {median(editor), median(shell)});
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -338,6 +411,10 @@ int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     const QString self = QCoreApplication::applicationFilePath();
     QTemporaryDir dir;
+    if (argc == 2 && QByteArray(argv[1]) == "--batch") {
+        compareBatchWithTheScript(dir.path());
+        return 0;
+    }
     const QString hour = dir.filePath("one-hour.wav");
     std::printf("Making a 1-hour 44.1 kHz stereo 16-bit WAV…\n");
     std::fflush(stdout);
@@ -395,5 +472,6 @@ int main(int argc, char** argv) {
     compareExportsWithAShell(dir.path(), hour);
     measureCancel(dir.path(), hour);
     compareJoinWithAShell(dir.path());
+    compareBatchWithTheScript(dir.path());
     return 0;
 }

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Takes a screenshot of the real editor under Xvfb with a track loaded:
-#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel|mixer|effects-menu|shortcuts|history|equalizer]
+#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel|mixer|effects-menu|shortcuts|history|equalizer|batch|batch-done]
 # The last argument, run beside an audio server (scripts/with-audio-server.sh),
 # takes the picture 2.5 s into playback from the clicked position, or into a
 # recording of a tone played into the server. "export" takes the export dialog
@@ -10,7 +10,10 @@
 # track and two silence tracks, the second row selected and starting at 50 s;
 # "effects-menu" the menu bar with its Effects menu open; "shortcuts" the
 # Keyboard Shortcuts window; "history" the History window after a cut, a
-# delete, a paste at the end and one undo; "equalizer" the equalizer's dialog.
+# delete, a paste at the end and one undo; "equalizer" the equalizer's dialog;
+# "batch" the batch window after normalize, an echo on a selection and a
+# fade in, with the file itself and a copy of it added; "batch-done" the
+# progress window at the end of that batch, with a file that is not audio.
 # After zooming, the waveform is scrolled right by SCROLL_STEPS wheel steps
 # and the play position set by a click a third of the way along the window. Without a file, a speech recording is put together from
 # alsa-utils' samples.
@@ -33,7 +36,7 @@ fi
 
 export DISPLAY=:97
 height=480
-case "$transport" in effects-menu | shortcuts) height=860 ;; esac # room for the whole list
+case "$transport" in effects-menu | shortcuts | batch*) height=860 ;; esac # room for the whole list
 Xvfb $DISPLAY -screen 0 1100x${height}x24 >/dev/null 2>&1 &
 xvfb=$!
 sleep 1
@@ -128,6 +131,51 @@ history)
     xdotool key ctrl+h
     window=$(timeout 10 xdotool search --sync --name '^History' | head -1)
     sleep 0.5
+    ;;
+batch | batch-done)
+    # Effects ▸ Normalize, Echo (on the selection from the play position to
+    # the end) and Fade In, each a second and more apart, then File ▸
+    # Process Files With This Recipe… and Add Files… with two files.
+    effect() { # DOWNS_IN_THE_EFFECTS_MENU DOWNS_IN_ITS_SUBMENU TITLE
+        xdotool windowfocus "$window"
+        sleep 0.2
+        xdotool key alt+c
+        sleep 0.5
+        for _ in $(seq "$1"); do xdotool key Down; done
+        xdotool key Right
+        for _ in $(seq "$2"); do xdotool key Down; done
+        xdotool key Return
+        timeout 10 xdotool search --sync --name "^$3\$" >/dev/null
+        sleep 0.3
+        xdotool key Return
+        sleep 1.5
+    }
+    effect 1 0 Normalize
+    xdotool key shift+End
+    effect 21 1 Echo
+    effect 2 0 Fade-In
+    cp "$audio" "$work/Interview.${audio##*.}"
+    xdotool windowfocus "$window"
+    sleep 0.2
+    xdotool key alt+f r
+    window=$(timeout 10 xdotool search --sync --name '^Process Files With This Recipe$' | head -1)
+    sleep 0.5
+    xdotool key alt+a
+    timeout 10 xdotool search --sync --name '^Add Files$' >/dev/null
+    sleep 0.5
+    files="\"$audio\" \"$work/Interview.${audio##*.}\""
+    if [ "$transport" = batch-done ]; then
+        echo "Notes from the interview" >"$work/Notes.wav"
+        files="$files \"$work/Notes.wav\""
+    fi
+    xdotool type --delay 5 "$files"
+    xdotool key Return
+    sleep 0.8
+    if [ "$transport" = batch-done ]; then
+        xdotool key Return # Process
+        window=$(timeout 10 xdotool search --sync --name '^Processing Files$' | head -1)
+        sleep 4
+    fi
     ;;
 export)
     xdotool key ctrl+s

@@ -72,6 +72,8 @@ BatchDialog::BatchDialog(PlanRunner& runner, const QString& workFolder, const Re
     auto* skippedCaption = new QLabel(tr("Left out (they cannot be done to another file):"), steps);
     listSkipped = list(steps, "listSkipped");
     listSkipped->setSelectionMode(QAbstractItemView::NoSelection);
+    listSkipped->setWordWrap(true);
+    listSkipped->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     listSkipped->setMaximumHeight(90);
     stepsLayout->addWidget(listSteps);
     stepsLayout->addWidget(btnRemoveStep, 0, Qt::AlignLeft);
@@ -82,7 +84,7 @@ BatchDialog::BatchDialog(PlanRunner& runner, const QString& workFolder, const Re
     auto* files = new QGroupBox(tr("Files to process"), this);
     auto* filesLayout = new QVBoxLayout(files);
     listFiles = list(files, "listFiles");
-    btnAddFiles = button(files, tr("Add Files…"), "btnAddFiles");
+    btnAddFiles = button(files, tr("&Add Files…"), "btnAddFiles");
     btnRemoveFiles = button(files, tr("Remove"), "btnRemoveFiles");
     auto* fileButtons = new QHBoxLayout;
     fileButtons->addWidget(btnAddFiles);
@@ -110,7 +112,8 @@ BatchDialog::BatchDialog(PlanRunner& runner, const QString& workFolder, const Re
     hint->setWordWrap(true);
     layout->addWidget(hint);
 
-    auto* buttons = new QDialogButtonBox(this);
+    // The recipe's own commands on the left, the dialog's on the right.
+    auto* buttons = new QHBoxLayout;
     btnLoadRecipe = button(this, tr("Load Recipe…"), "btnLoadRecipe");
     btnSaveRecipe = button(this, tr("Save Recipe…"), "btnSaveRecipe");
     btnSaveScript = button(this, tr("Save As Script…"), "btnSaveScript");
@@ -118,10 +121,11 @@ BatchDialog::BatchDialog(PlanRunner& runner, const QString& workFolder, const Re
     btnProcess = button(this, tr("Process"), "btnProcess");
     btnProcess->setDefault(true);
     for (QPushButton* b : {btnLoadRecipe, btnSaveRecipe, btnSaveScript})
-        buttons->addButton(b, QDialogButtonBox::ActionRole);
-    buttons->addButton(btnClose, QDialogButtonBox::RejectRole);
-    buttons->addButton(btnProcess, QDialogButtonBox::AcceptRole);
-    layout->addWidget(buttons);
+        buttons->addWidget(b);
+    buttons->addStretch();
+    buttons->addWidget(btnClose);
+    buttons->addWidget(btnProcess);
+    layout->addLayout(buttons);
 
     connect(btnRemoveStep, &QPushButton::clicked, this, &BatchDialog::removeSteps);
     connect(btnAddFiles, &QPushButton::clicked, this, &BatchDialog::addFiles);
@@ -282,6 +286,8 @@ BatchProgressDialog::BatchProgressDialog(BatchRun& run, QWidget* parent) : QDial
     labelSummary->setWordWrap(true);
     listFailures = new QListWidget(this);
     listFailures->setObjectName(QStringLiteral("listFailures"));
+    listFailures->setWordWrap(true);
+    listFailures->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     for (QWidget* w :
          {static_cast<QWidget*>(labelFile), static_cast<QWidget*>(labelStage), static_cast<QWidget*>(bar),
           static_cast<QWidget*>(labelSummary), static_cast<QWidget*>(listFailures)})
@@ -327,6 +333,8 @@ void BatchProgressDialog::showSummary() {
         summary += tr(" Cancelled: %1 not processed; the unfinished result was removed.").arg(left);
     if (m_run.count(State::Failed) > 0)
         summary += tr(" These failed:");
+    if (!m_run.results().isEmpty())
+        labelFile->setText(tr("Results in %1").arg(QFileInfo(m_run.results().first().output).path()));
     labelSummary->setText(summary);
     labelSummary->show();
     for (const BatchRun::FileResult& file : m_run.results())

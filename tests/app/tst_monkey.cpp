@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 #include "app/RemovedFiles.h"
+#include "batch/BatchDialog.h"
 #include "document/Document.h"
 #include "document/HistoryWindow.h"
 #include "support/Fixtures.h"
@@ -807,11 +808,12 @@ class tst_Monkey : public QObject {
         MONKEY_VERIFY(QTest::qWaitFor([fired] { return *fired; }, 2000),
                       QStringLiteral("The editor did not answer a timer within 2 s."));
 
-        // No dialog is left up; the History windows are left open by users, as by the monkey.
+        // No dialog is left up; the History and batch windows are left open by
+        // users, as by the monkey (File ▸ Process Files With This Recipe…).
         QStringList dialogs;
         for (QWidget* widget : QApplication::topLevelWidgets())
             if (widget->isVisible() && qobject_cast<QDialog*>(widget) &&
-                !qobject_cast<HistoryWindow*>(widget))
+                !qobject_cast<HistoryWindow*>(widget) && !qobject_cast<BatchDialog*>(widget))
                 dialogs << QStringLiteral("%1 “%2”").arg(
                     QString::fromLatin1(widget->metaObject()->className()), widget->windowTitle());
         MONKEY_VERIFY(dialogs.isEmpty(),
