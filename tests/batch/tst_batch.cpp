@@ -6,12 +6,15 @@
 #include "batch/BatchFixture.h"
 #include "batch/RecipePlans.h"
 #include "document/ExportFixture.h"
+#include "edit/Window_Silence_Insert.h"
+#include "edit/Window_Silence_Trim.h"
 #include "effects/EffectDialogs.h"
 #include "timeline/View_Audio_Wave.h"
 
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
+#include <QRadioButton>
 
 class TestBatch : public ExportFixture {
     Q_OBJECT
@@ -51,6 +54,31 @@ class TestBatch : public ExportFixture {
         if (!dialog->run() || !QTest::qWaitFor([&] { return dialog->run()->isFinished(); }, 120000))
             return nullptr;
         return dialog->findChild<BatchProgressDialog*>();
+    }
+
+    // Silence inserted at the end (the dialog's 1000 ms), then trimmed from both ends.
+    static bool insertAndTrimSilence(Document* d) {
+        QSignalSpy adopted(d, &Document::adopted);
+        gui::whenModal<Window_Silence_Insert>([](Window_Silence_Insert* dialog) { dialog->OnOK(); });
+        d->OnPopupSilenceInsertAtEnd();
+        if (!adopted.wait(60000))
+            return false;
+        gui::whenModal<Window_Silence_Trim>([](Window_Silence_Trim* dialog) {
+            dialog->radioEntire->click();
+            dialog->OnOK();
+        });
+        d->OnPopupSilenceTrim();
+        return adopted.wait(60000);
+    }
+
+    // Silence, a tone and silence again, as a recording with quiet ends.
+    QString quietEnds(const QString& name, double silence, double tone) {
+        const QString gap = m_root.filePath("in/gap.wav"), middle = m_root.filePath("in/middle.wav");
+        fixtures::makeSilence(gap, silence);
+        fixtures::makeTone(middle, tone, 700, 0.4);
+        const QString path = m_root.filePath("in/" + name);
+        fixtures::join({gap, middle, gap}, path);
+        return path;
     }
 
 private slots:
@@ -107,6 +135,41 @@ private slots:
             QCOMPARE(e->recipe(), batchTest::threeSteps());
         }
         QVERIFY(QFile::exists(m_inputs[0]) && QFile::exists(m_inputs[1]) && QFile::exists(m_inputs[2]));
+    }
+
+    void insertedAndTrimmedSilenceIsDoneAgainButNotAtThePlayPosition() {
+        Document* d = gui::openInNewWindow(*m_app, quietEnds("first.wav", 1, 2));
+        QVERIFY(d);
+        QVERIFY(insertAndTrimSilence(d));
+        QSignalSpy adopted(d, &Document::adopted);
+        gui::whenModal<Window_Silence_Insert>([](Window_Silence_Insert* dialog) { dialog->OnOK(); });
+        d->OnPopupSilenceInsertAtCurrentPosition();
+        QVERIFY(adopted.wait(60000));
+        BatchDialog* dialog = openBatch(d);
+        QVERIFY(dialog);
+        QCOMPARE(rows(dialog->listSteps),
+                 QStringList({"Insert silence at end", "Trim silence from both ends"}));
+        QCOMPARE(
+            rows(dialog->listSkipped),
+            QStringList{"Insert silence at play position: It depended on the play position in this track."});
+
+        // Another file through the batch (as WAV) and through a window of its own.
+        const QString second = quietEnds("second.flac", 1.5, 3);
+        const QString out = m_root.filePath("silences");
+        QDir().mkpath(out);
+        dialog->setInputs({second});
+        dialog->setOutputFolder(out);
+        BatchProgressDialog* progress = process(dialog);
+        QVERIFY(progress);
+        QCOMPARE(progress->labelSummary->text(), QString("1 of 1 files processed."));
+        Document* e = gui::openInNewWindow(*m_app, second);
+        QVERIFY(e);
+        QVERIFY(insertAndTrimSilence(e));
+        const std::vector<short> batch = fixtures::samples(out + "/second.wav");
+        // Both quiet ends are gone (and the inserted second with the end): the tone's 3 s are left.
+        const double seconds = double(batch.size()) / 2 / 44100;
+        QVERIFY2(seconds > 2.9 && seconds < 3.3, qPrintable(QString::number(seconds)));
+        QVERIFY(batch == fixtures::samples(e->s_WAV_File_Path));
     }
 
     void aSelectionsEchoIsListedAsSkippedWithItsReason() {
