@@ -34,3 +34,10 @@ void showWhole(QLabel* label, const QSlider* slider, int factor) {
 void showScaled(QLabel* label, const QSlider* slider, double divisor, const char* format) {
     label->setText(QString::asprintf(format, double(slider->value()) / divisor));
 }
+
+QLabel* hintLabel(QWidget* owner, const QString& text) {
+    auto* hint = new QLabel(text, owner);
+    hint->setEnabled(false); // drawn in the muted colour of secondary text
+    hint->setWordWrap(true);
+    return hint;
+}

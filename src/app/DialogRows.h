@@ -1,6 +1,7 @@
 #pragma once
 
 class QHBoxLayout;
+class QString;
 class QLabel;
 class QLineEdit;
 class QSlider;
@@ -20,3 +21,6 @@ void showWhole(QLabel* label, const QSlider* slider, int factor = 1);
 
 // Writes the slider's value divided by divisor into the label, in the format given ("%.2f").
 void showScaled(QLabel* label, const QSlider* slider, double divisor, const char* format);
+
+// A line of secondary text under a form, drawn in the muted colour.
+QLabel* hintLabel(QWidget* owner, const QString& text);

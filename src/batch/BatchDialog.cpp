@@ -1,6 +1,7 @@
 #include "BatchDialog.h"
 
 #include "app/Alerts.h"
+#include "app/DialogRows.h"
 #include "batch/RecipePlans.h"
 #include "document/ImportPlans.h"
 
@@ -104,13 +105,8 @@ BatchDialog::BatchDialog(PlanRunner& runner, const QString& workFolder, const Re
     folderRow->addWidget(btnChooseFolder);
     form->addRow(tr("Save results in:"), folderRow);
     exportLists = addExportLists(this, form);
-    auto* hint =
-        new QLabel(tr("Each result is named after its file, with \" (2)\" and so on when the name is "
-                      "taken: nothing is overwritten."),
-                   this);
-    hint->setEnabled(false); // drawn in the muted colour of secondary text
-    hint->setWordWrap(true);
-    layout->addWidget(hint);
+    layout->addWidget(hintLabel(this, tr("Each result is named after its file, with \" (2)\" and so on when "
+                                         "the name is taken: nothing is overwritten.")));
 
     // The recipe's own commands on the left, the dialog's on the right.
     auto* buttons = new QHBoxLayout;

@@ -1,32 +1,26 @@
 #include "RecipeStep.h"
 
 Replay effectReplay(const QString& key, const QString& label, const EffectValues& values) {
-    RecipeStep step;
-    step.kind = RecipeStep::Kind::Effect;
-    step.label = label;
-    step.effect = key;
-    step.values = values;
-    return {step, {}};
+    return {RecipeStep{.kind = RecipeStep::Kind::Effect, .label = label, .effect = key, .values = values},
+            {}};
 }
 
 Replay insertSilenceReplay(const QString& label, SilencePlace place, quint64 milliseconds) {
     if (place == SilencePlace::CurrentPosition)
         return notReplayable::playPosition();
-    RecipeStep step;
-    step.kind = RecipeStep::Kind::InsertSilence;
-    step.label = label;
-    step.place = place;
-    step.milliseconds = milliseconds;
-    return {step, {}};
+    return {RecipeStep{.kind = RecipeStep::Kind::InsertSilence,
+                       .label = label,
+                       .place = place,
+                       .milliseconds = milliseconds},
+            {}};
 }
 
 Replay trimSilenceReplay(const QString& label, quint64 mode, quint64 milliseconds) {
-    RecipeStep step;
-    step.kind = RecipeStep::Kind::TrimSilence;
-    step.label = label;
-    step.mode = mode;
-    step.milliseconds = milliseconds;
-    return {step, {}};
+    return {RecipeStep{.kind = RecipeStep::Kind::TrimSilence,
+                       .label = label,
+                       .mode = mode,
+                       .milliseconds = milliseconds},
+            {}};
 }
 
 namespace notReplayable {

@@ -13,9 +13,9 @@
 struct RecipeStep {
     enum class Kind { Effect, InsertSilence, TrimSilence };
     Kind kind = Kind::Effect;
-    QString label;                            // as the history shows it: "Echo", "Insert silence at end"
-    QString effect;                           // an effect: its catalogue key, "Echo"
-    EffectValues values;                      // an effect: its dialog's values
+    QString label = {};                       // as the history shows it: "Echo", "Insert silence at end"
+    QString effect = {};                      // an effect: its catalogue key, "Echo"
+    EffectValues values = {};                 // an effect: its dialog's values
     SilencePlace place = SilencePlace::Start; // inserting: Start or End
     quint64 mode = 0;                         // trimming: 1 the start, 2 the end, 3 both ends
     quint64 milliseconds = 0;                 // inserting and trimming

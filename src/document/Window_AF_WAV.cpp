@@ -2,6 +2,7 @@
 
 #include "app/Alerts.h"
 #include "app/AppDelegate.h"
+#include "app/DialogRows.h"
 #include "document/ExportLists.h"
 #include "document/Waveform.h"
 
@@ -31,12 +32,9 @@ Window_AF_WAV::Window_AF_WAV(AppDelegate& app, QWidget* parent) : QDialog(parent
     comboChannels = lists.channels;
     comboBitrate = lists.bitRate;
 
-    auto* hint =
-        new QLabel(tr("The file name's extension chooses the encoder: .wav, .m4a, .mp3, or another\n"
-                      "that ffmpeg writes, such as .flac or .ogg. WAV and FLAC ignore the bit rate."),
-                   this);
-    hint->setEnabled(false); // drawn in the muted colour of secondary text
-    layout->addWidget(hint);
+    layout->addWidget(
+        hintLabel(this, tr("The file name's extension chooses the encoder: .wav, .m4a, .mp3, or another\n"
+                           "that ffmpeg writes, such as .flac or .ogg. WAV and FLAC ignore the bit rate.")));
 
     labelProgress = new QLabel(this);
     labelProgress->setObjectName(QStringLiteral("labelProgress"));
