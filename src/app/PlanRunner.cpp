@@ -27,9 +27,9 @@ void PlanRunner::startNext() {
     }
     m_running = true;
     m_cancel = false;
-    const Plan plan = m_queue.front().plan;
-    const ToolPaths tools = m_tools;
     const Job& job = m_queue.front();
+    const Plan plan = job.plan;
+    const ToolPaths tools = m_tools;
     const PlanProgress told = job.progress;
     const bool hasReceiver = job.hasReceiver;
     const QPointer<QObject> receiver = job.receiver;

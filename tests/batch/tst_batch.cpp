@@ -48,6 +48,17 @@ class TestBatch : public ExportFixture {
         return dialog && dialog->isVisible() ? dialog : nullptr;
     }
 
+    // A window of the test tone with the catalogue rows `keys` applied, and its batch window.
+    BatchDialog* batchAfter(const QStringList& keys) {
+        Document* d = gui::openInNewWindow(*m_app, m_source);
+        if (!d)
+            return nullptr;
+        for (const QString& key : keys)
+            if (!apply(d, key))
+                return nullptr;
+        return openBatch(d);
+    }
+
     // Presses Process and waits for the batch to end; its progress window.
     static BatchProgressDialog* process(BatchDialog* dialog) {
         QTest::mouseClick(dialog->btnProcess, Qt::LeftButton);
@@ -95,12 +106,7 @@ private slots:
     void cleanup() { QVERIFY(gui::closeAllWindows(*m_app)); }
 
     void threeFilesComeOutAsTheEditorMakesThem() {
-        Document* d = gui::openInNewWindow(*m_app, m_source);
-        QVERIFY(d);
-        QVERIFY(apply(d, "Normalize"));
-        QVERIFY(apply(d, "Echo"));
-        QVERIFY(apply(d, "FadeIn"));
-        BatchDialog* dialog = openBatch(d);
+        BatchDialog* dialog = batchAfter({"Normalize", "Echo", "FadeIn"});
         QVERIFY(dialog);
         QCOMPARE(rows(dialog->listSteps), QStringList({"Normalize", "Echo", "Fade In"}));
         QVERIFY(dialog->listSkipped->isHidden());
@@ -189,11 +195,7 @@ private slots:
     }
 
     void stepsCanBeRemovedAndTheRecipeSavedAndLoaded() {
-        Document* d = gui::openInNewWindow(*m_app, m_source);
-        QVERIFY(d);
-        for (const char* key : {"Normalize", "Echo", "FadeIn"})
-            QVERIFY(apply(d, key));
-        BatchDialog* dialog = openBatch(d);
+        BatchDialog* dialog = batchAfter({"Normalize", "Echo", "FadeIn"});
         QVERIFY(dialog);
         const Recipe whole = dialog->recipe();
         const QString saved = m_root.filePath("recipes/three");
@@ -224,10 +226,7 @@ private slots:
     }
 
     void aFailedFileIsListedByName() {
-        Document* d = gui::openInNewWindow(*m_app, m_source);
-        QVERIFY(d);
-        QVERIFY(apply(d, "Normalize"));
-        BatchDialog* dialog = openBatch(d);
+        BatchDialog* dialog = batchAfter({"Normalize"});
         QVERIFY(dialog);
         QFile notes(m_root.filePath("in/notes.wav"));
         QVERIFY(notes.open(QIODevice::WriteOnly));
@@ -248,10 +247,7 @@ private slots:
     }
 
     void cancelFromTheProgressWindowKeepsTheFinishedFiles() {
-        Document* d = gui::openInNewWindow(*m_app, m_source);
-        QVERIFY(d);
-        QVERIFY(apply(d, "Echo"));
-        BatchDialog* dialog = openBatch(d);
+        BatchDialog* dialog = batchAfter({"Echo"});
         QVERIFY(dialog);
         const QString longer = m_root.filePath("in/long.flac");
         batchTest::makeAudio(longer, 300, 330);

@@ -27,6 +27,13 @@ class TestBatchRun : public QObject {
     QString work() { return path("work"); }
     QStringList leftInWork() { return QDir(work()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries); }
 
+    // The results of `inputs` as MP3s in a new folder of `out`.
+    QStringList outputsIn(const QString& folder, const QStringList& inputs) {
+        QDir().mkpath(path("out/" + folder));
+        return outputPaths(inputs, path("out/" + folder), "mp3",
+                           [](const QString& p) { return QFile::exists(p); });
+    }
+
     // Runs a batch to its end; `during` may act on it while it goes.
     void process(BatchRun& run, const std::function<void(BatchRun&)>& during = {}) {
         QSignalSpy finished(&run, &BatchRun::finished);
@@ -52,10 +59,7 @@ private slots:
 
     void cancelDuringTheSecondFileKeepsTheFirstAndStartsNoThird() {
         const QStringList inputs{path("in/one.wav"), path("in/two.flac"), path("in/three.mp3")};
-        const QString out = path("out/cancel");
-        QDir().mkpath(out);
-        const QStringList outputs =
-            outputPaths(inputs, out, "mp3", [](const QString& p) { return QFile::exists(p); });
+        const QStringList outputs = outputsIn("cancel", inputs);
         BatchRun run(m_runner, batchTest::threeSteps(), inputs, outputs, work());
         QStringList stagesOfTheSecond;
         process(run, [&](BatchRun& r) {
@@ -76,16 +80,13 @@ private slots:
         QVERIFY(batchTest::decoded(outputs[0]).size() > 44100 * 2 * 2);
         QVERIFY(!QFile::exists(outputs[1]));
         QVERIFY(!QFile::exists(outputs[2]));
-        QCOMPARE(QDir(out).entryList(QDir::Files), QStringList{"one.mp3"});
+        QCOMPARE(QDir(path("out/cancel")).entryList(QDir::Files), QStringList{"one.mp3"});
         QVERIFY2(leftInWork().isEmpty(), qPrintable(leftInWork().join(", ")));
     }
 
     void anUnreadableFileIsListedAndTheOthersAreDone() {
         const QStringList inputs{path("in/one.wav"), path("in/notes.wav"), path("in/three.mp3")};
-        const QString out = path("out/unreadable");
-        QDir().mkpath(out);
-        const QStringList outputs =
-            outputPaths(inputs, out, "mp3", [](const QString& p) { return QFile::exists(p); });
+        const QStringList outputs = outputsIn("unreadable", inputs);
         BatchRun run(m_runner, batchTest::threeSteps(), inputs, outputs, work());
         process(run);
         QCOMPARE(run.results()[0].state, BatchRun::FileResult::Done);
