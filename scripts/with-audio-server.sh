@@ -11,12 +11,14 @@ pulseaudio --daemonize=yes --exit-idle-time=-1 -n \
     --load="module-null-sink sink_name=nullsink" \
     --load=module-always-sink 2>/dev/null
 pid=""
+reader=""
 for _ in $(seq 50); do
     pid=$(cat "$runtime/pulse/pid" 2>/dev/null || true)
     [ -n "$pid" ] && pactl info >/dev/null 2>&1 && break
     sleep 0.1
 done
 stop() {
+    [ -n "$reader" ] && kill "$reader" 2>/dev/null || true
     if [ -n "$pid" ]; then
         kill "$pid" 2>/dev/null || true
         for _ in $(seq 50); do # the server still writes into its folder while it ends
@@ -31,5 +33,12 @@ pactl load-module module-remap-source master=nullsink.monitor source_name=mic \
     source_properties=device.description=Mic >/dev/null
 pactl set-default-source mic
 pactl set-default-sink nullsink
+# The null sink renders as far ahead as its clients allow: with none asking for
+# less, two seconds at a time, so the microphone (its monitor) would hear in
+# two-second bursts and a recording could get nothing for its first two
+# seconds. A reader asking for 20 ms keeps it rendering in small steps, as a
+# sound card's input delivers.
+parec --latency-msec=20 --device=nullsink.monitor >/dev/null &
+reader=$!
 
 "$@"
