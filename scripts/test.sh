@@ -27,8 +27,11 @@ export QT_QPA_PLATFORM=offscreen
 # Tests run side by side, one per processor; those that play into or listen to
 # the audio server hold a lock on it and take turns.
 export CTEST_PARALLEL_LEVEL=$jobs
+# Both passes always run; a failure in either fails the command.
 scripts/with-audio-server.sh bash -c '
+    status=0
     echo "== Address and undefined-behaviour sanitizer build =="
-    ctest --test-dir build-asan --output-on-failure
+    ctest --test-dir build-asan --output-on-failure || status=1
     echo "== Release build =="
-    ctest --test-dir build --output-on-failure'
+    ctest --test-dir build --output-on-failure || status=1
+    exit $status'
