@@ -18,7 +18,10 @@ for _ in $(seq 50); do
     sleep 0.1
 done
 stop() {
-    [ -n "$reader" ] && kill "$reader" 2>/dev/null || true
+    if [ -n "$reader" ]; then
+        kill "$reader" 2>/dev/null || true
+        wait "$reader" 2>/dev/null || true
+    fi
     if [ -n "$pid" ]; then
         kill "$pid" 2>/dev/null || true
         for _ in $(seq 50); do # the server still writes into its folder while it ends
