@@ -1,7 +1,9 @@
 #include "ToolArguments.h"
+#include "WorkingFormat.h"
 
 QStringList conversionTail() {
-    return {"-acodec", "pcm_s16le", "-ar", "44100", "-ac", "2"};
+    return {
+        "-acodec", "pcm_s16le", "-ar", workingFormat::sampleRateText(), "-ac", workingFormat::channelsText()};
 }
 
 QStringList importArguments(const QString& source, const QString& result) {
@@ -22,5 +24,7 @@ QStringList joinArguments(const QStringList& inputs, const QString& result) {
 }
 
 QStringList silenceArguments(const QString& duration, const QString& result) {
-    return {"-f", "lavfi", "-i", "anullsrc=channel_layout=2:sample_rate=44100", "-t", duration, result};
+    const QString source = QStringLiteral("anullsrc=channel_layout=%1:sample_rate=%2")
+                               .arg(workingFormat::channelsText(), workingFormat::sampleRateText());
+    return {"-f", "lavfi", "-i", source, "-t", duration, result};
 }

@@ -6,7 +6,7 @@
 // Argument forms that many operations share.
 
 // Placed just before the output path of every ffmpeg run that writes a working
-// WAV: 16-bit PCM, 44100 Hz, 2 channels.
+// WAV (16-bit PCM at the working rate and channel count).
 QStringList conversionTail();
 
 // "-i" source, the conversion tail, result.

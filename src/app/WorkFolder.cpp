@@ -1,6 +1,7 @@
 #include "WorkFolder.h"
 
 #include "Plan.h"
+#include "WorkingFormat.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -88,6 +89,8 @@ QString roomToWorkProblem(const QString& folder, qint64 trackBytes) {
 }
 
 Plan buildSilenceTrackPlan(const QString& path) {
-    // 60 seconds of silence from the null input, 44100 Hz, 2 channels.
-    return {{step::Run{Tool::Sox, {"-n", "-r", "44100", "-c", "2", path, "trim", "0.0", "60.0"}}}};
+    // 60 seconds of silence from the null input, in the working format.
+    return {{step::Run{Tool::Sox,
+                       {"-n", "-r", workingFormat::sampleRateText(), "-c", workingFormat::channelsText(),
+                        path, "trim", "0.0", "60.0"}}}};
 }

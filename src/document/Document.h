@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/WorkingFormat.h"
 #include "batch/Recipe.h"
 #include "document/SplitPlans.h"
 #include "document/VersionHistory.h"
@@ -176,8 +177,8 @@ public:
     Microphone* ez_Microphone;
     QString s_Sound_File_Source;
     // The record settings as declared; the recorder always uses its fixed format.
-    qint64 m_RecordFormat = 0, m_RecordSampleRate = 44100, m_RecordNumberOfChannels = 2,
-           m_RecordQuality = 127;
+    qint64 m_RecordFormat = 0, m_RecordSampleRate = workingFormat::SampleRate,
+           m_RecordNumberOfChannels = workingFormat::Channels, m_RecordQuality = 127;
 
     // Export (defined beside the export dialog): the toolbar's Export opens the
     // dialog at once, the application's save command 0.1 s after its last press.

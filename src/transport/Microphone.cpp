@@ -1,4 +1,6 @@
 #include "Microphone.h"
+#include "app/WorkingFormat.h"
+#include "transport/SoundRecorder.h"
 
 #include <QAudioSource>
 #include <QMediaDevices>
@@ -14,12 +16,8 @@ public:
         const QAudioDevice device = QMediaDevices::defaultAudioInput();
         if (device.isNull())
             return;
-        QAudioFormat format;
-        format.setSampleRate(44100);
-        format.setChannelCount(2);
-        format.setSampleFormat(QAudioFormat::Int16);
-        m_source = std::make_unique<QAudioSource>(device, format);
-        m_source->setBufferSize(44100 * 4 / 20); // 50 ms
+        m_source = std::make_unique<QAudioSource>(device, workingAudioFormat());
+        m_source->setBufferSize(workingFormat::bytesFor(50));
         m_input = m_source->start();
         if (!m_input) {
             m_source.reset();
@@ -47,9 +45,9 @@ private:
             return;
         const QByteArray data = input->readAll();
         const auto* samples = reinterpret_cast<const qint16*>(data.constData());
-        QVector<float> first(data.size() / 4);
+        QVector<float> first(data.size() / workingFormat::BytesPerFrame);
         for (qsizetype i = 0; i < first.size(); ++i)
-            first[i] = float(samples[2 * i]) / 32768.0f;
+            first[i] = float(samples[workingFormat::Channels * i]) / 32768.0f;
         if (!first.isEmpty())
             emit buffer(first);
     }

@@ -1,19 +1,18 @@
 #include "SoundRecorder.h"
+#include "app/WorkingFormat.h"
 
 #include <QAudioSource>
 #include <QFile>
 #include <QMediaDevices>
 #include <sndfile.h>
 
-namespace {
-QAudioFormat workingFormat() {
+QAudioFormat workingAudioFormat() {
     QAudioFormat format;
-    format.setSampleRate(44100);
-    format.setChannelCount(2);
+    format.setSampleRate(workingFormat::SampleRate);
+    format.setChannelCount(workingFormat::Channels);
     format.setSampleFormat(QAudioFormat::Int16);
     return format;
 }
-} // namespace
 
 SoundRecorder::SoundRecorder(const QString& path, QObject* parent) : QObject(parent), m_path(path) {}
 
@@ -32,14 +31,14 @@ bool SoundRecorder::record() {
     if (device.isNull())
         return false;
     SF_INFO info{};
-    info.samplerate = 44100;
-    info.channels = 2;
+    info.samplerate = workingFormat::SampleRate;
+    info.channels = workingFormat::Channels;
     info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
     m_file = sf_open(QFile::encodeName(m_path).constData(), SFM_WRITE, &info);
     if (!m_file)
         return false;
-    m_source = std::make_unique<QAudioSource>(device, workingFormat());
-    m_source->setBufferSize(44100 * 4 / 10); // 100 ms
+    m_source = std::make_unique<QAudioSource>(device, workingAudioFormat());
+    m_source->setBufferSize(workingFormat::bytesFor(100));
     m_input = m_source->start();
     if (!m_input || m_source->error() != QAudio::NoError) {
         m_source.reset();
@@ -74,7 +73,7 @@ void SoundRecorder::take() {
     const QByteArray data = m_input->readAll();
     if (!data.isEmpty())
         m_lastSamples.start();
-    const qint64 frames = data.size() / 4;
+    const qint64 frames = data.size() / workingFormat::BytesPerFrame;
     if (frames > 0)
         m_frames += sf_writef_short(m_file, reinterpret_cast<const short*>(data.constData()), frames);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAudioDevice>
+#include <QAudioFormat>
 #include <QElapsedTimer>
 #include <QObject>
 #include <QString>
@@ -11,8 +12,11 @@ class QAudioSource;
 class QIODevice;
 struct sf_private_tag;
 
-// Records the default audio input into a WAV file: 44100 Hz, 2 channels,
-// 16-bit PCM, the format of every working WAV. Pausing and recording again
+// The working format as the audio input delivers it.
+QAudioFormat workingAudioFormat();
+
+// Records the default audio input into a WAV file in the format of every
+// working WAV. Pausing and recording again
 // continue the same file; stopping finishes it.
 class SoundRecorder : public QObject {
     Q_OBJECT
