@@ -1,6 +1,5 @@
 #include "Microphone.h"
-#include "app/WorkingFormat.h"
-#include "transport/SoundRecorder.h"
+#include "transport/WorkingAudioFormat.h"
 
 #include <QAudioSource>
 #include <QMediaDevices>

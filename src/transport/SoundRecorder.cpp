@@ -1,18 +1,10 @@
 #include "SoundRecorder.h"
-#include "app/WorkingFormat.h"
+#include "transport/WorkingAudioFormat.h"
 
 #include <QAudioSource>
 #include <QFile>
 #include <QMediaDevices>
 #include <sndfile.h>
-
-QAudioFormat workingAudioFormat() {
-    QAudioFormat format;
-    format.setSampleRate(workingFormat::SampleRate);
-    format.setChannelCount(workingFormat::Channels);
-    format.setSampleFormat(QAudioFormat::Int16);
-    return format;
-}
 
 SoundRecorder::SoundRecorder(const QString& path, QObject* parent) : QObject(parent), m_path(path) {}
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QAudioDevice>
-#include <QAudioFormat>
 #include <QElapsedTimer>
 #include <QObject>
 #include <QString>
@@ -12,12 +11,9 @@ class QAudioSource;
 class QIODevice;
 struct sf_private_tag;
 
-// The working format as the audio input delivers it.
-QAudioFormat workingAudioFormat();
-
 // Records the default audio input into a WAV file in the format of every
-// working WAV. Pausing and recording again
-// continue the same file; stopping finishes it.
+// working WAV. Pausing and recording again continue the same file; stopping
+// finishes it.
 class SoundRecorder : public QObject {
     Q_OBJECT
 public:
