@@ -1,6 +1,8 @@
 #include "Names.h"
 
 #include <QFileInfo>
+#include <QStringList>
+#include <algorithm>
 
 ResultNames::ResultNames(const QString& workFolder, const QDateTime& when)
     : m_folder(workFolder), m_stamp(when.toString(QStringLiteral("yyyy-MM-dd-HH-mm-ss"))) {}
@@ -14,6 +16,21 @@ QString ResultNames::name(const QString& suffix) const {
 
 QString ResultNames::path(const QString& suffix) const {
     return pathInFolder(m_folder, name(suffix));
+}
+
+ResultNames editNames(const QString& workFolder, const QString& track, const QDateTime& now) {
+    // Every suffix an operation names its working parts with.
+    static const QStringList parts = {QStringLiteral("Before"), QStringLiteral("After"),
+                                      QStringLiteral("Selection"), QStringLiteral("SelectionAfterAmplify"),
+                                      QStringLiteral("Silence")};
+    QDateTime when = now;
+    auto isAPart = [&](const ResultNames& names) {
+        return std::any_of(parts.begin(), parts.end(),
+                           [&](const QString& suffix) { return names.path(suffix) == track; });
+    };
+    while (isAPart(ResultNames(workFolder, when)))
+        when = when.addSecs(1);
+    return ResultNames(workFolder, when);
 }
 
 QString pathInFolder(const QString& folder, const QString& name) {

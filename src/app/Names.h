@@ -21,6 +21,15 @@ private:
     QString m_stamp;
 };
 
+// The names of an edit or effect of `track`, begun at `now`: those of `now`,
+// or of the next second when the track is itself one of this second's
+// working parts. A paste at the start or the end names its result like a
+// before-part ("…Before.wav"), so an edit of the same second would otherwise
+// write its own before-part over the very track it is cutting. A track that is
+// this second's plain name is not moved: that result is replaced, as always.
+ResultNames editNames(const QString& workFolder, const QString& track,
+                      const QDateTime& now = QDateTime::currentDateTime());
+
 // "%@/%@": a file name inside a folder.
 QString pathInFolder(const QString& folder, const QString& name);
 // "file://%@/%@": the same as a URL text, the path not percent-escaped.

@@ -307,6 +307,7 @@ private:
     void runSplit(const splitting::SplitPlan& split);
     void handOverPieces(const QStringList& pieces);
     EditState editState(bool withSegments);
+    ResultNames resultNames() const; // the names of an edit or effect begun now
     void runEdit(const EditPlan& edit);
     void adoptResult(const EditPlan& edit, qint64 seconds);
     void paste(PastePlace place);

@@ -54,6 +54,10 @@ void Document::OnToolbarTools() {
     popupMenuTools->popup(popupPosition());
 }
 
+ResultNames Document::resultNames() const {
+    return editNames(m_app.s_Output_Folder, s_WAV_File_Path);
+}
+
 EditState Document::editState(bool withSegments) {
     if (withSegments)
         Calculate_Segment_Variables();
@@ -109,16 +113,16 @@ void Document::adoptResult(const EditPlan& edit, qint64 seconds) {
 
 void Document::Operation_Copy() {
     const EditState state = editState(true);
-    runEdit(buildCopyPlan(state, ResultNames(m_app.s_Output_Folder), m_app.mayDeleteClipboardFile()));
+    runEdit(buildCopyPlan(state, resultNames(), m_app.mayDeleteClipboardFile()));
 }
 
 void Document::Operation_Cut() {
     const EditState state = editState(true);
-    runEdit(buildCutPlan(state, ResultNames(m_app.s_Output_Folder), m_app.mayDeleteClipboardFile()));
+    runEdit(buildCutPlan(state, resultNames(), m_app.mayDeleteClipboardFile()));
 }
 
 void Document::Operation_Delete() {
-    runEdit(buildDeletePlan(editState(true), ResultNames(m_app.s_Output_Folder)));
+    runEdit(buildDeletePlan(editState(true), resultNames()));
 }
 
 bool Document::haveCopiedContent() {
@@ -136,7 +140,7 @@ void Document::Operation_Paste() {
 
 void Document::paste(PastePlace place) {
     const bool inside = place != PastePlace::Start && place != PastePlace::End;
-    runEdit(buildPastePlan(editState(inside), ResultNames(m_app.s_Output_Folder), place));
+    runEdit(buildPastePlan(editState(inside), resultNames(), place));
 }
 
 void Document::OnPopupMenuPasteAtStart() {
@@ -161,7 +165,7 @@ void Document::pasteMix(PastePlace place) {
     // folder): say so, as Paste does, instead.
     if (!haveCopiedContent())
         return;
-    const ResultNames names(m_app.s_Output_Folder);
+    const ResultNames names = resultNames();
     runEdit(buildPasteMixPlan(editState(place != PastePlace::Start), names, place));
 }
 
@@ -189,7 +193,7 @@ void Document::insertSilence(SilencePlace place) {
     if (milliseconds == 0)
         return;
     const EditState state = editState(place == SilencePlace::CurrentPosition);
-    runEdit(buildSilenceInsertPlan(state, ResultNames(m_app.s_Output_Folder), place, milliseconds));
+    runEdit(buildSilenceInsertPlan(state, resultNames(), place, milliseconds));
 }
 
 void Document::OnPopupSilenceInsertAtStart() {
@@ -203,7 +207,7 @@ void Document::OnPopupSilenceInsertAtCurrentPosition() {
 }
 
 void Document::OnPopupSilenceSelection() {
-    runEdit(buildSilenceSelectionPlan(editState(true), ResultNames(m_app.s_Output_Folder)));
+    runEdit(buildSilenceSelectionPlan(editState(true), resultNames()));
 }
 
 void Document::OnPopupSilenceTrim() {
@@ -211,6 +215,6 @@ void Document::OnPopupSilenceTrim() {
     dialog.exec();
     if (!dialog.bOK)
         return;
-    runEdit(buildSilenceTrimPlan(editState(false), ResultNames(m_app.s_Output_Folder),
-                                 dialog.u_Start_End_Or_Entire, dialog.u_Miliseconds));
+    runEdit(buildSilenceTrimPlan(editState(false), resultNames(), dialog.u_Start_End_Or_Entire,
+                                 dialog.u_Miliseconds));
 }

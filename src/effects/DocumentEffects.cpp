@@ -11,7 +11,7 @@
 
 void Document::applyEffect(const EffectArguments& arguments, bool selectionOnly, const QString& label,
                            const Replay& replay) {
-    const ResultNames names(m_app.s_Output_Folder);
+    const ResultNames names = resultNames();
     EditPlan plan = selectionOnly ? buildEffectSelectionPlan(editState(true), names, arguments)
                                   : buildEffectPlan(editState(false), names, arguments);
     plan.label = label;
@@ -60,7 +60,7 @@ void Document::OnPopupNoiseReduction() {
         showErrorAlert(this, QStringLiteral("Select a stretch that holds noise only, then try again."));
         return;
     }
-    runEdit(buildNoiseReductionPlan(state, ResultNames(m_app.s_Output_Folder),
+    runEdit(buildNoiseReductionPlan(state, resultNames(),
                                     strength.effectValues().real(QStringLiteral("f_Level"))));
 }
 

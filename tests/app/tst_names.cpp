@@ -46,6 +46,20 @@ private slots:
         QCOMPARE(importNames(dir.path(), {}, now).name(), QString("2024-03-05-14-08-00.wav"));
     }
 
+    void anEditNeverNamesAWorkingPartAfterTheTrackItReads() {
+        const QDateTime now(QDate(2024, 3, 5), QTime(14, 7, 59));
+        // Another second's files, or this second's plain name, keep this second.
+        QCOMPARE(editNames("/w", "/w/2024-03-05-14-07-58Before.wav", now).stamp(),
+                 QString("2024-03-05-14-07-59"));
+        QCOMPARE(editNames("/w", "/w/2024-03-05-14-07-59.wav", now).stamp(), QString("2024-03-05-14-07-59"));
+        QCOMPARE(editNames("/v", "/w/2024-03-05-14-07-59Before.wav", now).stamp(),
+                 QString("2024-03-05-14-07-59"));
+        // A track named like one of this second's parts moves the names on a second.
+        for (const char* part : {"Before", "After", "Selection", "SelectionAfterAmplify", "Silence"})
+            QCOMPARE(editNames("/w", "/w/2024-03-05-14-07-59" + QString(part) + ".wav", now).stamp(),
+                     QString("2024-03-05-14-08-00"));
+    }
+
     void pathsAndUrls() {
         QCOMPARE(pathInFolder("/home/u/Documents/Tanselo", "a b.wav"),
                  QString("/home/u/Documents/Tanselo/a b.wav"));

@@ -119,6 +119,35 @@ private slots:
         QVERIFY(hiddenFiles().isEmpty());
     }
 
+    // A paste at the end is named like a before-part ("…Before.wav"): a delete
+    // in the same second must not write its own before-part over the track it
+    // is cutting.
+    void aPasteAtTheEndAndADeleteInOneSecondCutTheTrackTheyRead() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        QVERIFY(copyClip(d)); // 3 s: two of tone, one of silence
+        const auto alert = gui::answerAlert();
+        const auto stopAnswering = qScopeGuard([&] { alert->stop = true; });
+        for (int attempt = 0; attempt < 3; ++attempt) {
+            waitPastEveryStamp(m_app->s_Output_Folder);
+            QVERIFY(edit(d, [&] { d->OnPopupMenuPasteAtEnd(); }));
+            const QString pasted = QFileInfo(d->s_WAV_File_Path).fileName();
+            QVERIFY2(pasted.endsWith("Before.wav"), qPrintable(pasted));
+            setMarkers(d, 100.0f * 10 / 13, 100, 0); // the pasted three seconds
+            const QString second = QDateTime::currentDateTime().toString("yyyy-MM-dd-HH-mm-ss");
+            QVERIFY(edit(d, [&] { d->Operation_Delete(); }));
+            QVERIFY2(!alert->shown, qPrintable(alert->informativeText));
+            const fixtures::WavInfo info = fixtures::wavInfo(d->s_WAV_File_Path);
+            QVERIFY2(std::abs(info.seconds() - 10.0) < 0.05, qPrintable(QString::number(info.seconds())));
+            QVERIFY(fixtures::rms(d->s_WAV_File_Path, 6.1, 9.9) > 0.3); // the pattern's last tone
+            QVERIFY(
+                QFile::exists(d->history().array_WAV_Files()[d->history().u_array_WAV_Files_Position() - 1]));
+            if (pasted.left(19) == second)
+                return; // the delete began in the paste's second
+        }
+        QFAIL("a paste and a delete never began in one second");
+    }
+
     void aFailedEffectInTheSecondOfTheCurrentVersionLeavesThatVersionAsItWas() {
         Document* d = openPattern();
         QVERIFY(d);
