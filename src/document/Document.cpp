@@ -254,6 +254,7 @@ void Document::TimerHandleStartupRoutine() {
 }
 
 void Document::TimerOpenFilePanelRoutine() {
+    m_starting = false;
     btnOpen->setEnabled(!recording());
     // A recording started meanwhile makes the track when it stops, and a file
     // the user opened in the meantime is the track already.

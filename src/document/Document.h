@@ -43,6 +43,8 @@ public:
     ~Document() override;
 
     // Loading, chosen by the application's opening mode 0.2 s after creation.
+    // Until then the window is starting: it shows no track and has not asked for one.
+    bool isStarting() const { return m_starting; }
     void TimerHandleStartupRoutine();
     void TimerOpenFilePanelRoutine();
     void Open_And_Select_An_Audio_File();
@@ -335,6 +337,7 @@ private:
     // the window is made: a window made within another's start-up wait would
     // otherwise take that one's mode (a batch's windows a file dialog).
     quint64 m_openMode = 0;
+    bool m_starting = true;
     static constexpr quint64 OpenGivenFile = 3; // beside 0 silence, 1 the dialog, 2 a batch
     QString m_givenFile;
     QString m_importing; // the working WAV an import under way will make

@@ -749,9 +749,14 @@ class tst_Monkey : public QObject {
         if (QWidget* popup = QApplication::activePopupWidget())
             return QStringLiteral("a %1 popup is still up")
                 .arg(QString::fromLatin1(popup->metaObject()->className()));
-        for (Document* d : m_app->documents())
+        for (Document* d : m_app->documents()) {
             if (d->timerSave && d->timerSave->isActive())
                 return QStringLiteral("the export of %1 is about to open").arg(nameOf(d));
+            // Its load is due on a timer: a stalled machine can hold that timer
+            // back longer than the quiet this waits for.
+            if (d->isStarting())
+                return QStringLiteral("%1 is still starting").arg(nameOf(d));
+        }
         return {};
     }
 
