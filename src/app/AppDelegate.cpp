@@ -88,9 +88,12 @@ std::optional<int> AppDelegate::applicationDidFinishLaunching(const QStringList&
     QApplication::setWindowIcon(applicationIcon());
 
     s_Output_Folder = workFolderPath();
-    const auto cannotStart = [](const QString& why) {
+    // A work folder that cannot be made ends the start with status 0, as it
+    // always has; any other start that fails ends with 1, so that a script or
+    // a desktop launching the editor can tell it did not start.
+    const auto cannotStart = [](const QString& why, int status = 0) {
         showErrorAlert(nullptr, QStringLiteral("Error #0001. Application will exit.\n\n") + why);
-        return 0;
+        return status;
     };
     if (const QString why = prepareWorkFolder(s_Output_Folder); !why.isEmpty())
         return cannotStart(why);
@@ -101,7 +104,7 @@ std::optional<int> AppDelegate::applicationDidFinishLaunching(const QStringList&
     case SingleInstance::Role::Forwarded:
         return 0;
     case SingleInstance::Role::Failed:
-        return cannotStart(m_instance->error());
+        return cannotStart(m_instance->error(), 1);
     case SingleInstance::Role::First:
         connect(m_instance.get(), &SingleInstance::openRequested, this, &AppDelegate::openFiles);
         break;
@@ -126,8 +129,13 @@ std::optional<int> AppDelegate::applicationDidFinishLaunching(const QStringList&
 
     sSilenceWavPath = pathInFolder(s_Output_Folder, QStringLiteral("silence.wav"));
     sSilenceWavURL = fileUrlText(s_Output_Folder, QStringLiteral("silence.wav"));
-    // Queued first, so every document's first load finds the track made.
-    m_runner->submit(buildSilenceTrackPlan(sSilenceWavPath), nullptr, {});
+    // Queued first, so every document's first load finds the track made. A
+    // track that could not be made whole (a full disk) is not left to pass for
+    // one: the user is told why, and the windows say the file is missing.
+    m_runner->submit(buildSilenceTrackPlan(sSilenceWavPath), nullptr, [this](const PlanOutcome& outcome) {
+        if (!outcome.ok && !outcome.cancelled)
+            showErrorAlert(currentDocument(), outcome.alert);
+    });
 
     u_Current_ID = 0;
     b_Starting = false;
@@ -201,7 +209,24 @@ QStringList AppDelegate::namesInUse() const {
     QStringList names;
     for (Document* document : documents())
         names += document->namesInUse();
+    if (m_runner)
+        names += m_runner->filesOfQueuedPlans();
+    // The copied audio's name stays taken even when its file went with a
+    // cleared history: a new file under it would be pasted as the copy.
+    if (!s_Copied_WAV_File.isEmpty())
+        names << s_Copied_WAV_File;
     return names;
+}
+
+NamesInUse AppDelegate::namesAround(const Document* asking) const {
+    NamesInUse inUse;
+    for (Document* document : documents())
+        (document == asking ? inUse.own : inUse.others) += document->namesInUse();
+    if (m_runner)
+        inUse.others += m_runner->filesOfQueuedPlans();
+    inUse.others << sSilenceWavPath;
+    inUse.clipboard = s_Copied_WAV_File;
+    return inUse;
 }
 
 QList<Document*> AppDelegate::documents() const {
@@ -290,9 +315,13 @@ QStringList AppDelegate::protectedFiles() const {
 
 bool AppDelegate::mayDeleteClipboardFile() const {
     const QList<Document*> open = documents();
-    return std::none_of(open.begin(), open.end(), [this](const Document* d) {
-        return d->history().array_WAV_Files().contains(s_Copied_WAV_File);
-    });
+    // A plan still queued may write that very name (a cut whose result takes
+    // over the copied audio's name): it is not this copy's to delete.
+    return std::none_of(open.begin(), open.end(),
+                        [this](const Document* d) {
+                            return d->history().array_WAV_Files().contains(s_Copied_WAV_File);
+                        }) &&
+           !m_runner->filesOfQueuedPlans().contains(s_Copied_WAV_File);
 }
 
 void AppDelegate::OnMenuQuit() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/Names.h"
 #include "app/PlanRunner.h"
 
 #include <QColor>
@@ -63,14 +64,20 @@ public:
     void OnMultipleTrackConcatenate();
 
     // Copy and cut delete the old clipboard file first, unless a version of an
-    // open track is that file (as it is after a cut): then it stays.
+    // open track is that file (as it is after a cut), or a queued plan names
+    // it: then it stays.
     bool mayDeleteClipboardFile() const;
 
     // The work files the open windows hold or are about to make: every version
-    // of every track, imports still under way and recordings' names. Imports,
+    // of every track, imports still under way and recordings' names, the
+    // files of queued plans and the copied audio's name. Imports,
     // takes and joins are named past all of them, so that two windows opening
     // files in one second never share a working WAV.
     QStringList namesInUse() const;
+    // What the names of an operation of `asking` must keep clear of: the
+    // other windows' names, the files of queued plans and the silence track;
+    // its own versions; the copied audio.
+    NamesInUse namesAround(const Document* asking) const;
 
     // The files an export must never replace: every version of every open
     // track, the clipboard and the silence track.

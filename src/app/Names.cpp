@@ -18,17 +18,64 @@ QString ResultNames::path(const QString& suffix) const {
     return pathInFolder(m_folder, name(suffix));
 }
 
-ResultNames editNames(const QString& workFolder, const QString& track, const QDateTime& now) {
-    // Every suffix an operation names its working parts with.
+namespace {
+std::function<QDateTime()>& fixedClock() {
+    static std::function<QDateTime()> fixed;
+    return fixed;
+}
+
+// Every suffix an operation names its working parts with.
+const QStringList& partSuffixes() {
     static const QStringList parts = {QStringLiteral("Before"), QStringLiteral("After"),
                                       QStringLiteral("Selection"), QStringLiteral("SelectionAfterAmplify"),
                                       QStringLiteral("Silence")};
-    QDateTime when = now;
-    auto isAPart = [&](const ResultNames& names) {
-        return std::any_of(parts.begin(), parts.end(),
-                           [&](const QString& suffix) { return names.path(suffix) == track; });
+    return parts;
+}
+} // namespace
+
+QDateTime namingNow() {
+    return fixedClock() ? fixedClock()() : QDateTime::currentDateTime();
+}
+
+void setNamingClock(std::function<QDateTime()> fixed) {
+    fixedClock() = std::move(fixed);
+}
+
+ResultNames editNames(const QString& workFolder, const QString& track, const QDateTime& now) {
+    return editNames(workFolder, track, NamesInUse{}, Writes::Version, now);
+}
+
+ResultNames editNames(const QString& workFolder, const QString& track, const NamesInUse& inUse, Writes writes,
+                      const QDateTime& now) {
+    const auto busy = [&](const QString& path) {
+        return path == track || path == inUse.clipboard || inUse.others.contains(path) ||
+               inUse.own.contains(path);
     };
-    while (isAPart(ResultNames(workFolder, when)))
+    // A file no window lists (one of a closed window) is in the way too where
+    // the plan does not delete it first: ffmpeg never overwrites, so a part
+    // or a clip would be that old file.
+    const auto free = [&](const ResultNames& names) {
+        const QStringList& parts = partSuffixes();
+        if (std::any_of(parts.begin(), parts.end(), [&](const QString& suffix) {
+                return busy(names.path(suffix)) || QFileInfo::exists(names.path(suffix));
+            }))
+            return false;
+        const QString plain = names.path();
+        if (inUse.others.contains(plain))
+            return false;
+        switch (writes) {
+        case Writes::Version: // replaces a version of this window's, never the copied audio of another
+            return plain != inUse.clipboard || inUse.own.contains(plain);
+        case Writes::Clip: // replaces the copied audio, never a version
+            return plain != track && !inUse.own.contains(plain) &&
+                   (plain == inUse.clipboard || !QFileInfo::exists(plain));
+        case Writes::VersionAndClip: // a cut: its clip is its result
+            return true;
+        }
+        return true;
+    };
+    QDateTime when = now;
+    while (!free(ResultNames(workFolder, when)))
         when = when.addSecs(1);
     return ResultNames(workFolder, when);
 }

@@ -2,13 +2,20 @@
 
 #include <QDateTime>
 #include <QString>
+#include <QStringList>
+#include <functional>
+
+// The time every result name is made from: the local date and time, unless a
+// test has fixed it (to make names of one second meet on purpose).
+QDateTime namingNow();
+void setNamingClock(std::function<QDateTime()> clock); // an empty function: the real clock again
 
 // Result files are named by the local date and time, to the second, plus an
 // optional suffix: "2024-03-05-14-07-59Before.wav". Every name of one operation
 // comes from one ResultNames, so they all share one stamp.
 class ResultNames {
 public:
-    ResultNames(const QString& workFolder, const QDateTime& when = QDateTime::currentDateTime());
+    ResultNames(const QString& workFolder, const QDateTime& when = namingNow());
     // Names of a fixed stamp, for files that live in a folder of their own.
     ResultNames(const QString& workFolder, const QString& stamp);
 
@@ -27,8 +34,29 @@ private:
 // before-part ("…Before.wav"), so an edit of the same second would otherwise
 // write its own before-part over the very track it is cutting. A track that is
 // this second's plain name is not moved: that result is replaced, as always.
-ResultNames editNames(const QString& workFolder, const QString& track,
-                      const QDateTime& now = QDateTime::currentDateTime());
+ResultNames editNames(const QString& workFolder, const QString& track, const QDateTime& now = namingNow());
+
+// What an operation's names must keep clear of, besides its own track.
+struct NamesInUse {
+    QStringList
+        others;      // other windows' versions, imports and takes; files queued plans name; the silence track
+    QStringList own; // this window's versions
+    QString clipboard; // the copied audio's file
+};
+// What the operation's plain name ("…-59.wav") becomes.
+enum class Writes { Version, Clip, VersionAndClip };
+
+// The names of an operation begun at `now`, as above, and moved on a second
+// at a time until no name of that second belongs to anything else. Results
+// are named by the second, so in one window two results of one second share
+// a name and the second replaces the first, as it always has; so do two
+// clips of one second. But a version, a working part or a clip never takes a
+// name that another window's history, an operation still queued or the
+// copied audio uses: that would put one track's audio into another's file.
+// (After a cut the copied audio is the window's own version, and is replaced
+// as one.)
+ResultNames editNames(const QString& workFolder, const QString& track, const NamesInUse& inUse, Writes writes,
+                      const QDateTime& now = namingNow());
 
 // "%@/%@": a file name inside a folder.
 QString pathInFolder(const QString& folder, const QString& name);

@@ -14,6 +14,8 @@
 
 enum class Tool { Sox, FFmpeg };
 
+struct PlanOutcome;
+
 // The steps an operation is made of. A plan is built by a pure function and
 // executed by the PlanRunner, step by step, strictly in order.
 namespace step {
@@ -27,6 +29,9 @@ struct Run { // one run of a tool with exactly these arguments
     // on, its progress is told as the share of that size written so far.
     QString growingFile = {};
     qint64 expectedBytes = 0;
+    // A run that exits with an error but leaves its output behind ends the
+    // plan, unless a later Check step judges it (an export, in its own words).
+    bool judgedLater = false;
 };
 struct RequireFile { // end the plan with an alert unless the file exists
     QString path;
@@ -43,11 +48,25 @@ struct RequireAudio {
     // A track of no length is audio where an edit makes one (deleting
     // everything); a file that was opened must hold at least one frame.
     bool mayBeEmpty = true;
+    // How long the result must be, when that is known before it is made: the
+    // sum of the files it joins; `duration` seconds of `source` from `start`
+    // (ending at the source's end at the latest); or, with neither, exactly
+    // `duration` seconds. A negative duration: not known. Checked from the
+    // headers, to within a frame per second of audio.
+    QStringList joined = {};
+    QString source = {};
+    double start = 0, duration = -1;
+};
+// End the plan, taking back what it wrote and putting back what it replaced,
+// when `problem` finds something wrong with what the plan did so far (its
+// runs, the duration it last probed); its text is the alert.
+struct Check {
+    std::function<QString(const PlanOutcome& sofar)> problem;
 };
 } // namespace step
 
-using Step =
-    std::variant<step::DeleteFile, step::Run, step::RequireFile, step::ProbeDuration, step::RequireAudio>;
+using Step = std::variant<step::DeleteFile, step::Run, step::RequireFile, step::ProbeDuration,
+                          step::RequireAudio, step::Check>;
 
 struct Plan {
     std::vector<Step> steps;
@@ -86,6 +105,24 @@ QString unusableAudioMessage(const QString& operation, const ToolRun* lastRun);
 // and with `needFrames`, whether it holds at least one frame.
 bool isReadableAudio(const QString& path, bool needFrames = false);
 
+// What is wrong with a WAV file's header, in words; empty when its sizes agree
+// with the file's (or it is no WAV). A tool that is stopped, or that runs out
+// of room, leaves a file whose header still says 0xFFFFFFFF bytes or more
+// than the file holds: libsndfile reads it all the same, so only the header
+// tells.
+QString wavHeaderProblem(const QString& path);
+
+// The frames a sound file holds by its header; -1 when it cannot be read.
+qint64 audioFrames(const QString& path);
+
+// Why writing into `folder` may have failed, in words, when it is full:
+// "The disk is full: /home/a/Documents/Tanselo has 0 MB free."; empty otherwise.
+QString fullDiskReason(const QString& folder, const QString& toolOutput = {});
+
+// The alert of a run that exited with an error and left its output behind:
+// the operation, the tool, the file and the reason.
+QString failedWriteMessage(const QString& operation, const ToolRun& run, const QString& output);
+
 // The share of `expectedBytes` that `writtenBytes` is, held below 100 while the
 // run goes on (the estimate may fall short); -1 when nothing is expected.
 int progressPercent(qint64 writtenBytes, qint64 expectedBytes);
@@ -107,8 +144,10 @@ private:
     QList<std::pair<QString, QString>> m_files; // (path, where it is set aside)
     QHash<QString, QString> m_pendingReads;
 };
-// The hidden name beside `path` that it is set aside under: ".<name>-replaced.wav".
-QString asideName(const QString& path);
+// The hidden name beside `path` that it is set aside under: ".<name>-replaced.wav"
+// for "<name>.wav", or with `number` ".<name>-replaced-2.wav" and so on, when
+// that one is taken.
+QString asideName(const QString& path, int number = 1);
 
 // A run that does not end normally (a crash, a kill, a failed start, or a cancel
 // through `cancel`) ends the plan: what it wrote is deleted and the outcome
@@ -127,4 +166,6 @@ struct NewFiles {
     QStringList numberedExisting; // such numbered files that were there before
 };
 NewFiles filesNotYetThere(const Plan& plan);
+// Every path a plan names: what it reads, writes, deletes or checks.
+QStringList filesNamedBy(const Plan& plan);
 void deleteWrittenFiles(const NewFiles& files);

@@ -81,3 +81,10 @@ void PlanRunner::setBusy(bool busy) {
     m_busy = busy;
     emit busyChanged(busy);
 }
+
+QStringList PlanRunner::filesOfQueuedPlans() const {
+    QStringList files;
+    for (const Job& job : m_queue)
+        files += filesNamedBy(job.plan);
+    return files;
+}

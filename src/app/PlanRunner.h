@@ -37,6 +37,9 @@ public:
     // The process id of the tool running now; 0 between runs.
     qint64 runningProcessId() const { return m_processId.load(); }
     const ToolPaths& tools() const { return m_tools; }
+    // Every file the plans queued or running now name: a name an operation
+    // is about to write is not free for another, though it is not there yet.
+    QStringList filesOfQueuedPlans() const;
     // Every run of this session, oldest first.
     const QList<ToolRun>& runs() const { return m_runs; }
 

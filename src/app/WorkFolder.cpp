@@ -1,5 +1,6 @@
 #include "WorkFolder.h"
 
+#include "Duration.h"
 #include "Plan.h"
 #include "WorkingFormat.h"
 
@@ -10,6 +11,7 @@
 #include <QStorageInfo>
 #include <QTemporaryFile>
 #include <algorithm>
+#include <cmath>
 #include <filesystem>
 
 QString workFolderPath() {
@@ -90,7 +92,61 @@ QString roomToWorkProblem(const QString& folder, qint64 trackBytes) {
 
 Plan buildSilenceTrackPlan(const QString& path) {
     // 60 seconds of silence from the null input, in the working format.
+    // A work folder too small for it would leave a shorter track that passes
+    // for the real one: the result is checked for its full minute.
     return {{step::Run{Tool::Sox,
                        {"-n", "-r", workingFormat::sampleRateText(), "-c", workingFormat::channelsText(),
-                        path, "trim", "0.0", "60.0"}}}};
+                        path, "trim", "0.0", "60.0"}},
+             step::RequireAudio{path, QStringLiteral("Making the silence track"), true, {}, {}, 0, 60.0}}};
+}
+
+qint64 workingWavBytes(double seconds) {
+    return 44 + qint64(std::ceil(std::max(seconds, 0.0) * workingFormat::SampleRate)) *
+                    workingFormat::BytesPerFrame;
+}
+
+QString tooLongForAWavProblem(const QString& what, double seconds) {
+    if (workingWavBytes(seconds) <= LargestWavBytes)
+        return {};
+    const qint64 longest = (LargestWavBytes - 44) / workingFormat::BytesPerFrame / workingFormat::SampleRate;
+    return QStringLiteral(
+               "%1 %2, longer than a working file can hold: a WAV holds at most %3 of audio at "
+               "44.1 kHz stereo. Split it into shorter parts with another program, then use those.")
+        .arg(what, clockText(qint64(seconds)), clockText(longest));
+}
+
+QString importRoomProblem(const QString& source, const QString& folder, qint64 seconds) {
+    const QString name = QFileInfo(source).fileName();
+    if (QString tooLong = tooLongForAWavProblem(QStringLiteral("“%1” lasts").arg(name), double(seconds));
+        !tooLong.isEmpty())
+        return tooLong;
+    const QStorageInfo storage(folder);
+    const qint64 available = storage.isValid() ? storage.bytesAvailable() : -1;
+    const qint64 needed = workingWavBytes(double(seconds)) + 50LL * 1000 * 1000;
+    if (available < 0 || available >= needed)
+        return {};
+    const QLocale locale = QLocale::system();
+    const auto size = [&](qint64 bytes) {
+        return locale.formattedDataSize(bytes, 0, QLocale::DataSizeSIFormat);
+    };
+    return QStringLiteral(
+               "There is not enough free space in the work folder %1 to open “%2”: its %3 of audio "
+               "need %4 there, and 50 MB more; %5 are free. Make room there, then try again.")
+        .arg(folder, name, clockText(seconds), size(workingWavBytes(double(seconds))), size(available));
+}
+
+double workingWavSeconds(qint64 bytes) {
+    return double(std::max<qint64>(bytes - 44, 0)) / workingFormat::BytesPerFrame / workingFormat::SampleRate;
+}
+
+QString roomForBytesProblem(const QString& folder, qint64 bytes) {
+    const QStorageInfo storage(folder);
+    const qint64 available = storage.isValid() ? storage.bytesAvailable() : -1;
+    if (available < 0 || available >= bytes + 50LL * 1000 * 1000)
+        return {};
+    const QLocale locale = QLocale::system();
+    const auto size = [&](qint64 n) { return locale.formattedDataSize(n, 0, QLocale::DataSizeSIFormat); };
+    return QStringLiteral("There is not enough free space in the work folder %1: this needs %2 there, and "
+                          "50 MB more; %3 are free. Make room there, then try again.")
+        .arg(folder, size(bytes), size(available));
 }

@@ -29,6 +29,22 @@ QString roomToWorkProblem(const QString& folder, qint64 trackBytes);
 // The same judgement with the free space given, for the message alone.
 QString notEnoughRoomMessage(const QString& folder, qint64 trackBytes, qint64 freeBytes);
 
+// A WAV's sizes are 32-bit numbers, so a working WAV holds at most 4 GiB:
+// 6 h 45 min 47 s of audio.
+constexpr qint64 LargestWavBytes = 0xFFFFFFFFLL;
+qint64 workingWavBytes(double seconds); // header included
+// Why a track of `seconds` cannot be made, when it would pass that limit;
+// `what` is what would be that long ("“talk.mp3” lasts", "The pasted track would last").
+QString tooLongForAWavProblem(const QString& what, double seconds);
+// The seconds a working WAV of `bytes` holds, from its size alone.
+double workingWavSeconds(qint64 bytes);
+// Why an operation that writes `bytes` into `folder` cannot run there: it
+// needs them and 50 MB more free; empty when they are free.
+QString roomForBytesProblem(const QString& folder, qint64 bytes);
+// Why `source`, lasting `seconds`, cannot be opened into `folder`: its working
+// WAV would pass the limit, or not fit with 50 MB to spare; empty when it can.
+QString importRoomProblem(const QString& source, const QString& folder, qint64 seconds);
+
 // One sox run that makes the shared 60-second silence track at `path`.
 struct Plan;
 Plan buildSilenceTrackPlan(const QString& path);

@@ -47,41 +47,51 @@ void BatchRun::startFile(int index) {
     FileResult& file = m_results[index];
     const QString folder = m_work->filePath(QString::number(index + 1));
     QDir().mkpath(folder);
-    const RecipePlan plan = buildRecipePlan(m_recipe, file.input, folder, file.output);
+    // The export is written under a name of this run's own and takes its
+    // real name only when it is complete: another batch, or a script, writing
+    // into the same folder meanwhile can neither be overwritten by this one
+    // nor have its file removed when this one fails.
+    const QString temporary = temporaryOutputPath(file.output, index);
+    const RecipePlan plan = buildRecipePlan(m_recipe, file.input, folder, temporary, file.output);
     emit fileStarted(index, int(m_results.size()));
-    // A name taken since the names were chosen is never overwritten.
-    const QString refusal = !plan.problem.isEmpty() ? plan.problem
-                            : QFileInfo::exists(file.output)
-                                ? QStringLiteral("\"%1\" exists already.").arg(file.output)
-                                : QString();
-    if (!refusal.isEmpty()) {
+    if (!plan.problem.isEmpty()) {
         file.state = FileResult::Failed;
-        file.reason = refusal;
+        file.reason = plan.problem;
         startFile(index + 1);
         return;
     }
     emit stageStarted(0, int(plan.stages.size()), plan.stages.value(0));
     m_runner.submit(
-        plan.plan, this, [this, index](const PlanOutcome& outcome) { fileEnded(index, outcome); },
+        plan.plan, this,
+        [this, index, temporary](const PlanOutcome& outcome) { fileEnded(index, temporary, outcome); },
         [this, plan](int run, int, const QString&, int) {
             const int stage = plan.runStages.value(run);
             emit stageStarted(stage, int(plan.stages.size()), plan.stages.value(stage));
         });
 }
 
-void BatchRun::fileEnded(int index, const PlanOutcome& outcome) {
+void BatchRun::fileEnded(int index, const QString& temporary, const PlanOutcome& outcome) {
     FileResult& file = m_results[index];
     QDir(m_work->filePath(QString::number(index + 1))).removeRecursively();
-    const exporting::Verdict verdict = outcome.ok && !outcome.runs.isEmpty()
-                                           ? exporting::judge(file.output, outcome.runs.last())
-                                           : exporting::Verdict{exporting::Verdict::NoFile, outcome.alert};
+    exporting::Verdict verdict = outcome.ok && !outcome.runs.isEmpty()
+                                     ? exporting::judge(temporary, outcome.runs.last())
+                                     : exporting::Verdict{exporting::Verdict::NoFile, outcome.alert};
+    if (verdict.kind == exporting::Verdict::Saved) {
+        QString error;
+        const QString named = claimOutputName(temporary, file.output, &error);
+        if (named.isEmpty())
+            verdict = {exporting::Verdict::NoFile, error};
+        else
+            file.output = named;
+    }
+    // The export's own file is all a failure removes; one of another run
+    // at the name it wanted stays.
     if (verdict.kind == exporting::Verdict::Saved) {
         file.state = FileResult::Done;
     } else {
-        // An unfinished export is never left behind; nothing was at its name before.
-        QFile::remove(file.output);
+        QFile::remove(temporary);
         file.state = outcome.cancelled ? FileResult::Cancelled : FileResult::Failed;
-        file.reason = verdict.message;
+        file.reason = verdict.message.replace(temporary, file.output);
         m_cancelled = m_cancelled || outcome.cancelled;
     }
     startFile(index + 1);

@@ -45,7 +45,7 @@ signals:
 
 private:
     void startFile(int index);
-    void fileEnded(int index, const PlanOutcome& outcome);
+    void fileEnded(int index, const QString& temporary, const PlanOutcome& outcome);
     void finish();
 
     PlanRunner& m_runner;

@@ -3,11 +3,18 @@
 #include "document/VersionHistory.h"
 #include "effects/EffectCatalogue.h"
 
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
+#include <cerrno>
 #include <cmath>
+#include <cstring>
+#include <unistd.h>
 
 Recipe recipeOf(const VersionHistory& history, const exporting::Choice& exportChoice) {
     Recipe recipe;
@@ -261,4 +268,42 @@ QStringList outputPaths(const QStringList& inputs, const QString& folder, const 
         outputs.append(path);
     }
     return outputs;
+}
+
+QString temporaryOutputPath(const QString& wanted, int index) {
+    const QFileInfo info(wanted);
+    return info.dir().filePath(QStringLiteral(".%1.tanselo-%2-%3.%4")
+                                   .arg(info.completeBaseName())
+                                   .arg(QCoreApplication::applicationPid())
+                                   .arg(index)
+                                   .arg(info.suffix()));
+}
+
+QString claimOutputName(const QString& temporary, const QString& wanted, QString* error) {
+    const QFileInfo info(wanted);
+    // "name (3)" goes on with "name (4)"; "name" with "name (2)".
+    static const QRegularExpression numbered(QStringLiteral("^(.*) \\((\\d+)\\)$"));
+    QString base = info.completeBaseName();
+    int n = 1;
+    if (const QRegularExpressionMatch match = numbered.match(base); match.hasMatch()) {
+        base = match.captured(1);
+        n = match.captured(2).toInt();
+    }
+    const QString suffix = info.suffix().isEmpty() ? QString() : u'.' + info.suffix();
+    QString path = wanted;
+    for (int tries = 0; tries < 10000; ++tries) {
+        if (::link(QFile::encodeName(temporary).constData(), QFile::encodeName(path).constData()) == 0) {
+            QFile::remove(temporary);
+            return path;
+        }
+        if (errno != EEXIST) {
+            *error = QStringLiteral("“%1” could not be named “%2”: %3.")
+                         .arg(QFileInfo(temporary).fileName(), QFileInfo(path).fileName(),
+                              QString::fromLocal8Bit(std::strerror(errno)));
+            return {};
+        }
+        path = info.dir().filePath(QStringLiteral("%1 (%2)%3").arg(base).arg(++n).arg(suffix));
+    }
+    *error = QStringLiteral("Every name like “%1” is taken.").arg(info.fileName());
+    return {};
 }

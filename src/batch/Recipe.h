@@ -46,3 +46,15 @@ std::optional<Recipe> recipeFromJson(const QByteArray& json, QString* error);
 // existing file (an input among them), or by an earlier input of the list.
 QStringList outputPaths(const QStringList& inputs, const QString& folder, const QString& extension,
                         const std::function<bool(const QString&)>& exists);
+
+// Where a result is written before it takes its name: a hidden name of this
+// process's own beside `wanted`, with its extension (the encoder follows it).
+QString temporaryOutputPath(const QString& wanted, int index);
+
+// Gives the finished file at `temporary` the name `wanted`, or the next of
+// "name (2).ext", "name (3).ext", … that is free at that moment, and returns
+// the name it took. A hard link never replaces a file, so two runs that chose
+// one name (two batches, or a batch and a script, writing into one folder)
+// never overwrite each other, whichever finishes first. Empty, with the
+// reason in `error`, when the folder takes no name at all.
+QString claimOutputName(const QString& temporary, const QString& wanted, QString* error);

@@ -21,12 +21,17 @@ EditPlan buildStepPlan(const RecipeStep& step, const EditState& s, const ResultN
 }
 
 namespace {
-// Appends a plan's steps but its probes, noting each tool run's stage.
+// Appends a plan's steps but the probes whose durations are only drawn,
+// noting each tool run's stage. A probe that a check reads (the room an
+// import needs) stays.
 void append(RecipePlan& recipePlan, const Plan& plan, int stage) {
-    for (const Step& s : plan.steps) {
-        if (std::holds_alternative<step::ProbeDuration>(s))
+    for (std::size_t i = 0; i < plan.steps.size(); ++i) {
+        const Step& s = plan.steps[i];
+        const bool checked =
+            i + 1 < plan.steps.size() && std::holds_alternative<step::Check>(plan.steps[i + 1]);
+        if (std::holds_alternative<step::ProbeDuration>(s) && !checked)
             continue;
-        if (std::holds_alternative<step::Run>(s))
+        if (std::holds_alternative<step::Run>(s) || std::holds_alternative<step::ProbeDuration>(s))
             recipePlan.runStages.append(stage);
         recipePlan.plan.steps.push_back(s);
     }
@@ -34,7 +39,7 @@ void append(RecipePlan& recipePlan, const Plan& plan, int stage) {
 } // namespace
 
 RecipePlan buildRecipePlan(const Recipe& recipe, const QString& input, const QString& folder,
-                           const QString& output) {
+                           const QString& output, const QString& shownOutput) {
     RecipePlan result;
     QString track = ResultNames(folder, QStringLiteral("opened")).path();
     result.stages.append(QStringLiteral("Opening %1").arg(QFileInfo(input).fileName()));
@@ -56,7 +61,8 @@ RecipePlan buildRecipePlan(const Recipe& recipe, const QString& input, const QSt
         return result;
     }
     const int stage = int(result.stages.size());
-    result.stages.append(QStringLiteral("Exporting %1").arg(QFileInfo(output).fileName()));
+    result.stages.append(QStringLiteral("Exporting %1")
+                             .arg(QFileInfo(shownOutput.isEmpty() ? output : shownOutput).fileName()));
     append(result, exporting::buildExportPlan(output, *arguments), stage);
     return result;
 }
@@ -72,7 +78,7 @@ namespace {
 // file, the work folder and the output file. Control characters, so that no
 // argument of a tool could hold one by chance.
 const QString InputMark = QStringLiteral("\x01I"), WorkMark = QStringLiteral("\x01W"),
-              OutputMark = QStringLiteral("\x01O");
+              OutputMark = QStringLiteral("\x01O"), TemporaryMark = QStringLiteral("\x01T");
 
 // An argument as one shell word: the stand-ins become their variables in
 // double quotes, everything else stays literal in single quotes.
@@ -85,10 +91,11 @@ QString shellWord(const QString& argument) {
     };
     for (qsizetype i = 0; i < argument.size(); ++i) {
         const QString pair = argument.mid(i, 2);
-        const QString variable = pair == InputMark    ? QStringLiteral("\"$input\"")
-                                 : pair == WorkMark   ? QStringLiteral("\"$work\"")
-                                 : pair == OutputMark ? QStringLiteral("\"$output\"")
-                                                      : QString();
+        const QString variable = pair == InputMark       ? QStringLiteral("\"$input\"")
+                                 : pair == WorkMark      ? QStringLiteral("\"$work\"")
+                                 : pair == OutputMark    ? QStringLiteral("\"$output\"")
+                                 : pair == TemporaryMark ? QStringLiteral("\"$part\"")
+                                                         : QString();
         if (variable.isEmpty()) {
             literal += argument.at(i);
             continue;
@@ -107,7 +114,7 @@ QString exportDescription(const exporting::Choice& c) {
              exporting::channels().value(c.channels), exporting::bitRates().value(c.bitRate));
 }
 
-const char* const Preamble = R"(set -eu
+const char* const Preamble = R"sh(set -eu
 if [ $# -lt 1 ] || [ $# -gt 2 ]; then
     echo "usage: sh $0 INPUT [OUTPUT]" >&2
     exit 2
@@ -136,8 +143,12 @@ else
     done
 fi
 work=$(mktemp -d "${TMPDIR:-/tmp}/tanselo-recipe.XXXXXX")
-# The work files always go; the output only when the recipe did not finish.
-trap 'status=$?; rm -rf "$work"; if [ $status -ne 0 ]; then rm -f "$output"; fi' EXIT
+# The export is written under a name of this run's own beside the output and
+# takes its name only when it is complete: another run writing there at the
+# same time is neither overwritten nor removed by this one.
+part="$(dirname -- "$output")/.tanselo-$$-$(basename -- "$output")"
+# The work files and the unfinished export always go; nothing else does.
+trap 'rm -rf "$work"; rm -f "$part"' EXIT
 trap 'exit 1' HUP INT TERM
 # Runs one tool, showing what it said only when it fails.
 run() {
@@ -147,12 +158,32 @@ run() {
         exit 1
     }
 }
-)";
+)sh";
+// The finished export takes its name: ln never replaces a file, so of two
+// runs that chose one name the later one moves on to the next " (n)", or,
+// with the output named on the command line, stops.
+const char* const Claim = R"sh(
+# Naming the output
+until ln -- "$part" "$output" 2>/dev/null; do
+    if [ ! -e "$output" ]; then
+        echo "$output could not be written." >&2
+        exit 1
+    fi
+    if [ $# -eq 2 ]; then
+        echo "$output exists already: it is never overwritten." >&2
+        exit 1
+    fi
+    output="$folder/$name ($n).%EXT%"
+    n=$((n + 1))
+done
+rm -f -- "$part"
+echo "$output"
+)sh";
 } // namespace
 
 QString recipeScript(const Recipe& recipe) {
     const QString extension = exportExtension(recipe);
-    const RecipePlan plan = buildRecipePlan(recipe, InputMark, WorkMark, OutputMark);
+    const RecipePlan plan = buildRecipePlan(recipe, InputMark, WorkMark, TemporaryMark, OutputMark);
     QString script = QStringLiteral("#!/bin/sh\n# A Tanselo recipe: ");
     QStringList labels;
     for (const RecipeStep& step : recipe.steps)
@@ -175,7 +206,8 @@ QString recipeScript(const Recipe& recipe) {
                 stage = runStage;
                 QString name = plan.stages.value(stage);
                 name.replace(InputMark, QStringLiteral("the input"))
-                    .replace(OutputMark, QStringLiteral("the output"));
+                    .replace(OutputMark, QStringLiteral("the output"))
+                    .replace(TemporaryMark, QStringLiteral("the output"));
                 script += QStringLiteral("\n# %1\nstage=%2\n").arg(name, shellQuoted(name));
             }
             script +=
@@ -188,6 +220,6 @@ QString recipeScript(const Recipe& recipe) {
                           .arg(shellWord(required->path));
         }
     }
-    script += QStringLiteral("\necho \"$output\"\n");
+    script += QString::fromUtf8(Claim).replace(QStringLiteral("%EXT%"), extension);
     return script;
 }

@@ -18,8 +18,9 @@ struct RecipePlan {
     QList<int> runStages; // the stage of each tool run, in order
     QString problem;      // why the recipe cannot be done: the export setting passes nothing
 };
+// The stage of the export names `shownOutput`, when given, for `output`.
 RecipePlan buildRecipePlan(const Recipe& recipe, const QString& input, const QString& folder,
-                           const QString& output);
+                           const QString& output, const QString& shownOutput = {});
 
 // A POSIX shell script that makes the same tool runs on the file named by its
 // first argument, writing the export beside it (or to its second argument),

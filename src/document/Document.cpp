@@ -36,6 +36,7 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 #include <QtConcurrent>
+#include <cmath>
 
 namespace {
 // The name of a toolbar action's icon, kept for redrawing it.
@@ -409,7 +410,7 @@ void Document::Open_And_Select_Silence_File() {
     const int request = beginLoad();
     m_app.runner().submit(buildProbePlan(s_WAV_File_Path), this, [this, request](const PlanOutcome& outcome) {
         if (request == m_loadRequest)
-            finishLoading(outcome.seconds.value_or(0), silentTrackVersionLabel());
+            finishLoading(shownSeconds(outcome, s_WAV_File_Path), silentTrackVersionLabel());
     });
 }
 
@@ -437,7 +438,7 @@ void Document::Refresh_Audio_Plot() {
     const int request = beginLoad();
     m_app.runner().submit(buildProbePlan(s_WAV_File_Path), this, [this, request](const PlanOutcome& outcome) {
         if (request == m_loadRequest)
-            finishLoading(outcome.seconds.value_or(0), openedVersionLabel(s_WAV_File_Path),
+            finishLoading(shownSeconds(outcome, s_WAV_File_Path), openedVersionLabel(s_WAV_File_Path),
                           LoadEnd::FileShown);
     });
 }
@@ -465,6 +466,17 @@ void Document::finishLoading(qint64 seconds, const QString& label, LoadEnd end) 
     labelSize->setVisible(!s_File_Size.isEmpty());
     describeForAccessibility();
     emit loaded();
+}
+
+qint64 Document::shownSeconds(const PlanOutcome& outcome, const QString& path) {
+    if (outcome.seconds)
+        return *outcome.seconds;
+    // The probe of a load was cancelled (or could not run): the window still
+    // shows what its file holds, read from the WAV's header as ffmpeg would
+    // say it (hundredths, rounded, then whole seconds), never a length of 0.
+    const qint64 frames = audioFrames(path);
+    return frames > 0 ? qint64(std::floor(std::round(double(frames) / workingFormat::SampleRate * 100) / 100))
+                      : 0;
 }
 
 bool Document::failed(const PlanOutcome& outcome) {
@@ -531,28 +543,39 @@ void Document::Clear_Array_Of_WAV_Files() {
     emit historyChanged();
 }
 
-void Document::Operation_Undo() {
+bool Document::trackFileIsThere() {
+    if (!b_Audio_Loaded || QFileInfo::exists(s_WAV_File_Path))
+        return true;
+    showErrorAlert(this, missingTrackMessage(s_WAV_File_Path));
+    return false;
+}
+
+bool Document::moveHistory(const std::function<void(VersionHistory&)>& move) {
     if (m_history.versions().isEmpty()) // nothing loaded yet
-        return;
-    m_history.undo();
+        return false;
+    VersionHistory moved = m_history;
+    move(moved);
+    // A version whose file is gone would show as an empty track of no length.
+    if (const QString target = moved.current(); !target.isEmpty() && !QFileInfo::exists(target)) {
+        showErrorAlert(this, missingVersionMessage(target));
+        return false;
+    }
+    m_history = moved;
     emit historyChanged();
     reloadCurrentVersion();
+    return true;
+}
+
+void Document::Operation_Undo() {
+    moveHistory([](VersionHistory& history) { history.undo(); });
 }
 
 void Document::Operation_Redo() {
-    if (m_history.versions().isEmpty())
-        return;
-    m_history.redo();
-    emit historyChanged();
-    reloadCurrentVersion();
+    moveHistory([](VersionHistory& history) { history.redo(); });
 }
 
 void Document::moveToVersion(qsizetype index) {
-    if (m_history.versions().isEmpty())
-        return;
-    m_history.moveTo(index);
-    emit historyChanged();
-    reloadCurrentVersion();
+    moveHistory([index](VersionHistory& history) { history.moveTo(index); });
 }
 
 void Document::reloadCurrentVersion() {
@@ -562,7 +585,7 @@ void Document::reloadCurrentVersion() {
     s_WAV_File_URL = versionUrlText(s_WAV_File_Path, m_app.s_Output_Folder, m_app.sSilenceWavURL);
     openFileWithFilePathURL(s_WAV_File_URL);
     m_app.runner().submit(buildProbePlan(s_WAV_File_Path), this, [this](const PlanOutcome& outcome) {
-        takeDuration(outcome.seconds.value_or(0));
+        takeDuration(shownSeconds(outcome, s_WAV_File_Path));
         emit loaded();
     });
 }

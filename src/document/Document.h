@@ -276,6 +276,15 @@ private:
     // work folder takes no file or lacks the room the operation needs; false
     // without a word while recording, as the take is to replace the track.
     bool readyToWrite();
+    // Whether the current version's file is there; when it has been removed
+    // outside the editor, says so (rather than leave a tool to fail over it).
+    bool trackFileIsThere();
+    // Moves the history as `move` does to a copy of it, unless the version it
+    // would make current has gone: then says so and stays.
+    bool moveHistory(const std::function<void(VersionHistory&)>& move);
+    // The whole seconds a load shows: the probe's, or the file's own when the
+    // probe was cancelled.
+    static qint64 shownSeconds(const PlanOutcome& outcome, const QString& path);
     // Shows why a plan failed, unless the user cancelled it; true when it failed.
     bool failed(const PlanOutcome& outcome);
     void importFile(const QString& path);
@@ -309,9 +318,12 @@ private:
     void runSplit(const splitting::SplitPlan& split);
     void handOverPieces(const QStringList& pieces);
     EditState editState(bool withSegments);
-    ResultNames resultNames() const; // the names of an edit or effect begun now
+    // The names of an operation begun now, clear of every other window's files.
+    ResultNames resultNames(Writes writes = Writes::Version) const;
     void runEdit(const EditPlan& edit);
     void adoptResult(const EditPlan& edit, qint64 seconds);
+    // False, with the alert shown, when a result of `seconds` would pass what a WAV holds.
+    bool resultFitsAWav(double seconds);
     void paste(PastePlace place);
     void pasteMix(PastePlace place);
     bool haveCopiedContent(); // or says "There is no copied content."

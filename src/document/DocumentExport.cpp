@@ -29,7 +29,7 @@ void Document::TimerSaveAudioTrackRoutine() {
 void Document::SaveWAVFile() {
     // Export is off while the window records (its button is disabled); the
     // menu's save command, which has no button state, follows it.
-    if (recording())
+    if (recording() || !trackFileIsThere())
         return;
     Window_AF_WAV dialog(m_app, this);
     dialog.s_WAV_File_Path = s_WAV_File_Path;

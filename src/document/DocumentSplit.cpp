@@ -40,7 +40,7 @@ void Document::OnPopupSplitOnSilence() {
     if (!dialog.bOK)
         return;
     const QString wav = s_WAV_File_Path;
-    if (!readyToWrite())
+    if (!trackFileIsThere() || !readyToWrite())
         return;
     m_app.runner().submit(splitting::buildSplitOnSilencePlan(wav, dialog.settings()), this,
                           [this, wav](const PlanOutcome& outcome) {
@@ -55,7 +55,7 @@ void Document::OnPopupSplitOnSilence() {
 }
 
 void Document::runSplit(const splitting::SplitPlan& split) {
-    if (!readyToWrite())
+    if (!trackFileIsThere() || !readyToWrite())
         return;
     // The pieces open whether or not the runs made them, as the tools' runs
     // are not judged; only a run that was killed, crashed or cancelled stops them.

@@ -7,6 +7,14 @@
 
 namespace exporting {
 
+namespace {
+QString canonicalOrAbsolute(const QString& path) {
+    const QFileInfo info(path);
+    const QString resolved = info.canonicalFilePath();
+    return resolved.isEmpty() ? info.absoluteFilePath() : resolved;
+}
+} // namespace
+
 const QStringList& formats() {
     static const QStringList list{"WAV", "M4A", "MP3"};
     return list;
@@ -87,22 +95,37 @@ std::optional<qint64> expectedBytes(const QString& destination, const Choice& ch
 
 Plan buildExportPlan(const QString& destination, const QStringList& arguments,
                      std::optional<qint64> expected) {
+    // The file that was at the destination is only set aside while ffmpeg
+    // writes: unless the run ends with a complete file, the plan fails, what
+    // ffmpeg wrote goes and the old file is put back as it was. A failed
+    // export never costs the user a file they had.
     return {{step::DeleteFile{destination},
-             step::Run{Tool::FFmpeg, arguments, destination, expected.value_or(0)}}};
+             step::Run{Tool::FFmpeg, arguments, destination, expected.value_or(0), true},
+             step::Check{[destination](const PlanOutcome& sofar) {
+                 const Verdict verdict = judge(destination, sofar.runs.value(sofar.runs.size() - 1));
+                 return verdict.kind == Verdict::Saved ? QString() : verdict.message;
+             }}}};
 }
 
-namespace {
-QString canonical(const QString& path) {
-    const QFileInfo info(path);
-    const QString resolved = info.canonicalFilePath();
-    return resolved.isEmpty() ? info.absoluteFilePath() : resolved;
+bool isInsideFolder(const QString& destination, const QString& folder) {
+    if (folder.isEmpty())
+        return false;
+    const QString target = QFileInfo(canonicalOrAbsolute(QFileInfo(destination).path())).absoluteFilePath();
+    const QString inside = canonicalOrAbsolute(folder);
+    return target == inside || target.startsWith(inside + u'/');
 }
-} // namespace
+
+QString workFolderDestinationMessage(const QString& destination, const QString& workFolder) {
+    return QStringLiteral("\"%1\" is inside Tanselo's work folder, %2, which is emptied every time Tanselo "
+                          "starts: the exported file would be lost. Choose another folder.")
+        .arg(destination, workFolder);
+}
 
 bool isProtected(const QString& destination, const QStringList& protectedFiles) {
-    const QString target = canonical(destination);
-    return std::any_of(protectedFiles.begin(), protectedFiles.end(),
-                       [&](const QString& file) { return !file.isEmpty() && canonical(file) == target; });
+    const QString target = canonicalOrAbsolute(destination);
+    return std::any_of(protectedFiles.begin(), protectedFiles.end(), [&](const QString& file) {
+        return !file.isEmpty() && canonicalOrAbsolute(file) == target;
+    });
 }
 
 QString protectedDestinationMessage(const QString& destination) {
@@ -128,18 +151,20 @@ QString failureReason(const QString& output) {
 Verdict judge(const QString& destination, const ToolRun& run) {
     const QFileInfo written(destination);
     const QString reason = failureReason(run.output);
-    auto incomplete = [&](const QString& why) {
-        return Verdict{Verdict::Incomplete,
-                       QStringLiteral("The export to \"%1\" stopped before the end (%2). The incomplete file "
-                                      "has been removed; the track in this window is unchanged.")
-                           .arg(destination, why)};
+    auto incomplete = [&](const QString& why, const QString& whatIsGone) {
+        return Verdict{
+            Verdict::Incomplete,
+            QStringLiteral("The export to \"%1\" stopped before the end (%2). %3; the track in this "
+                           "window is unchanged.")
+                .arg(destination, why, whatIsGone)};
     };
-    // A killed ffmpeg's file is gone with the rest of its plan; it is told as
-    // the export that stopped, with the signal that stopped it.
+    // A killed ffmpeg's file, if it had begun one, is gone with the rest of its
+    // plan by now; it is told as the export that stopped, with the signal that
+    // stopped it.
     if (run.end == RunEnd::Crashed) {
         QString why = abnormalEndMessage(run);
         why.chop(1); // the sentence's full stop
-        return incomplete(why);
+        return incomplete(why, QStringLiteral("Nothing of it is kept"));
     }
     if (run.end == RunEnd::NotStarted)
         return {Verdict::NoFile, QStringLiteral("The export produced no file at \"%1\": %2")
@@ -154,7 +179,7 @@ Verdict judge(const QString& destination, const ToolRun& run) {
         const QString why = run.exitCode < 0   ? QStringLiteral("ffmpeg was stopped before it finished")
                             : reason.isEmpty() ? QStringLiteral("ffmpeg reported an error")
                                                : QStringLiteral("ffmpeg said: %1").arg(reason);
-        return incomplete(why);
+        return incomplete(why, QStringLiteral("The incomplete file has been removed"));
     }
     return {};
 }

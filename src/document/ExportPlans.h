@@ -50,7 +50,8 @@ std::optional<QStringList> exportArguments(const QString& wav, const Choice& cho
 // for WAV, from the bit rate for M4A and MP3, nothing for other extensions.
 std::optional<qint64> expectedBytes(const QString& destination, const Choice& choice, double seconds);
 
-// Deletes whatever is at the destination, then runs ffmpeg with `arguments`.
+// Sets aside whatever is at the destination, runs ffmpeg with `arguments` and
+// fails, putting the old file back, unless the run ends with a complete file.
 Plan buildExportPlan(const QString& destination, const QStringList& arguments,
                      std::optional<qint64> expected = std::nullopt);
 
@@ -58,6 +59,11 @@ Plan buildExportPlan(const QString& destination, const QStringList& arguments,
 // tracks, the clipboard, the silence track), however either is spelt.
 bool isProtected(const QString& destination, const QStringList& protectedFiles);
 QString protectedDestinationMessage(const QString& destination);
+
+// Whether `destination` lies in `folder` or below it: the work folder is
+// emptied at every start, so an export there would be lost.
+bool isInsideFolder(const QString& destination, const QString& folder);
+QString workFolderDestinationMessage(const QString& destination, const QString& workFolder);
 
 // How an export ended, judged by what lies at the destination and by how
 // ffmpeg ended.

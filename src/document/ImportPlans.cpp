@@ -1,6 +1,7 @@
 #include "ImportPlans.h"
 
 #include "app/ToolArguments.h"
+#include "app/WorkFolder.h"
 
 #include <QFileInfo>
 
@@ -12,8 +13,15 @@ const QStringList& openableExtensions() {
 
 Plan buildImportPlan(const QString& source, const QString& result) {
     // ffmpeg is never told to overwrite, so whatever holds the name goes first.
+    // The source's length is measured first: a file whose working WAV would
+    // not fit in the work folder, or would pass the largest WAV, is refused
+    // before anything is written, rather than leave a cut-off track.
+    const QString folder = QFileInfo(result).path();
     return {
-        {step::DeleteFile{result}, step::Run{Tool::FFmpeg, importArguments(source, result)},
+        {step::ProbeDuration{source}, step::Check{[source, folder](const PlanOutcome& sofar) {
+             return importRoomProblem(source, folder, sofar.seconds.value_or(0));
+         }},
+         step::DeleteFile{result}, step::Run{Tool::FFmpeg, importArguments(source, result)},
          step::RequireFile{result, unreadableFileMessage(source)},
          step::RequireAudio{result, QStringLiteral("Opening “%1”").arg(QFileInfo(source).fileName()), false},
          step::ProbeDuration{result}}};

@@ -28,4 +28,4 @@ QString givenFileProblem(const QString& path);
 // second. Opening a file then never deletes another document's version, nor,
 // when the file is refused, this document's own.
 ResultNames importNames(const QString& workFolder, const QStringList& listed,
-                        const QDateTime& now = QDateTime::currentDateTime());
+                        const QDateTime& now = namingNow());

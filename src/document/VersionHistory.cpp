@@ -111,3 +111,17 @@ QString versionUrlText(const QString& path, const QString& workFolder, const QSt
     const QString name = QFileInfo(path).fileName();
     return name == QStringLiteral("silence.wav") ? silenceUrl : fileUrlText(workFolder, name);
 }
+
+QString missingTrackMessage(const QString& path) {
+    return QStringLiteral(
+               "The track's file “%1” is no longer there; it was removed outside Tanselo. Undo to an "
+               "earlier version, or open the file again.\n\n%2")
+        .arg(QFileInfo(path).fileName(), path);
+}
+
+QString missingVersionMessage(const QString& path) {
+    return QStringLiteral(
+               "The version “%1” is no longer there; it was removed outside Tanselo. The track stays "
+               "at the version it shows.\n\n%2")
+        .arg(QFileInfo(path).fileName(), path);
+}

@@ -67,6 +67,11 @@ struct VersionRow {
     QString time;   // when the version was made, "hh:mm:ss" in local time
     bool current = false;
 };
+// The alerts of a version whose file is gone: removed outside the editor, it
+// cannot be read by any operation, nor shown after an undo or a redo.
+QString missingTrackMessage(const QString& path);
+QString missingVersionMessage(const QString& path);
+
 // The rows of a history. The current row is the one at the position; in a
 // recording's take-over state, where the position is one past the take, it
 // is the take, the version the window shows.

@@ -96,6 +96,13 @@ void Window_AF_WAV::OnUserOK() {
         emit exportEnded(destination, false);
         return;
     }
+    // The work folder is emptied at every start: a file exported there would
+    // be reported as saved and be gone the next time.
+    if (exporting::isInsideFolder(destination, m_app.s_Output_Folder)) {
+        showErrorAlert(this, exporting::workFolderDestinationMessage(destination, m_app.s_Output_Folder));
+        emit exportEnded(destination, false);
+        return;
+    }
     // The arguments are settled before the old file goes, so that a bit rate
     // that passes nothing leaves the destination as it was.
     const std::optional<QStringList> arguments =
@@ -110,28 +117,40 @@ void Window_AF_WAV::OnUserOK() {
 
 void Window_AF_WAV::startExport(const QString& destination, const Plan& plan) {
     setExporting(true);
-    m_app.runner().submit(plan, this, [this, destination](const PlanOutcome& outcome) {
+    const bool hadFile = QFileInfo::exists(destination);
+    m_app.runner().submit(plan, this, [this, destination, hadFile](const PlanOutcome& outcome) {
         setExporting(false);
         if (outcome.cancelled) { // what ffmpeg had written is gone with the cancel
             emit exportEnded(destination, false);
             return;
         }
-        finishExport(destination, outcome.runs.isEmpty() ? ToolRun{} : outcome.runs.last());
+        if (!outcome.ok) {
+            failExport(destination, outcome, hadFile);
+            return;
+        }
+        finishExport(destination);
     });
 }
 
-void Window_AF_WAV::finishExport(const QString& destination, const ToolRun& run) {
+void Window_AF_WAV::failExport(const QString& destination, const PlanOutcome& outcome, bool hadFile) {
     // Rather than after every run, the success alert is only shown for a file
     // that is there and holds something; a failed run is told as such, in
-    // ffmpeg's own words, and neither a cut-off file nor an empty one is left
-    // behind to pass for an export.
-    const exporting::Verdict verdict = exporting::judge(destination, run);
-    if (verdict.kind != exporting::Verdict::Saved) {
-        QFile::remove(destination);
-        showErrorAlert(this, verdict.message);
-        emit exportEnded(destination, false);
-        return;
-    }
+    // ffmpeg's own words. Neither a cut-off file nor an empty one is left
+    // behind to pass for an export: the plan has taken it back, and put back
+    // the file that was there before. A run that did not end by itself never
+    // reached the plan's judgement, so it is judged here.
+    const ToolRun last = outcome.runs.isEmpty() ? ToolRun{} : outcome.runs.last();
+    QString message = last.end == RunEnd::Exited || outcome.runs.isEmpty()
+                          ? outcome.alert
+                          : exporting::judge(destination, last).message;
+    if (hadFile && QFileInfo::exists(destination))
+        message +=
+            tr("\n\n“%1”, which was there before, is kept as it was.").arg(QFileInfo(destination).fileName());
+    showErrorAlert(this, message);
+    emit exportEnded(destination, false);
+}
+
+void Window_AF_WAV::finishExport(const QString& destination) {
     const int pressed =
         showAlert(this, QStringLiteral("Success"), QStringLiteral("Audio file saved successfully."),
                   {QStringLiteral("Play Audio File"), QStringLiteral("Close")});

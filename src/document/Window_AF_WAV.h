@@ -44,7 +44,8 @@ signals:
 private:
     QString askDestination(int format);
     void startExport(const QString& destination, const Plan& plan);
-    void finishExport(const QString& destination, const ToolRun& run);
+    void failExport(const QString& destination, const PlanOutcome& outcome, bool hadFile);
+    void finishExport(const QString& destination);
     void setExporting(bool exporting);
 
     AppDelegate& m_app;

@@ -4,6 +4,7 @@
 #include "app/Alerts.h"
 #include "app/AppDelegate.h"
 #include "app/RemovedFiles.h"
+#include "app/WorkFolder.h"
 #include "document/Document.h"
 #include "document/WaveformPlot.h"
 #include "edit/Window_Silence_Insert.h"
@@ -54,8 +55,8 @@ void Document::OnToolbarTools() {
     popupMenuTools->popup(popupPosition());
 }
 
-ResultNames Document::resultNames() const {
-    return editNames(m_app.s_Output_Folder, s_WAV_File_Path);
+ResultNames Document::resultNames(Writes writes) const {
+    return editNames(m_app.s_Output_Folder, s_WAV_File_Path, m_app.namesAround(this), writes);
 }
 
 EditState Document::editState(bool withSegments) {
@@ -79,7 +80,7 @@ EditState Document::editState(bool withSegments) {
 }
 
 void Document::runEdit(const EditPlan& edit) {
-    if (!readyToWrite())
+    if (!trackFileIsThere() || !readyToWrite())
         return;
     m_app.runner().submit(edit.plan, this, [this, edit](const PlanOutcome& outcome) {
         if (failed(outcome))
@@ -113,12 +114,12 @@ void Document::adoptResult(const EditPlan& edit, qint64 seconds) {
 
 void Document::Operation_Copy() {
     const EditState state = editState(true);
-    runEdit(buildCopyPlan(state, resultNames(), m_app.mayDeleteClipboardFile()));
+    runEdit(buildCopyPlan(state, resultNames(Writes::Clip), m_app.mayDeleteClipboardFile()));
 }
 
 void Document::Operation_Cut() {
     const EditState state = editState(true);
-    runEdit(buildCutPlan(state, resultNames(), m_app.mayDeleteClipboardFile()));
+    runEdit(buildCutPlan(state, resultNames(Writes::VersionAndClip), m_app.mayDeleteClipboardFile()));
 }
 
 void Document::Operation_Delete() {
@@ -138,8 +139,19 @@ void Document::Operation_Paste() {
     popupMenuPaste->popup(popupPosition());
 }
 
+bool Document::resultFitsAWav(double seconds) {
+    const QString problem = tooLongForAWavProblem(tr("The track would then last"), seconds);
+    if (!problem.isEmpty())
+        showErrorAlert(this, problem);
+    return problem.isEmpty();
+}
+
 void Document::paste(PastePlace place) {
     const bool inside = place != PastePlace::Start && place != PastePlace::End;
+    // A track longer than a WAV can hold would be cut off by the join.
+    if (!resultFitsAWav(workingWavSeconds(QFileInfo(s_WAV_File_Path).size()) +
+                        workingWavSeconds(QFileInfo(m_app.s_Copied_WAV_File).size())))
+        return;
     runEdit(buildPastePlan(editState(inside), resultNames(), place));
 }
 
@@ -165,8 +177,17 @@ void Document::pasteMix(PastePlace place) {
     // folder): say so, as Paste does, instead.
     if (!haveCopiedContent())
         return;
+    const EditState state = editState(place != PastePlace::Start);
+    const double offset = place == PastePlace::Start              ? 0
+                          : place == PastePlace::CurrentPosition  ? state.seg.f_CurrentPosition
+                          : place == PastePlace::StartOfSelection ? state.seg.f_StartSelection
+                                                                  : state.seg.f_EndSelection;
+    if (!resultFitsAWav(
+            std::max(workingWavSeconds(QFileInfo(s_WAV_File_Path).size()),
+                     std::max(0.0, offset) + workingWavSeconds(QFileInfo(m_app.s_Copied_WAV_File).size()))))
+        return;
     const ResultNames names = resultNames();
-    runEdit(buildPasteMixPlan(editState(place != PastePlace::Start), names, place));
+    runEdit(buildPasteMixPlan(state, names, place));
 }
 
 void Document::OnPopupPasteMixingAtStart() {

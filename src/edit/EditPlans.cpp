@@ -16,15 +16,16 @@ struct Builder {
     void remove(const QString& path) { edit.plan.steps.push_back(DeleteFile{path}); }
     void ffmpeg(const QStringList& arguments) { edit.plan.steps.push_back(Run{Tool::FFmpeg, arguments}); }
     void sox(const QStringList& arguments) { edit.plan.steps.push_back(Run{Tool::Sox, arguments}); }
-    // Deletes the result, joins the inputs into it and takes it as the new version.
+    // Deletes the result, joins the inputs into it and takes it as the new
+    // version, which must be as long as its inputs together.
     void joinInto(const QStringList& inputs, const QString& result) {
         remove(result);
         ffmpeg(joinArguments(inputs, result));
-        adopt(result);
+        adopt(result, inputs);
     }
-    void adopt(const QString& result) {
+    void adopt(const QString& result, const QStringList& joined = {}) {
         edit.result = result;
-        edit.plan.steps.push_back(RequireAudio{result, operation});
+        edit.plan.steps.push_back(RequireAudio{result, operation, true, joined});
         edit.plan.steps.push_back(ProbeDuration{result});
     }
 };
@@ -99,6 +100,14 @@ QString parametersNotAcceptedMessage() {
 EditPlan buildCopyPlan(const EditState& s, const ResultNames& names, bool deleteOldClip) {
     Builder b{QStringLiteral("Copy")};
     copyInto(b, s, names.path(), deleteOldClip);
+    // Only a clip of the selection's length becomes the copied audio.
+    b.edit.plan.steps.push_back(RequireAudio{names.path(),
+                                             b.operation,
+                                             true,
+                                             {},
+                                             s.track,
+                                             secondsOfTimeString(s.seg.sStartSelection),
+                                             secondsOfTimeString(s.seg.sDurationSelection)});
     return b.edit;
 }
 

@@ -200,6 +200,10 @@ void Window_Multiple_Tracks::tableViewSelectionDidChange() {
 void Window_Multiple_Tracks::OnPlay() {
     if (!sound)
         return;
+    if (const QString problem = SoundPlayer::outputProblem(); !problem.isEmpty()) {
+        showErrorAlert(this, problem);
+        return;
+    }
     if (Status_Play == 2)
         sound->resume();
     else
@@ -265,7 +269,11 @@ void Window_Multiple_Tracks::OnUpdatePosition() {
 void Window_Multiple_Tracks::OnMix() {
     // Every row's file must still be there (its window may have moved on or
     // closed since the list was made), and the work folder must take the join.
-    qint64 bytes = 0;
+    // The join writes every track padded to its start, then the mix as long
+    // as the latest end: a start far out (2147483647 s) would pad until the
+    // disk is full, or past what a WAV holds, so both are measured first.
+    qint64 bytes = 0, written = 0;
+    double joined = 0;
     for (const Object_Audio_Track& track : std::as_const(arrayTracks)) {
         if (!QFileInfo::exists(track.s_Path)) {
             showErrorAlert(this,
@@ -275,8 +283,17 @@ void Window_Multiple_Tracks::OnMix() {
             return;
         }
         bytes += QFileInfo(track.s_Path).size();
+        const double end = std::max(0.0, double(track.f_Position_To_Start)) +
+                           workingWavSeconds(QFileInfo(track.s_Path).size());
+        joined = std::max(joined, end);
+        written += workingWavBytes(std::min(end, 1e7));
     }
-    if (const QString problem = roomToWorkProblem(m_app.s_Output_Folder, bytes); !problem.isEmpty()) {
+    QString problem = tooLongForAWavProblem(tr("The joined track would last"), joined);
+    if (problem.isEmpty())
+        problem = roomToWorkProblem(m_app.s_Output_Folder, bytes);
+    if (problem.isEmpty())
+        problem = roomForBytesProblem(m_app.s_Output_Folder, written + workingWavBytes(joined));
+    if (!problem.isEmpty()) {
         showErrorAlert(this, problem);
         return;
     }

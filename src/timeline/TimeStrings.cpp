@@ -1,5 +1,6 @@
 #include "TimeStrings.h"
 
+#include <QStringList>
 #include <cmath>
 
 namespace {
@@ -29,6 +30,13 @@ QString timeString(float x) {
     const std::uint64_t s = truncateToUnsigned((x - float(m * 60)) - float(h * 3600));
     const std::uint64_t c = truncateToUnsigned((x - float(truncateToUnsigned(std::floor(x)))) * 100.0f);
     return field(h) + u':' + field(m) + u':' + field(s) + u'.' + field(c);
+}
+
+double secondsOfTimeString(const QString& text) {
+    double seconds = 0;
+    for (const QString& field : text.split(u':'))
+        seconds = seconds * 60 + field.toDouble();
+    return seconds;
 }
 
 SegmentVariables calculateSegmentVariables(const SegmentInputs& in) {

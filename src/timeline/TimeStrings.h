@@ -15,6 +15,10 @@ std::uint64_t truncateToUnsigned(float value);
 // low 32 bits (so -1.5 s reads "00:00:-1.00").
 QString timeString(float seconds);
 
+// The seconds a time string stands for, as the tools read it: "00:01:02.50"
+// is 62.5, "00:00:-1.00" is -1, a plain number is that many seconds.
+double secondsOfTimeString(const QString& text);
+
 // What the document needs to cut a track: the markers and the position in
 // seconds, and the time strings every cutting operation hands to the tools.
 struct SegmentInputs {

@@ -110,9 +110,10 @@ void Document::playSelection() {
 void Document::startPlaying(PlayFrom from) {
     if (!mayStartPlaying(m_RecordStatus))
         return;
-    if (!QFileInfo::exists(s_WAV_File_Path)) {
-        showErrorAlert(this, tr("The track's file %1 is missing, so it cannot be played.")
-                                 .arg(QFileInfo(s_WAV_File_Path).fileName()));
+    if (!trackFileIsThere())
+        return;
+    if (const QString problem = SoundPlayer::outputProblem(); !problem.isEmpty()) {
+        showErrorAlert(this, problem);
         return;
     }
     const PlayStart start = playStart(from, viewAudioPlot->f_Audio_Position, viewAudioPlot->f_Selection_Start,
@@ -121,7 +122,9 @@ void Document::startPlaying(PlayFrom from) {
     sound = std::make_unique<SoundPlayer>(s_WAV_File_Path);
     connect(sound.get(), &SoundPlayer::failed, this, [this](const QString& reason) {
         stopPlayback();
-        showErrorAlert(this, tr("The track could not be played: %1").arg(reason));
+        showErrorAlert(this, reason == lostSoundOutputMessage()
+                                 ? reason
+                                 : tr("The track could not be played: %1").arg(reason));
     });
     sound->setCurrentTime(start.playerTime);
     sound->play();
@@ -312,7 +315,8 @@ void Document::endRecording() {
             return;
         // A fresh history holding the take alone, its position one past it.
         s_WAV_File_Path = path;
-        finishLoading(outcome.seconds.value_or(0), recordedVersionLabel(), LoadEnd::RecordingTaken);
+        finishLoading(shownSeconds(outcome, s_WAV_File_Path), recordedVersionLabel(),
+                      LoadEnd::RecordingTaken);
     });
 }
 

@@ -1,5 +1,7 @@
 #include "SoundPlayer.h"
 
+#include "transport/TransportRules.h"
+
 #include <QUrl>
 #include <cmath>
 
@@ -12,7 +14,20 @@ SoundPlayer::SoundPlayer(const QString& path, QObject* parent) : QObject(parent)
     });
     connect(&m_player, &QMediaPlayer::errorOccurred, this,
             [this](QMediaPlayer::Error, const QString& text) { emit failed(text); });
+    // An output that goes away (the sound server stopped) ends the playback
+    // at once, before the back end writes to a device that is no more.
+    connect(&m_devices, &QMediaDevices::audioOutputsChanged, this, [this] {
+        if (QMediaDevices::defaultAudioOutput().isNull()) {
+            m_wantsToPlay = false;
+            m_player.stop();
+            emit failed(lostSoundOutputMessage());
+        }
+    });
     m_player.setSource(QUrl::fromLocalFile(path));
+}
+
+QString SoundPlayer::outputProblem() {
+    return QMediaDevices::defaultAudioOutput().isNull() ? noSoundOutputMessage() : QString();
 }
 
 void SoundPlayer::onStatus(QMediaPlayer::MediaStatus status) {

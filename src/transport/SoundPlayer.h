@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QAudioDevice>
 #include <QAudioOutput>
+#include <QMediaDevices>
 #include <QMediaPlayer>
 #include <QObject>
 #include <optional>
@@ -13,6 +15,11 @@ class SoundPlayer : public QObject {
     Q_OBJECT
 public:
     explicit SoundPlayer(const QString& path, QObject* parent = nullptr);
+
+    // Why nothing can be played now (no sound output at all); empty when a
+    // player may be made. Asked before every playback: the media back end
+    // must not be started without an output.
+    static QString outputProblem();
 
     void setCurrentTime(double seconds);
     double currentTime() const;
@@ -32,6 +39,7 @@ private:
 
     QMediaPlayer m_player;
     QAudioOutput m_output;
+    QMediaDevices m_devices;
     bool m_loaded = false;
     bool m_wantsToPlay = false;
     std::optional<qint64> m_pendingMs;

@@ -75,3 +75,16 @@ TickOutcome playingTick(const PlayingClock& clock, float f_Selection_End, float 
     out.clock.u_Last_Position = truncateToUnsigned(out.clock.f_Audio_Position);
     return out;
 }
+
+QString noSoundOutputMessage() {
+    return QStringLiteral(
+        "No sound output is available, so nothing can be played. Tanselo plays through the "
+        "desktop's sound server: start PulseAudio or PipeWire (log out and in again, or run "
+        "“pulseaudio --start”), or connect a sound device, then press Play again.");
+}
+
+QString lostSoundOutputMessage() {
+    return QStringLiteral(
+        "The sound output went away while playing, so playback has stopped. Start the sound "
+        "server again, or connect a sound device, then press Play again.");
+}

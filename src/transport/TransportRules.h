@@ -49,6 +49,13 @@ struct PlayStart {
 };
 PlayStart playStart(PlayFrom from, float f_Audio_Position, float f_Selection_Start, float f_Audio_Length);
 
+// Why nothing can be played: no sound server runs and no sound card is there.
+// Said before a player is made; one made with no output may crash the media
+// back end's audio thread.
+QString noSoundOutputMessage();
+// What a playback that lost its output on the way says.
+QString lostSoundOutputMessage();
+
 // One tick of the one-second playing timer.
 struct PlayingClock {
     float f_Audio_Position = 0;

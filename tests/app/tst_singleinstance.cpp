@@ -9,6 +9,7 @@
 #include <QMap>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -77,6 +78,33 @@ private slots:
         QTRY_COMPARE(QApplication::activeWindow(), opened);
         QVERIFY(gui::waitIdle(*app));
         QCOMPARE(contents(folder), before);
+    }
+
+    // A first editor that holds the folder but is stopped cannot answer: the
+    // second start says so and ends with a status that tells it failed.
+    void aStartThatCannotReachAStalledEditorFails() {
+        const QString home = m_root.filePath("home-stalled");
+        const QString folder = home + "/Documents/Tanselo";
+        auto stalled = startEditor(home);
+        QVERIFY(stalled->waitForStarted(10000));
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(folder + "/silence.wav"), 30000);
+        QTest::qWait(500); // past its start, listening
+        QCOMPARE(::kill(pid_t(stalled->processId()), SIGSTOP), 0);
+        const auto resume = qScopeGuard([&] {
+            ::kill(pid_t(stalled->processId()), SIGKILL);
+            ::kill(pid_t(stalled->processId()), SIGCONT);
+            stalled->waitForFinished(10000);
+        });
+        fixtures::useTemporaryHome(home);
+        const auto alert = gui::answerAlert();
+        AppDelegate second;
+        const std::optional<int> status = second.applicationDidFinishLaunching();
+        QVERIFY(status.has_value());
+        QCOMPARE(*status, 1);
+        QVERIFY(alert->shown);
+        QVERIFY2(alert->informativeText.contains("already running") &&
+                     alert->informativeText.contains("does not answer"),
+                 qPrintable(alert->informativeText));
     }
 
     void aLockLeftByAKilledEditorDoesNotBlockTheNextStart() {

@@ -147,16 +147,18 @@ private slots:
     void importAndProbeArgumentLists() {
         const Plan plan = buildImportPlan("/in/My Song.mp3", "/w/2024-03-05-14-07-59.wav");
         const QList<PlannedRun> expected = {
+            {Tool::FFmpeg, {"-i", "/in/My Song.mp3"}}, // its length, for the room it needs
             {Tool::FFmpeg,
              {"-i", "/in/My Song.mp3", "-acodec", "pcm_s16le", "-ar", "44100", "-ac", "2",
               "/w/2024-03-05-14-07-59.wav"}},
             {Tool::FFmpeg, {"-i", "/w/2024-03-05-14-07-59.wav"}},
         };
         QCOMPARE(plannedRuns(plan), expected);
+        QVERIFY(std::holds_alternative<step::Check>(plan.steps[1]));
         // The result is deleted before ffmpeg writes it, and required afterwards.
-        QVERIFY(std::holds_alternative<step::DeleteFile>(plan.steps.front()));
-        QCOMPARE(std::get<step::DeleteFile>(plan.steps.front()).path, QString("/w/2024-03-05-14-07-59.wav"));
-        QVERIFY(std::holds_alternative<step::RequireFile>(plan.steps[2]));
+        QVERIFY(std::holds_alternative<step::DeleteFile>(plan.steps[2]));
+        QCOMPARE(std::get<step::DeleteFile>(plan.steps[2]).path, QString("/w/2024-03-05-14-07-59.wav"));
+        QVERIFY(std::holds_alternative<step::RequireFile>(plan.steps[4]));
         QCOMPARE(plannedRuns(buildProbePlan("/w/a b.wav")),
                  QList<PlannedRun>({{Tool::FFmpeg, {"-i", "/w/a b.wav"}}}));
     }
@@ -171,8 +173,9 @@ private slots:
         const QString result = folder + "/rés ult; $(x).wav";
         const PlanOutcome outcome = executePlan(buildImportPlan(source, result), realTools());
         QVERIFY2(outcome.ok, qPrintable(outcome.alert));
-        QCOMPARE(outcome.runs.size(), 2);
+        QCOMPARE(outcome.runs.size(), 3);
         QCOMPARE(outcome.runs[0].arguments[1], source);
+        QCOMPARE(outcome.runs[1].arguments[1], source);
         const fixtures::WavInfo info = fixtures::wavInfo(result);
         QVERIFY(info.isWorkingWav());
         QVERIFY(qAbs(info.seconds() - 2.0) < 0.05);

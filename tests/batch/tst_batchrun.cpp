@@ -7,6 +7,7 @@
 #include "batch/RecipePlans.h"
 
 #include <QDir>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -115,6 +116,78 @@ private slots:
         }
         QVERIFY(fixtures::samples(out + "/first.wav").size() > 44100);
         QCOMPARE(fixtures::digest(out + "/first.wav"), fixtures::digest(out + "/second.wav"));
+    }
+
+    // Two batches into one folder, the second started while the first's file
+    // was still queued: both chose "one.mp3", and neither result replaces
+    // or removes the other.
+    void twoBatchesIntoOneFolderKeepBothResults() {
+        Recipe recipe = batchTest::threeSteps();
+        const QStringList outputs = outputsIn("together", {path("in/one.wav")});
+        QCOMPARE(outputs, outputsIn("together", {path("in/three.mp3")}).replaceInStrings("three", "one"));
+        BatchRun first(m_runner, recipe, {path("in/one.wav")}, outputs, work());
+        BatchRun second(m_runner, recipe, {path("in/three.mp3")}, outputs, work());
+        QSignalSpy firstDone(&first, &BatchRun::finished), secondDone(&second, &BatchRun::finished);
+        first.start();
+        second.start();
+        QVERIFY(firstDone.size() == 1 || firstDone.wait(120000));
+        QVERIFY(secondDone.size() == 1 || secondDone.wait(120000));
+        QCOMPARE(first.results()[0].state, BatchRun::FileResult::Done);
+        QCOMPARE(second.results()[0].state, BatchRun::FileResult::Done);
+        const QString folder = path("out/together");
+        QCOMPARE(first.results()[0].output, folder + "/one.mp3");
+        QCOMPARE(second.results()[0].output, folder + "/one (2).mp3");
+        const auto seconds = [](const QString& f) { return batchTest::decoded(f).size() / 2.0 / 44100; };
+        // Each holds its own input's audio: the 3 s one a second longer than the 2 s one.
+        const double difference = seconds(folder + "/one.mp3") - seconds(folder + "/one (2).mp3");
+        QVERIFY2(std::abs(difference - 1) < 0.1, qPrintable(QString::number(difference)));
+        // Nothing of either is left under a name of its own.
+        QCOMPARE(QDir(folder).entryList(QDir::Files | QDir::Hidden), QStringList({"one (2).mp3", "one.mp3"}));
+    }
+
+    // A failing file of a batch takes away only what it wrote itself.
+    void aFailingFileRemovesOnlyItsOwnFile() {
+        const QString folder = path("out/failing");
+        QDir().mkpath(folder);
+        const QString taken = folder + "/notes.mp3";
+        BatchRun run(m_runner, batchTest::threeSteps(), {path("in/notes.wav")}, {taken}, work());
+        // Another program's file appears under the name as the file starts.
+        connect(&run, &BatchRun::fileStarted, this, [&] { batchTest::makeAudio(taken, 1, 880); });
+        process(run);
+        QCOMPARE(run.results()[0].state, BatchRun::FileResult::Failed);
+        QVERIFY(batchTest::decoded(taken).size() > 44100); // theirs, whole
+        QCOMPARE(QDir(folder).entryList(QDir::Files | QDir::Hidden), QStringList({"notes.mp3"}));
+    }
+
+    // The saved script run twice at once over two inputs of one name: each
+    // result gets a name of its own, and neither run removes the other's.
+    void twoRunsOfTheScriptAtOnceKeepBothResults() {
+        const QString folder = path("race");
+        QDir().mkpath(folder);
+        batchTest::makeAudio(folder + "/talk.flac", 3, 330);
+        batchTest::makeAudio(folder + "/talk.mp3", 4, 440);
+        const QByteArray input = fixtures::digest(folder + "/talk.mp3");
+        const QString script = path("race.sh");
+        QFile file(script);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(recipeScript(batchTest::threeSteps()).toUtf8());
+        file.close();
+        QProcess xargs;
+        xargs.setWorkingDirectory(folder);
+        xargs.setProcessChannelMode(QProcess::MergedChannels);
+        xargs.start("sh",
+                    {"-c", "printf 'talk.flac\\ntalk.mp3\\n' | xargs -P2 -n1 sh " + shellQuoted(script)});
+        QVERIFY(xargs.waitForFinished(120000));
+        QVERIFY2(xargs.exitCode() == 0, xargs.readAll().constData());
+        QCOMPARE(fixtures::digest(folder + "/talk.mp3"), input); // an input is only ever read
+        const QStringList made = QDir(folder).entryList(QDir::Files | QDir::Hidden);
+        QCOMPARE(made, QStringList({"talk (2).mp3", "talk (3).mp3", "talk.flac", "talk.mp3"}));
+        QList<int> lengths;
+        for (const char* name : {"talk (2).mp3", "talk (3).mp3"})
+            lengths << qRound(batchTest::decoded(folder + "/" + name).size() / 2.0 / 44100);
+        // One of each input: the 4 s input's result a second longer.
+        std::sort(lengths.begin(), lengths.end());
+        QCOMPARE(lengths[1] - lengths[0], 1);
     }
 
     void theSavedScriptMakesTheSameAudioAsTheBatch() {

@@ -2,6 +2,7 @@
 
 #include <QCryptographicHash>
 #include <QStatusBar>
+#include <csignal>
 #include <sys/resource.h>
 
 using namespace exportTest;
@@ -56,6 +57,20 @@ class tst_ExportFaults : public ExportFixture {
         QFile::remove(out);
         QCOMPARE(exportVia(d, {}, out).text, QString("Success"));
         checkLength(out, d->s_WAV_File_Path);
+    }
+
+    // A file of the user's at `path`, made from the tone by ffmpeg.
+    QByteArray usersFile(const QString& path) {
+        QFile::remove(path);
+        fixtures::run("ffmpeg", {"-v", "error", "-i", m_source, "-t", "2", path});
+        const QByteArray content = fixtures::digest(path);
+        [&] { QVERIFY2(!content.isEmpty(), qPrintable(path)); }();
+        return content;
+    }
+    // Nothing hidden is left beside the destination once the export has ended.
+    static void checkNothingSetAside(const QString& folder) {
+        const QStringList hidden = QDir(folder).entryList({".*-replaced*"}, QDir::Files | QDir::Hidden);
+        QVERIFY2(hidden.isEmpty(), qPrintable(hidden.join(", ")));
     }
 
 private slots:
@@ -145,6 +160,91 @@ private slots:
         QVERIFY(!QFile::exists(out));
         checkUnchanged(d, before);
         checkStillExports(d);
+    }
+
+    void anExportTheEncoderRefusesKeepsTheFileItWasToReplace() {
+        Document* d = openTone();
+        QVERIFY(d);
+        const Snapshot before = snapshot(d);
+        const QString song = m_out + "/song.mp3";
+        const QByteArray mine = usersFile(song);
+        // MP3 at 6000 Hz: the encoder refuses the rate.
+        const gui::AlertSeen alert = exportVia(d, {2, 0, 1, 3}, song);
+        QCOMPARE(alert.text, QString("Error"));
+        QVERIFY2(alert.informativeText.contains("“song.mp3”, which was there before, is kept as it was."),
+                 qPrintable(alert.informativeText));
+        QCOMPARE(fixtures::digest(song), mine);
+        checkNothingSetAside(m_out);
+        checkUnchanged(d, before);
+        checkStillExports(d);
+    }
+
+    void anExportThatFillsTheDiskKeepsTheFileItWasToReplace() {
+        Document* d = openTone(); // 10 s: 1.7 MB as WAV
+        QVERIFY(d);
+        const Snapshot before = snapshot(d);
+        Mount small(m_root.filePath("small-disk-with-a-file"), "size=1m");
+        QVERIFY2(small.mounted, "the tests run as root and mount a small disk");
+        const QString song = small.folder + "/song.wav"; // 2 s: 350 kB
+        const QByteArray mine = usersFile(song);
+        const gui::AlertSeen alert = exportVia(d, {}, song);
+        QCOMPARE(alert.text, QString("Error"));
+        QVERIFY2(alert.informativeText.contains("No space left on device") &&
+                     alert.informativeText.contains("The incomplete file has been removed") &&
+                     alert.informativeText.contains("is kept as it was"),
+                 qPrintable(alert.informativeText));
+        QCOMPARE(fixtures::digest(song), mine);
+        checkNothingSetAside(small.folder);
+        checkUnchanged(d, before);
+    }
+
+    void anExportStoppedBySigtermKeepsTheFileItWasToReplace() {
+        const QString long3 = m_root.filePath("recordings/three-minutes-to-stop.wav");
+        fixtures::makeTone(long3, 180, 440, 0.5);
+        Document* d = gui::openInNewWindow(*m_app, long3);
+        QVERIFY(d);
+        const QString song = m_out + "/stopped.mp3";
+        const QByteArray mine = usersFile(song);
+        std::shared_ptr<gui::AlertSeen> alert;
+        withDialog(d, [&](Window_AF_WAV* w) {
+            QSignalSpy ended(w, &Window_AF_WAV::exportEnded);
+            const auto saveDialog = gui::answerFileDialog(song);
+            alert = gui::answerAlert("Close");
+            choose(w, {2, 6, 1, 3});
+            QTest::mouseClick(w->btnExport, Qt::LeftButton);
+            QTRY_VERIFY_WITH_TIMEOUT(m_app->runner().runningProcessId() != 0, 20000);
+            QTest::qWait(300);
+            QCOMPARE(::kill(pid_t(m_app->runner().runningProcessId()), SIGTERM), 0);
+            QVERIFY(ended.size() > 0 || ended.wait(20000));
+            QCOMPARE(ended.first().at(1).toBool(), false);
+        });
+        QVERIFY(alert && alert->shown);
+        QVERIFY2(alert->informativeText.contains("stopped before the end") &&
+                     alert->informativeText.contains("Nothing of it is kept") &&
+                     !alert->informativeText.contains("has been removed") &&
+                     alert->informativeText.contains("is kept as it was"),
+                 qPrintable(alert->informativeText));
+        QCOMPARE(fixtures::digest(song), mine);
+        checkNothingSetAside(m_out);
+    }
+
+    void anExportIntoTheWorkFolderIsRefused() {
+        Document* d = openTone();
+        QVERIFY(d);
+        const Snapshot before = snapshot(d);
+        const qsizetype runs = m_app->runner().runs().size();
+        const QString folder = m_app->s_Output_Folder;
+        QDir().mkpath(folder + "/kept");
+        for (const QString& out : {folder + "/mine.wav", folder + "/kept/mine.mp3"}) {
+            const gui::AlertSeen alert = exportVia(d, {}, out);
+            QCOMPARE(alert.text, QString("Error"));
+            QVERIFY2(alert.informativeText.contains(out) && alert.informativeText.contains("work folder") &&
+                         alert.informativeText.contains("emptied every time Tanselo starts"),
+                     qPrintable(alert.informativeText));
+            QVERIFY(!QFile::exists(out));
+        }
+        QCOMPARE(m_app->runner().runs().size(), runs);
+        checkUnchanged(d, before);
     }
 
     void escapeCancelsARunningExportAndTheDialogStays() {

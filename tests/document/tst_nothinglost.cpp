@@ -255,7 +255,10 @@ private slots:
         d->Operation_Delete();
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
         QVERIFY(gui::waitIdle(*m_app));
-        QVERIFY2(alert->informativeText.startsWith("Delete produced no usable audio."),
+        // Said as what it is, before anything runs.
+        QVERIFY2(alert->informativeText.startsWith(
+                     QString("The track's file “%1” is no longer there; it was removed outside Tanselo.")
+                         .arg(QFileInfo(before.path).fileName())),
                  qPrintable(alert->informativeText));
         QCOMPARE(snapshot(d), before);
         d->close();

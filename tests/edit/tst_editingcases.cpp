@@ -254,7 +254,13 @@ private slots:
         Document* d = openPattern();
         QVERIFY(d);
         const QString current = d->s_WAV_File_Path;
-        QVERIFY(QFile::remove(current)); // sox then has nothing to read
+        // sox then has nothing it can read. (A file that is gone altogether is
+        // said as such before anything runs.)
+        {
+            QFile damaged(current);
+            QVERIFY(damaged.open(QIODevice::WriteOnly | QIODevice::Truncate));
+            damaged.write("not audio at all");
+        }
         const auto alert = gui::answerAlert();
         gui::whenModal<Window_Silence_Trim>([](Window_Silence_Trim* dialog) { dialog->OnOK(); });
         d->OnPopupSilenceTrim();
@@ -400,11 +406,27 @@ private slots:
     void editsOfAFileDeletedBehindTheEditorsBackAndWildMarkersDoNotBreakIt() {
         Document* d = openPattern();
         QVERIFY(d);
-        QVERIFY(QFile::remove(d->s_WAV_File_Path));
+        // A file made unreadable: the tools read nothing, and the join has no
+        // result to take.
+        {
+            QFile damaged(d->s_WAV_File_Path);
+            QVERIFY(damaged.open(QIODevice::WriteOnly | QIODevice::Truncate));
+            damaged.write("not audio at all");
+        }
         expectRefused(
             d, [&] { d->Operation_Delete(); }, "Delete");
         QCOMPARE(d->i_Audio_Duration_Seconds, qint64(10));
         QVERIFY(!d->viewAudioPlot->grab().toImage().isNull());
+        // A file removed altogether is said as such before anything runs.
+        QVERIFY(QFile::remove(d->s_WAV_File_Path));
+        const qsizetype runs = m_app->runner().runs().size();
+        const auto alert = gui::answerAlert();
+        d->Operation_Delete();
+        QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 5000);
+        QVERIFY2(alert->informativeText.contains("is no longer there; it was removed outside Tanselo"),
+                 qPrintable(alert->informativeText));
+        QCOMPARE(m_app->runner().runs().size(), runs);
+        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(10));
 
         Document* e = openPattern();
         QVERIFY(e);

@@ -223,13 +223,19 @@ private slots:
         expectUnchanged(d, current, files);
     }
 
-    // When the runs come to nothing (here the track's file has gone from the
-    // work folder), the document stays as it was and says so.
+    // When the runs come to nothing (here the track's file holds no audio
+    // the tools can read; one that is gone altogether is said as such before
+    // anything runs), the document stays as it was and says so.
     void noiseReductionThatMakesNothingSaysSo() {
         Document* d = openPattern();
         QVERIFY(d);
         const QString current = d->s_WAV_File_Path;
         QVERIFY(QFile::rename(current, current + ".away"));
+        {
+            QFile damaged(current);
+            QVERIFY(damaged.open(QIODevice::WriteOnly));
+            damaged.write("not audio at all");
+        }
         setMarkers(d, 0, 30, 0);
         gui::whenModal<EffectDialog>("Window_Ask_Noise_Selected", [](EffectDialog* ask) { ask->OnOK(); });
         gui::whenModal<EffectDialog>("Window_Noise_Reduction", [](EffectDialog* level) { level->OnOK(); });
@@ -241,7 +247,7 @@ private slots:
             QString(
                 "The noise could not be removed. Select a stretch that holds noise only, then try again."));
         QVERIFY(gui::waitIdle(*m_app));
-        QVERIFY(QFile::rename(current + ".away", current));
+        QVERIFY(QFile::remove(current) && QFile::rename(current + ".away", current));
         QCOMPARE(d->s_WAV_File_Path, current);
         QCOMPARE(d->history().array_WAV_Files(), QStringList({current}));
     }

@@ -283,6 +283,31 @@ private slots:
         QVERIFY(QFile::exists(sources[0]->s_WAV_File_Path));
     }
 
+    // A start far out would pad until the disk is full: refused with the
+    // longest a WAV holds before anything runs.
+    void aStartPastWhatAWavHoldsIsRefusedBeforeAnythingRuns() {
+        const QList<Document*> sources = open({{2, 440}, {2, 880}});
+        QCOMPARE(sources.size(), 2);
+        Window_Multiple_Tracks mixer(*m_app);
+        mixer.show();
+        select(mixer, 1);
+        mixer.textPosition->setText("2147483647");
+        mixer.OnUpdatePosition();
+        QCOMPARE(starts(mixer.arrayTracks), QList<quint64>({0, 2147483647}));
+        const QStringList files = QDir(m_app->s_Output_Folder).entryList(QDir::Files);
+        const qsizetype runs = m_app->runner().runs().size();
+        const auto alert = gui::answerAlert();
+        mixer.btnMix->click();
+        QTRY_VERIFY(alert->shown);
+        QVERIFY2(alert->informativeText.startsWith("The joined track would last") &&
+                     alert->informativeText.contains("at most 06:45:47"),
+                 qPrintable(alert->informativeText));
+        QVERIFY(gui::waitIdle(*m_app));
+        QCOMPARE(m_app->runner().runs().size(), runs);
+        QCOMPARE(QDir(m_app->s_Output_Folder).entryList(QDir::Files), files);
+        QCOMPARE(mixer.secondsUntilClose(), 0);
+    }
+
     // A join asked for while another operation runs waits its turn; a source
     // window closed meanwhile still gives its track, its files untouched.
     void aJoinWaitsForARunningPlanAndOutlivesAClosedSource() {

@@ -141,8 +141,11 @@ Mount::Mount(const QString& path, const QString& options) : folder(path) {
 }
 
 Mount::~Mount() {
-    if (mounted)
-        run("umount", {folder});
+    // A file still open there (a watcher of a dialog that looked at the
+    // folder) keeps the disk busy: it is then detached at once, and goes
+    // when the last file is closed.
+    if (mounted && run("umount", {folder}) != 0)
+        run("umount", {"-l", folder});
 }
 
 Immutable::Immutable(const QString& path) : folder(path) {
