@@ -229,6 +229,17 @@ NamesInUse AppDelegate::namesAround(const Document* asking) const {
     return inUse;
 }
 
+QStringList AppDelegate::namesKeptUnshown() const {
+    QStringList names;
+    for (Document* document : documents())
+        for (const QString& name : document->namesInUse())
+            if (name != document->s_WAV_File_Path)
+                names << name;
+    if (!s_Copied_WAV_File.isEmpty())
+        names << s_Copied_WAV_File;
+    return names;
+}
+
 QList<Document*> AppDelegate::documents() const {
     QList<Document*> open;
     for (const QPointer<Document>& document : m_documents)

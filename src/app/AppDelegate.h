@@ -78,6 +78,10 @@ public:
     // other windows' names, the files of queued plans and the silence track;
     // its own versions; the copied audio.
     NamesInUse namesAround(const Document* asking) const;
+    // The work files open windows keep without showing them (earlier and
+    // later versions, imports and takes under way), and the copied audio: a
+    // split must not write its pieces over any of them.
+    QStringList namesKeptUnshown() const;
 
     // The files an export must never replace: every version of every open
     // track, the clipboard and the silence track.

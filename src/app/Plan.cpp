@@ -234,14 +234,14 @@ qint64 expectedFrames(const step::RequireAudio& r, const ReadInstead& read) {
         }
         return sum;
     }
-    if (!r.source.isEmpty()) {
+    if (!r.source.isEmpty() && r.duration >= 0) {
         const qint64 frames = audioFrames(read.value(r.source, r.source));
         if (frames < 0)
             return -1;
         const double available = std::max(0.0, secondsOf(frames) - std::max(0.0, r.start));
         return std::llround(std::clamp(r.duration, 0.0, available) * workingFormat::SampleRate);
     }
-    if (r.duration >= 0)
+    if (r.duration >= 0 && r.source.isEmpty())
         return std::llround(r.duration * workingFormat::SampleRate);
     return -1;
 }

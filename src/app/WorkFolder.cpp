@@ -150,3 +150,35 @@ QString roomForBytesProblem(const QString& folder, qint64 bytes) {
                           "50 MB more; %3 are free. Make room there, then try again.")
         .arg(folder, size(bytes), size(available));
 }
+
+RecordingLimit recordingLimit(qint64 freeBytes) {
+    const qint64 wavFrames = (LargestWavBytes - 44) / workingFormat::BytesPerFrame;
+    if (freeBytes < 0)
+        return {wavFrames, false};
+    const qint64 roomFrames =
+        std::max<qint64>(freeBytes - 44 - 50LL * 1000 * 1000, 0) / workingFormat::BytesPerFrame;
+    return roomFrames < wavFrames ? RecordingLimit{roomFrames, true} : RecordingLimit{wavFrames, false};
+}
+
+RecordingLimit recordingLimit(const QString& folder) {
+    const QStorageInfo storage(folder);
+    return recordingLimit(storage.isValid() ? storage.bytesAvailable() : -1);
+}
+
+QString recordingLimitMessage(const RecordingLimit& limit, const QString& folder) {
+    const QString length = clockText(limit.frames / workingFormat::SampleRate);
+    const QString kept = QStringLiteral(" What was recorded until then is kept as the track.");
+    if (limit.byRoom)
+        return QStringLiteral("The recording stopped at %1: the work folder %2 has no room for more (50 MB "
+                              "are kept free there).")
+                   .arg(length, folder) +
+               kept;
+    return QStringLiteral("The recording stopped at %1, the longest a WAV file can hold.").arg(length) + kept;
+}
+
+QString recordingDiskFullMessage(const QString& folder) {
+    const QString reason = fullDiskReason(folder);
+    return QStringLiteral("The recording stopped: what came in could no longer be written to the work folder "
+                          "%1.%2 What was recorded until then is kept as the track.")
+        .arg(folder, reason.isEmpty() ? QString() : u' ' + reason);
+}

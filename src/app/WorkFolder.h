@@ -45,6 +45,21 @@ QString roomForBytesProblem(const QString& folder, qint64 bytes);
 // WAV would pass the limit, or not fit with 50 MB to spare; empty when it can.
 QString importRoomProblem(const QString& source, const QString& folder, qint64 seconds);
 
+// How far a recording into a folder may grow. Its length is not known
+// before it starts, so it is stopped where its WAV would pass the limit above
+// or leave less than 50 MB free in the folder, rather than run into either.
+struct RecordingLimit {
+    qint64 frames = 0;
+    bool byRoom = false; // the folder's room ends it before the WAV's limit does
+};
+// `freeBytes` negative: the room is not known, and only the WAV's limit counts.
+RecordingLimit recordingLimit(qint64 freeBytes);
+RecordingLimit recordingLimit(const QString& folder);
+// The alert of a recording that reached its limit in `folder`.
+QString recordingLimitMessage(const RecordingLimit& limit, const QString& folder);
+// The alert of a recording the disk stopped (filled by something else meanwhile).
+QString recordingDiskFullMessage(const QString& folder);
+
 // One sox run that makes the shared 60-second silence track at `path`.
 struct Plan;
 Plan buildSilenceTrackPlan(const QString& path);

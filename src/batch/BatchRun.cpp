@@ -110,7 +110,12 @@ void BatchRun::finish() {
 }
 
 QString failureLine(const BatchRun::FileResult& result) {
-    // The first paragraph of the alert: the rest repeats the file's path.
-    return QStringLiteral("%1: %2").arg(QFileInfo(result.input).fileName(),
-                                        result.reason.section(QStringLiteral("\n\n"), 0, 0));
+    // The first paragraph of the alert, which says what failed, and a full
+    // disk when that is why; the rest repeats the file's path.
+    const QStringList paragraphs = result.reason.split(QStringLiteral("\n\n"));
+    QString line = paragraphs.value(0);
+    for (const QString& paragraph : paragraphs.mid(1))
+        if (paragraph.startsWith(QStringLiteral("The disk is full")))
+            line += u' ' + paragraph;
+    return QStringLiteral("%1: %2").arg(QFileInfo(result.input).fileName(), line);
 }

@@ -1,6 +1,7 @@
 #include "RecipePlans.h"
 
 #include "app/ToolRunner.h"
+#include "app/WorkFolder.h"
 #include "document/ImportPlans.h"
 #include "effects/EffectCatalogue.h"
 
@@ -44,6 +45,16 @@ RecipePlan buildRecipePlan(const Recipe& recipe, const QString& input, const QSt
     QString track = ResultNames(folder, QStringLiteral("opened")).path();
     result.stages.append(QStringLiteral("Opening %1").arg(QFileInfo(input).fileName()));
     append(result, buildImportPlan(input, track), 0);
+    // Every step keeps its result until the file is done: once the opened
+    // track is there, the work folder must take one more file of about its
+    // length per step, besides the 50 MB kept free. (The last probe is the
+    // input's, which the import's own room check read.)
+    if (const qint64 steps = recipe.steps.size(); steps > 0)
+        result.plan.steps.push_back(step::Check{[folder, steps](const PlanOutcome& sofar) {
+            return sofar.seconds
+                       ? roomForBytesProblem(folder, steps * workingWavBytes(double(*sofar.seconds)))
+                       : QString();
+        }});
     for (const RecipeStep& step : recipe.steps) {
         const int stage = int(result.stages.size());
         const ResultNames names(folder, QStringLiteral("step%1").arg(stage));

@@ -316,6 +316,7 @@ private:
     void buildEffectsMenu();
     void buildSplitMenu();
     void runSplit(const splitting::SplitPlan& split);
+    QString pieceStem() const;
     void handOverPieces(const QStringList& pieces);
     EditState editState(bool withSegments);
     // The names of an operation begun now, clear of every other window's files.

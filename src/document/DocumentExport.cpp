@@ -33,6 +33,7 @@ void Document::SaveWAVFile() {
         return;
     Window_AF_WAV dialog(m_app, this);
     dialog.s_WAV_File_Path = s_WAV_File_Path;
+    dialog.i_Track_Seconds = i_Audio_Duration_Seconds;
     // The recipe exports as this window last exported.
     connect(&dialog, &Window_AF_WAV::exportEnded, this, [this, &dialog](const QString&, bool saved) {
         if (saved)

@@ -25,13 +25,17 @@ void Document::buildSplitMenu() {
 }
 
 void Document::OnPopupSplit2PartsCurrentPosition() {
-    runSplit(
-        splitting::buildSplitAtPositionPlan(s_WAV_File_Path, m_app.s_Output_Folder, editState(true).seg));
+    runSplit(splitting::buildSplitAtPositionPlan(s_WAV_File_Path, m_app.s_Output_Folder, editState(true).seg,
+                                                 pieceStem()));
 }
 
 void Document::OnPopupSplit3PartsBeforeSelectionAfter() {
     runSplit(splitting::buildSplitAroundSelectionPlan(s_WAV_File_Path, m_app.s_Output_Folder,
-                                                      editState(true).seg));
+                                                      editState(true).seg, pieceStem()));
+}
+
+QString Document::pieceStem() const {
+    return splitting::pieceStem(s_WAV_File_Path, m_app.namesKeptUnshown());
 }
 
 void Document::OnPopupSplitOnSilence() {
@@ -42,13 +46,14 @@ void Document::OnPopupSplitOnSilence() {
     const QString wav = s_WAV_File_Path;
     if (!trackFileIsThere() || !readyToWrite())
         return;
-    m_app.runner().submit(splitting::buildSplitOnSilencePlan(wav, dialog.settings()), this,
-                          [this, wav](const PlanOutcome& outcome) {
+    const QString stem = pieceStem();
+    m_app.runner().submit(splitting::buildSplitOnSilencePlan(wav, dialog.settings(), stem), this,
+                          [this, wav, stem](const PlanOutcome& outcome) {
                               if (failed(outcome))
                                   return;
                               // What sox wrote is found by name; no piece, nothing more happens.
                               const QStringList pieces = splitting::findSilencePieces(
-                                  wav, [](const QString& path) { return QFileInfo::exists(path); });
+                                  wav, stem, [](const QString& path) { return QFileInfo::exists(path); });
                               if (!pieces.isEmpty())
                                   handOverPieces(pieces);
                           });
@@ -57,10 +62,18 @@ void Document::OnPopupSplitOnSilence() {
 void Document::runSplit(const splitting::SplitPlan& split) {
     if (!trackFileIsThere() || !readyToWrite())
         return;
-    // The pieces open whether or not the runs made them, as the tools' runs
-    // are not judged; only a run that was killed, crashed or cancelled stops them.
+    // Each piece is checked for being the stretch it was cut from: one that
+    // is missing, damaged or cut short is not passed off as part of the
+    // track. The plan then takes back every piece and the alert says why;
+    // the windows for the pieces' paths open all the same, as they always
+    // have for a split whose runs failed. Only a run that was killed,
+    // crashed or cancelled stops them.
     m_app.runner().submit(split.plan, this, [this, pieces = split.pieces](const PlanOutcome& outcome) {
-        if (!failed(outcome))
+        const bool stopped =
+            outcome.cancelled || std::any_of(outcome.runs.begin(), outcome.runs.end(),
+                                             [](const ToolRun& run) { return run.end != RunEnd::Exited; });
+        failed(outcome);
+        if (!stopped)
             handOverPieces(pieces);
     });
 }

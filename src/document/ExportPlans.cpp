@@ -1,5 +1,7 @@
 #include "ExportPlans.h"
 
+#include "app/Duration.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -93,18 +95,37 @@ std::optional<qint64> expectedBytes(const QString& destination, const Choice& ch
     return std::nullopt;
 }
 
-Plan buildExportPlan(const QString& destination, const QStringList& arguments,
-                     std::optional<qint64> expected) {
+Plan buildExportPlan(const QString& destination, const QStringList& arguments, std::optional<qint64> expected,
+                     qint64 seconds) {
     // The file that was at the destination is only set aside while ffmpeg
     // writes: unless the run ends with a complete file, the plan fails, what
     // ffmpeg wrote goes and the old file is put back as it was. A failed
     // export never costs the user a file they had.
-    return {{step::DeleteFile{destination},
-             step::Run{Tool::FFmpeg, arguments, destination, expected.value_or(0), true},
-             step::Check{[destination](const PlanOutcome& sofar) {
-                 const Verdict verdict = judge(destination, sofar.runs.value(sofar.runs.size() - 1));
-                 return verdict.kind == Verdict::Saved ? QString() : verdict.message;
-             }}}};
+    Plan plan{{step::DeleteFile{destination},
+               step::Run{Tool::FFmpeg, arguments, destination, expected.value_or(0), true},
+               step::Check{[destination](const PlanOutcome& sofar) {
+                   const Verdict verdict = judge(destination, sofar.runs.value(sofar.runs.size() - 1));
+                   return verdict.kind == Verdict::Saved ? QString() : verdict.message;
+               }}}};
+    // Complete is also as long as the track: ffmpeg ends normally when the
+    // track's file gives out early, and its export is then cut short. The
+    // length is read back with ffmpeg, which reads every format it writes.
+    if (seconds >= 0) {
+        plan.steps.push_back(step::ProbeDuration{destination});
+        plan.steps.push_back(step::Check{[destination, seconds](const PlanOutcome& sofar) {
+            return exportLengthProblem(destination, sofar.seconds, seconds);
+        }});
+    }
+    return plan;
+}
+
+QString exportLengthProblem(const QString& destination, std::optional<qint64> probed, qint64 seconds) {
+    if (!probed || seconds < 0 || std::abs(*probed - seconds) <= 1)
+        return {};
+    return QStringLiteral("The export to \"%1\" holds %2 of audio where the track lasts %3, so it is not "
+                          "kept; the track in this window is unchanged. The track's file may have been "
+                          "damaged: undo to an earlier version, or open the file again.")
+        .arg(destination, clockText(*probed), clockText(seconds));
 }
 
 bool isInsideFolder(const QString& destination, const QString& folder) {

@@ -51,9 +51,15 @@ std::optional<QStringList> exportArguments(const QString& wav, const Choice& cho
 std::optional<qint64> expectedBytes(const QString& destination, const Choice& choice, double seconds);
 
 // Sets aside whatever is at the destination, runs ffmpeg with `arguments` and
-// fails, putting the old file back, unless the run ends with a complete file.
+// fails, putting the old file back, unless the run ends with a complete file:
+// one ffmpeg reads back as lasting the track's `seconds` (whole seconds, as
+// the window shows them; negative: not known), within a second.
 Plan buildExportPlan(const QString& destination, const QStringList& arguments,
-                     std::optional<qint64> expected = std::nullopt);
+                     std::optional<qint64> expected = std::nullopt, qint64 seconds = -1);
+
+// Why an export that reads back as lasting `probed` seconds is not the
+// track of `seconds`; empty when it is, or when either is not known.
+QString exportLengthProblem(const QString& destination, std::optional<qint64> probed, qint64 seconds);
 
 // Whether `destination` is one of `protectedFiles` (the versions of open
 // tracks, the clipboard, the silence track), however either is spelt.

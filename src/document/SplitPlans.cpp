@@ -1,6 +1,7 @@
 #include "SplitPlans.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace splitting {
 
@@ -8,32 +9,55 @@ QString base(const QString& wav) {
     return QFileInfo(wav).completeBaseName();
 }
 
-QString piecePath(const QString& workFolder, const QString& wav, int n) {
-    return QStringLiteral("%1/%2").arg(workFolder, base(wav) + QStringLiteral("_PART_%1.wav").arg(n));
+QString piecePath(const QString& workFolder, const QString& stem, int n) {
+    return QStringLiteral("%1/%2").arg(workFolder, stem + QStringLiteral("_PART_%1.wav").arg(n));
+}
+
+QString pieceStem(const QString& wav, const QStringList& kept) {
+    const auto taken = [&](const QString& stem) {
+        const QRegularExpression piece(QRegularExpression::anchoredPattern(
+            QRegularExpression::escape(stem) + QStringLiteral("_PART_[0-9]+\\.wav")));
+        return std::any_of(kept.begin(), kept.end(), [&](const QString& file) {
+            return piece.match(QFileInfo(file).fileName()).hasMatch();
+        });
+    };
+    QString stem = base(wav);
+    for (int n = 2; taken(stem); ++n)
+        stem = base(wav) + QStringLiteral(" (%1)").arg(n);
+    return stem;
 }
 
 namespace {
-// ffmpeg's cut of `duration` from `start` into `piece`, after deleting what was there.
+// ffmpeg's cut of `duration` from `start` into `piece`, after deleting what
+// was there; the piece must hold that stretch of the track.
 void addCut(Plan& plan, const QString& wav, const QString& start, const QString& duration,
             const QString& piece) {
     plan.steps.push_back(step::DeleteFile{piece});
     plan.steps.push_back(step::Run{Tool::FFmpeg, {"-i", wav, "-ss", start, "-t", duration, piece}});
+    plan.steps.push_back(step::RequireAudio{piece,
+                                            QStringLiteral("Split into parts"),
+                                            true,
+                                            {},
+                                            wav,
+                                            secondsOfTimeString(start),
+                                            secondsOfTimeString(duration)});
 }
 } // namespace
 
-SplitPlan buildSplitAtPositionPlan(const QString& wav, const QString& workFolder, const SegmentVariables& v) {
+SplitPlan buildSplitAtPositionPlan(const QString& wav, const QString& workFolder, const SegmentVariables& v,
+                                   const QString& stem) {
     SplitPlan split;
-    split.pieces = {piecePath(workFolder, wav, 1), piecePath(workFolder, wav, 2)};
+    split.pieces = {piecePath(workFolder, stem, 1), piecePath(workFolder, stem, 2)};
     addCut(split.plan, wav, "0", v.sCurrentPosition, split.pieces[0]);
     addCut(split.plan, wav, v.sCurrentPosition, v.sDurationSegmentAfterCurrentPosition, split.pieces[1]);
     return split;
 }
 
 SplitPlan buildSplitAroundSelectionPlan(const QString& wav, const QString& workFolder,
-                                        const SegmentVariables& v) {
+                                        const SegmentVariables& v, const QString& stem) {
     SplitPlan split;
-    split.pieces = {piecePath(workFolder, wav, 1), piecePath(workFolder, wav, 2),
-                    piecePath(workFolder, wav, 3)};
+    split.pieces = {piecePath(workFolder, stem, 1), piecePath(workFolder, stem, 2),
+                    piecePath(workFolder, stem, 3)};
     addCut(split.plan, wav, "0", v.sStartSelection, split.pieces[0]);
     addCut(split.plan, wav, v.sStartSelection, v.sDurationSelection, split.pieces[1]);
     addCut(split.plan, wav, v.sEndSelection, v.sDurationLastSegment, split.pieces[2]);
@@ -50,31 +74,37 @@ QString silenceSettingsProblem(float minimum, float maximum) {
     return {};
 }
 
-QString silencePattern(const QString& wav) {
-    return QFileInfo(wav).path() + u'/' + base(wav) + QStringLiteral("_PART_.wav");
+QString silencePattern(const QString& wav, const QString& stem) {
+    return QFileInfo(wav).path() + u'/' + stem + QStringLiteral("_PART_.wav");
 }
 
-QString silencePiecePath(const QString& wav, int n) {
-    return QFileInfo(wav).path() + u'/' + base(wav) + QStringLiteral("_PART_") +
-           QString::asprintf("%03d", n) + QStringLiteral(".wav");
+QString silencePiecePath(const QString& wav, const QString& stem, int n) {
+    return QFileInfo(wav).path() + u'/' + stem + QStringLiteral("_PART_") + QString::asprintf("%03d", n) +
+           QStringLiteral(".wav");
 }
 
-QStringList silenceArguments(const QString& wav, const SilenceSettings& settings) {
+QStringList silenceArguments(const QString& wav, const SilenceSettings& settings, const QString& stem) {
     const QString minimum = QString::asprintf("%.2f", double(settings.f_Minimum));
     const QString maximum = QString::asprintf("%.2f", double(settings.f_Maximum));
     const QString threshold = QString::asprintf("%d", int(settings.f_Threshold)) + u'%';
-    return {wav,     silencePattern(wav), "silence", "1",       minimum, threshold, "1",
-            maximum, threshold,           ":",       "newfile", ":",     "restart"};
+    return {wav,       silencePattern(wav, stem),
+            "silence", "1",
+            minimum,   threshold,
+            "1",       maximum,
+            threshold, ":",
+            "newfile", ":",
+            "restart"};
 }
 
-Plan buildSplitOnSilencePlan(const QString& wav, const SilenceSettings& settings) {
-    return {{step::Run{Tool::Sox, silenceArguments(wav, settings)}}};
+Plan buildSplitOnSilencePlan(const QString& wav, const SilenceSettings& settings, const QString& stem) {
+    return {{step::Run{Tool::Sox, silenceArguments(wav, settings, stem)}}};
 }
 
-QStringList findSilencePieces(const QString& wav, const std::function<bool(const QString&)>& exists) {
+QStringList findSilencePieces(const QString& wav, const QString& stem,
+                              const std::function<bool(const QString&)>& exists) {
     QStringList pieces;
     for (int n = 1;; ++n) {
-        const QString piece = silencePiecePath(wav, n);
+        const QString piece = silencePiecePath(wav, stem, n);
         if (!exists(piece))
             return pieces;
         pieces.append(piece);

@@ -109,10 +109,10 @@ void Window_AF_WAV::OnUserOK() {
         exporting::exportArguments(s_WAV_File_Path, chosen, destination);
     if (!arguments)
         return;
-    startExport(destination,
-                exporting::buildExportPlan(
-                    destination, *arguments,
-                    exporting::expectedBytes(destination, chosen, audioSeconds(s_WAV_File_Path))));
+    startExport(destination, exporting::buildExportPlan(
+                                 destination, *arguments,
+                                 exporting::expectedBytes(destination, chosen, audioSeconds(s_WAV_File_Path)),
+                                 i_Track_Seconds));
 }
 
 void Window_AF_WAV::startExport(const QString& destination, const Plan& plan) {

@@ -27,6 +27,7 @@ public:
 
     // The working WAV to export, set by the document before the dialog shows.
     QString s_WAV_File_Path;
+    qint64 i_Track_Seconds = -1; // the length the window shows; the export must last as long
 
     exporting::Choice choice() const;
     bool isExporting() const { return m_exporting; }

@@ -5,6 +5,7 @@
 #include "app/Alerts.h"
 #include "app/AppDelegate.h"
 #include "app/Names.h"
+#include "app/WorkFolder.h"
 #include "document/Document.h"
 #include "document/FileSize.h"
 #include "document/ImportPlans.h"
@@ -246,7 +247,16 @@ void Document::recordAudio() {
         // The take grows in a hidden file of its own and gets its name when it
         // stops: a result of another window named by the same second can then
         // neither replace the take while it is recorded nor be replaced by it.
+        // A take never grows past what a WAV holds, nor fills the work folder:
+        // with too little room it does not start, and it stops at the limit.
+        const QString folder = m_app.s_Output_Folder;
+        if (const QString problem = roomForBytesProblem(folder, workingWavBytes(1.0)); !problem.isEmpty()) {
+            showErrorAlert(this, problem);
+            return;
+        }
+        const RecordingLimit limit = recordingLimit(folder);
         auto recorder = std::make_unique<SoundRecorder>(growingTakePath(s_Sound_File_Source, u_ID));
+        recorder->setFrameLimit(limit.frames);
         if (!recorder->record()) {
             showErrorAlert(
                 this, QStringLiteral("Could not start recording. Change record settings and try again."));
@@ -257,6 +267,14 @@ void Document::recordAudio() {
             endRecording();
             showErrorAlert(this, tr("The sound input went away, so the recording stopped. What was recorded "
                                     "until then is kept as the track."));
+        });
+        connect(soundRecorder.get(), &SoundRecorder::limitReached, this, [this, limit, folder] {
+            endRecording();
+            showErrorAlert(this, recordingLimitMessage(limit, folder));
+        });
+        connect(soundRecorder.get(), &SoundRecorder::writeFailed, this, [this, folder] {
+            endRecording();
+            showErrorAlert(this, recordingDiskFullMessage(folder));
         });
         m_RecordStatus = StatusRecording;
         // The take becomes the track: a load still on its way is dropped, and

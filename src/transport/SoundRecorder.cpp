@@ -4,6 +4,7 @@
 #include <QAudioSource>
 #include <QFile>
 #include <QMediaDevices>
+#include <algorithm>
 #include <sndfile.h>
 
 SoundRecorder::SoundRecorder(const QString& path, QObject* parent) : QObject(parent), m_path(path) {}
@@ -65,9 +66,30 @@ void SoundRecorder::take() {
     const QByteArray data = m_input->readAll();
     if (!data.isEmpty())
         m_lastSamples.start();
-    const qint64 frames = data.size() / workingFormat::BytesPerFrame;
-    if (frames > 0)
-        m_frames += sf_writef_short(m_file, reinterpret_cast<const short*>(data.constData()), frames);
+    const qint64 frames = std::min<qint64>(data.size() / workingFormat::BytesPerFrame, m_limit - m_frames);
+    if (frames <= 0 && m_frames < m_limit)
+        return;
+    const qint64 written =
+        frames > 0 ? sf_writef_short(m_file, reinterpret_cast<const short*>(data.constData()), frames) : 0;
+    m_frames += written;
+    // Told once, and after this input's signal has returned: the owner stops
+    // the recording then, which deletes the input. A recording stopped
+    // meanwhile is not told.
+    if (m_told || m_stopping || (written == frames && m_frames < m_limit))
+        return;
+    m_told = true;
+    const bool failed = written < frames;
+    QMetaObject::invokeMethod(
+        this,
+        [this, failed] {
+            if (m_stopping)
+                return;
+            if (failed)
+                emit writeFailed();
+            else
+                emit limitReached();
+        },
+        Qt::QueuedConnection);
 }
 
 void SoundRecorder::pause() {

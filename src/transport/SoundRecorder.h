@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QString>
 #include <QTimer>
+#include <limits>
 #include <memory>
 
 class QAudioSource;
@@ -29,11 +30,17 @@ public:
 
     QString path() const { return m_path; }
     qint64 framesWritten() const { return m_frames; }
+    // The most frames the file may take; what comes in beyond them is dropped.
+    void setFrameLimit(qint64 frames) { m_limit = frames; }
 
 signals:
     // The input went away while recording (the sound server stopped, the
     // device was unplugged); what was recorded so far is in the file.
     void inputLost();
+    // The file holds as many frames as it may.
+    void limitReached();
+    // The file took fewer frames than came in: the disk is full.
+    void writeFailed();
 
 private:
     void take();
@@ -45,6 +52,8 @@ private:
     QIODevice* m_input = nullptr;
     sf_private_tag* m_file = nullptr;
     qint64 m_frames = 0;
+    qint64 m_limit = std::numeric_limits<qint64>::max();
+    bool m_told = false; // a limit or a failed write has been signalled
     QAudioDevice m_device;
     QTimer m_watch;              // looks out for the input going away
     QElapsedTimer m_lastSamples; // since the last buffer came in

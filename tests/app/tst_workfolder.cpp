@@ -94,6 +94,24 @@ private slots:
         QVERIFY(QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).isEmpty());
     }
 
+    void aRecordingStopsWhereItsWavOrTheFoldersRoomEnds() {
+        const qint64 wavFrames = (0xFFFFFFFFLL - 44) / 4;
+        QCOMPARE(recordingLimit(-1).frames, wavFrames); // room not known
+        QCOMPARE(recordingLimit(-1).byRoom, false);
+        QCOMPARE(recordingLimit(500'000'000'000LL).frames, wavFrames);
+        QCOMPARE(recordingLimit(50'000'000 + 44 + 4 * 1000).frames, 1000);
+        QCOMPARE(recordingLimit(50'000'000 + 44 + 4 * 1000).byRoom, true);
+        QCOMPARE(recordingLimit(10'000).frames, 0);
+        QCOMPARE(recordingLimitMessage(recordingLimit(-1), "/w"),
+                 QString("The recording stopped at 06:45:47, the longest a WAV file can hold. What was "
+                         "recorded until then is kept as the track."));
+        QCOMPARE(
+            recordingLimitMessage({44100 * 75, true}, "/w"),
+            QString("The recording stopped at 00:01:15: the work folder /w has no room for more (50 MB are "
+                    "kept free there). What was recorded until then is kept as the track."));
+        QVERIFY(recordingDiskFullMessage(m_home.path()).startsWith("The recording stopped: what came in"));
+    }
+
     void silenceTrackPlanIsOneSoxRun() {
         const QList<PlannedRun> runs = plannedRuns(buildSilenceTrackPlan("/w/silence.wav"));
         QCOMPARE(runs.size(), 1);

@@ -103,6 +103,38 @@ private slots:
         QVERIFY(leftInWork().isEmpty());
     }
 
+    void aFileWhoseStepsWouldNotFitInTheWorkFolderIsRefusedAndTheOthersAreDone() {
+        // 60 s open into 10.6 MB and fit; three steps of as much each do not.
+        fixtures::Mount small(path("small-work"), "size=60m");
+        QVERIFY2(small.mounted, "the tests run as root and mount a small disk");
+        batchTest::makeAudio(path("in/minute.wav"), 60, 330);
+        const QStringList inputs{path("in/minute.wav"), path("in/one.wav")};
+        const QStringList outputs = outputsIn("room", inputs);
+        BatchRun run(m_runner, batchTest::threeSteps(), inputs, outputs, small.folder);
+        process(run);
+        QCOMPARE(run.results()[0].state, BatchRun::FileResult::Failed);
+        const QString line = failureLine(run.results()[0]);
+        QVERIFY2(
+            line.startsWith("minute.wav: There is not enough free space in the work folder " + small.folder),
+            qPrintable(line));
+        QVERIFY(!QFile::exists(outputs[0]));
+        QCOMPARE(run.results()[1].state, BatchRun::FileResult::Done);
+        QVERIFY(batchTest::decoded(outputs[1]).size() > 44100 * 2 * 2);
+        const QStringList left = QDir(small.folder).entryList(QDir::NoDotAndDotDot | QDir::AllEntries);
+        QVERIFY2(left.isEmpty(), qPrintable(left.join(", ")));
+    }
+
+    void aFullDiskIsSaidInTheFailureLine() {
+        const BatchRun::FileResult failed{BatchRun::FileResult::Failed, "/in/a.wav", "/out/a.mp3",
+                                          "Echo failed: sox ended with an error while writing “x.wav”.\n\n"
+                                          "The disk is full: /w has 0 MB free."};
+        QCOMPARE(failureLine(failed), QString("a.wav: Echo failed: sox ended with an error while writing "
+                                              "“x.wav”. The disk is full: /w has 0 MB free."));
+        const BatchRun::FileResult other{BatchRun::FileResult::Failed, "/in/b.wav", "/out/b.mp3",
+                                         "The export produced no file.\n\n/out/b.mp3"};
+        QCOMPARE(failureLine(other), QString("b.wav: The export produced no file."));
+    }
+
     void theSameStepsOnTheSameAudioMakeTheSameFile() {
         // sox's dither would differ on every run but for its repeatable mode.
         Recipe recipe = batchTest::threeSteps();

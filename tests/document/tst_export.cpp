@@ -15,7 +15,9 @@ class tst_Export : public ExportFixture {
     QStringList lastRunTo(const QString& destination) const {
         const QList<ToolRun>& runs = m_app->runner().runs();
         for (auto run = runs.crbegin(); run != runs.crend(); ++run)
-            if (run->arguments.value(run->arguments.size() - 1) == destination)
+            // The export's run, not the one that reads its length back.
+            if (run->arguments.value(run->arguments.size() - 1) == destination &&
+                run->arguments != QStringList({"-i", destination}))
                 return run->arguments;
         return {};
     }

@@ -228,6 +228,33 @@ private slots:
         checkNothingSetAside(m_out);
     }
 
+    void anExportCutShortByADamagedTrackKeepsTheFileItWasToReplace() {
+        Document* d = openTone(); // 10 s
+        QVERIFY(d);
+        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(10));
+        const QString song = m_out + "/song.wav";
+        const QByteArray mine = usersFile(song);
+        // The track's file loses its last six seconds outside the editor; its
+        // header still says ten, and ffmpeg ends normally with what is there.
+        QVERIFY(QFile::resize(d->s_WAV_File_Path, 44 + 4LL * 44100 * 4));
+        const gui::AlertSeen alert = exportVia(d, {}, song);
+        QCOMPARE(alert.text, QString("Error"));
+        QVERIFY2(
+            alert.informativeText.startsWith(QString("The export to \"%1\" holds 00:00:04 of audio where "
+                                                     "the track lasts 00:00:10, so it is not kept")
+                                                 .arg(song)) &&
+                alert.informativeText.contains("“song.wav”, which was there before, is kept as it was."),
+            qPrintable(alert.informativeText));
+        QCOMPARE(fixtures::digest(song), mine);
+        checkNothingSetAside(m_out);
+        // A new destination is not left holding the short export either.
+        const QString fresh = m_out + "/fresh.mp3";
+        QFile::remove(fresh);
+        QCOMPARE(exportVia(d, {2, 6, 1, 3}, fresh).text, QString("Error"));
+        QVERIFY(!QFile::exists(fresh));
+        checkNothingSetAside(m_out);
+    }
+
     void anExportIntoTheWorkFolderIsRefused() {
         Document* d = openTone();
         QVERIFY(d);
@@ -293,7 +320,8 @@ private slots:
             QVERIFY(!w->btnExport->isEnabled() || w->labelProgress->text().isEmpty());
         });
         QList<int> shares;
-        static const QRegularExpression percent("^Running ffmpeg \\(step 1 of 1\\)… (\\d+) %$");
+        // The export is the first of two runs: the second reads its length back.
+        static const QRegularExpression percent("^Running ffmpeg \\(step 1 of 2\\)… (\\d+) %$");
         for (const QString& text : std::as_const(status))
             if (const auto match = percent.match(text); match.hasMatch())
                 shares.append(match.captured(1).toInt());

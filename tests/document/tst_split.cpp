@@ -199,6 +199,40 @@ private slots:
         QCOMPARE(m_app->u_Open_New_Document, 2u); // no new document took the entries
     }
 
+    void aPieceAWindowStillKeepsIsNeverWrittenOver() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        d->viewAudioPlot->f_Audio_Position = 4;
+        const QList<Document*> first = split(d, [&] { d->OnPopupSplit2PartsCurrentPosition(); });
+        QCOMPARE(first.size(), 2);
+        // The first piece's window edits it: the piece is now its undo.
+        Document* edited = first[0];
+        const QString kept = edited->s_WAV_File_Path;
+        const QByteArray keptAudio = fixtures::digest(kept);
+        edited->viewAudioPlot->f_Selection_Start = 0;
+        edited->viewAudioPlot->f_Selection_End = 50;
+        edited->Operation_Delete();
+        QVERIFY(gui::waitIdle(*m_app));
+        QCOMPARE(edited->history().array_WAV_Files().first(), kept);
+        QVERIFY(edited->s_WAV_File_Path != kept);
+
+        // Splitting elsewhere writes its pieces under the next stem, the kept piece untouched.
+        d->viewAudioPlot->f_Audio_Position = 7;
+        const QList<Document*> second = split(d, [&] { d->OnPopupSplit2PartsCurrentPosition(); });
+        QCOMPARE(second.size(), 2);
+        const QString base = m_app->s_Output_Folder + "/" + QFileInfo(d->s_WAV_File_Path).completeBaseName();
+        checkPiece(second[0], base + " (2)_PART_1.wav", 7.0);
+        checkPiece(second[1], base + " (2)_PART_2.wav", 3.0);
+        QCOMPARE(fixtures::digest(kept), keptAudio);
+        QVERIFY(std::abs(fixtures::wavInfo(kept).seconds() - 4.0) < 0.03);
+        // The window that did not edit its piece shows it still, as it was.
+        QVERIFY(std::abs(fixtures::wavInfo(first[1]->s_WAV_File_Path).seconds() - 6.0) < 0.03);
+        edited->Operation_Undo();
+        QVERIFY(gui::waitIdle(*m_app));
+        QCOMPARE(edited->s_WAV_File_Path, kept);
+        QCOMPARE(edited->i_Audio_Duration_Seconds, qint64(4));
+    }
+
     void splitOnSilenceOpensOnePiecePerPhrase() {
         Document* d = gui::openInNewWindow(*m_app, m_speech);
         QVERIFY(d);
@@ -298,8 +332,9 @@ private slots:
         QFile::copy(m_speech, copy);
         for (const int threshold : {dialog.sliderThreshold->minimum(), dialog.sliderThreshold->maximum()}) {
             QString output;
-            const int code =
-                fixtures::run("sox", splitting::silenceArguments(copy, {0.5f, 2.0f, threshold}), &output);
+            const int code = fixtures::run(
+                "sox", splitting::silenceArguments(copy, {0.5f, 2.0f, threshold}, splitting::base(copy)),
+                &output);
             QVERIFY2(code == 0 && !output.contains("FAIL"), qPrintable(output));
         }
         QCOMPARE(dialog.sliderThreshold->value(), 1);
@@ -328,7 +363,11 @@ private slots:
             QVERIFY(damaged.open(QIODevice::WriteOnly | QIODevice::Truncate));
             damaged.write("not audio at all");
         }
+        // The missing piece is told, and the windows open for the pieces' paths all the same.
+        const auto alert = gui::answerAlert();
         const QList<Document*> pieces = split(d, [&] { d->OnPopupSplit3PartsBeforeSelectionAfter(); });
+        QVERIFY(alert->shown);
+        QVERIFY2(alert->informativeText.contains("Split into parts"), qPrintable(alert->informativeText));
         QCOMPARE(pieces.size(), 3);
         for (const Document* piece : pieces) {
             QVERIFY(!QFile::exists(piece->s_WAV_File_Path));

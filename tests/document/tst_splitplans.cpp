@@ -18,15 +18,47 @@ class tst_SplitPlans : public QObject {
 private slots:
     void piecesAreNamedByTheWorkingWavWithoutItsExtension() {
         QCOMPARE(base("/w/2024-03-05-14-07-59.wav"), QString("2024-03-05-14-07-59"));
-        QCOMPARE(piecePath("/w", "/w/2024-03-05-14-07-59.wav", 2),
-                 QString("/w/2024-03-05-14-07-59_PART_2.wav"));
-        QCOMPARE(silencePiecePath("/elsewhere/take.wav", 1), QString("/elsewhere/take_PART_001.wav"));
-        QCOMPARE(silencePiecePath("/w/take.wav", 12), QString("/w/take_PART_012.wav"));
-        QCOMPARE(silencePattern("/w/take.wav"), QString("/w/take_PART_.wav"));
+        QCOMPARE(pieceStem("/w/2024-03-05-14-07-59.wav", {}), QString("2024-03-05-14-07-59"));
+        QCOMPARE(piecePath("/w", "2024-03-05-14-07-59", 2), QString("/w/2024-03-05-14-07-59_PART_2.wav"));
+        QCOMPARE(silencePiecePath("/elsewhere/take.wav", "take", 1), QString("/elsewhere/take_PART_001.wav"));
+        QCOMPARE(silencePiecePath("/w/take.wav", "take", 12), QString("/w/take_PART_012.wav"));
+        QCOMPARE(silencePattern("/w/take.wav", "take"), QString("/w/take_PART_.wav"));
+    }
+
+    void aPieceAWindowKeepsWithoutShowingItMovesTheStemOn() {
+        // Other files, and pieces of other tracks, leave the base as it is.
+        QCOMPARE(
+            pieceStem("/w/t.wav", {"/w/t.wav", "/w/u_PART_1.wav", "/w/t_PART_x.wav", "/w/tt_PART_1.wav"}),
+            QString("t"));
+        QCOMPARE(pieceStem("/w/t.wav", {"/w/t_PART_2.wav"}), QString("t (2)"));
+        QCOMPARE(pieceStem("/w/t.wav", {"/w/t_PART_001.wav"}), QString("t (2)"));
+        QCOMPARE(pieceStem("/w/t.wav", {"/w/t_PART_1.wav", "/w/t (2)_PART_3.wav", "/w/t (3)_PART_017.wav"}),
+                 QString("t (4)"));
+        // The stem is matched as it is spelt, not as a pattern.
+        QCOMPARE(pieceStem("/w/a.b.wav", {"/w/axb_PART_1.wav"}), QString("a.b"));
+        const SplitPlan split = buildSplitAtPositionPlan("/w/t.wav", "/w", tenSeconds(), "t (2)");
+        QCOMPARE(split.pieces, QStringList({"/w/t (2)_PART_1.wav", "/w/t (2)_PART_2.wav"}));
+        QCOMPARE(silenceArguments("/w/t.wav", {}, "t (2)")[1], QString("/w/t (2)_PART_.wav"));
+    }
+
+    void everyPieceMustHoldTheStretchItIsCutFrom() {
+        const SplitPlan split = buildSplitAroundSelectionPlan("/w/t.wav", "/w", tenSeconds(), "t");
+        QList<step::RequireAudio> checks;
+        for (const Step& s : split.plan.steps)
+            if (auto* r = std::get_if<step::RequireAudio>(&s))
+                checks << *r;
+        QCOMPARE(checks.size(), 3);
+        const double starts[] = {0, 2, 5}, durations[] = {2, 3, 5};
+        for (int i = 0; i < 3; ++i) {
+            QCOMPARE(checks[i].path, split.pieces[i]);
+            QCOMPARE(checks[i].source, QString("/w/t.wav"));
+            QCOMPARE(checks[i].start, starts[i]);
+            QCOMPARE(checks[i].duration, durations[i]);
+        }
     }
 
     void twoPartsAtThePlayPosition() {
-        const SplitPlan split = buildSplitAtPositionPlan("/w/t.wav", "/w", tenSeconds());
+        const SplitPlan split = buildSplitAtPositionPlan("/w/t.wav", "/w", tenSeconds(), "t");
         QCOMPARE(split.pieces, QStringList({"/w/t_PART_1.wav", "/w/t_PART_2.wav"}));
         QCOMPARE(
             fixtures::describe(split.plan),
@@ -37,7 +69,7 @@ private slots:
     }
 
     void threePartsAroundTheSelection() {
-        const SplitPlan split = buildSplitAroundSelectionPlan("/w/t.wav", "/w", tenSeconds());
+        const SplitPlan split = buildSplitAroundSelectionPlan("/w/t.wav", "/w", tenSeconds(), "t");
         QCOMPARE(split.pieces, QStringList({"/w/t_PART_1.wav", "/w/t_PART_2.wav", "/w/t_PART_3.wav"}));
         QCOMPARE(
             fixtures::describe(split.plan),
@@ -51,18 +83,18 @@ private slots:
 
     void atPositionZeroTheFirstPieceIsCutWithTheZeroTimeString() {
         const SplitPlan split =
-            buildSplitAtPositionPlan("/w/t.wav", "/w", calculateSegmentVariables({10, 20, 50, 0, 10}));
+            buildSplitAtPositionPlan("/w/t.wav", "/w", calculateSegmentVariables({10, 20, 50, 0, 10}), "t");
         QCOMPARE(std::get<step::Run>(split.plan.steps[1]).arguments[5], QString("00:00:00.00"));
     }
 
     void splitOnSilenceRunsSoxWithTheDialogsValues() {
-        QCOMPARE(silenceArguments("/w/t.wav", {0.5f, 2.0f, 1}),
+        QCOMPARE(silenceArguments("/w/t.wav", {0.5f, 2.0f, 1}, "t"),
                  QStringList({"/w/t.wav", "/w/t_PART_.wav", "silence", "1", "0.50", "1%", "1", "2.00", "1%",
                               ":", "newfile", ":", "restart"}));
-        QCOMPARE(silenceArguments("/w/t.wav", {0.05f, 12.345f, 17}).mid(4, 5),
+        QCOMPARE(silenceArguments("/w/t.wav", {0.05f, 12.345f, 17}, "t").mid(4, 5),
                  QStringList({"0.05", "17%", "1", "12.35", "17%"}));
-        QCOMPARE(fixtures::describe(buildSplitOnSilencePlan("/w/t.wav", {})),
-                 QStringList({"sox " + silenceArguments("/w/t.wav", {}).join(" | ")}));
+        QCOMPARE(fixtures::describe(buildSplitOnSilencePlan("/w/t.wav", {}, "t")),
+                 QStringList({"sox " + silenceArguments("/w/t.wav", {}, "t").join(" | ")}));
     }
 
     void durationsBelowFiveHundredthsAreRefused() {
@@ -78,9 +110,9 @@ private slots:
         const QSet<QString> there{"/w/t_PART_001.wav", "/w/t_PART_002.wav", "/w/t_PART_003.wav",
                                   "/w/t_PART_005.wav"};
         const auto exists = [&](const QString& p) { return there.contains(p); };
-        QCOMPARE(findSilencePieces("/w/t.wav", exists),
+        QCOMPARE(findSilencePieces("/w/t.wav", "t", exists),
                  QStringList({"/w/t_PART_001.wav", "/w/t_PART_002.wav", "/w/t_PART_003.wav"}));
-        QCOMPARE(findSilencePieces("/w/other.wav", exists), QStringList());
+        QCOMPARE(findSilencePieces("/w/other.wav", "other", exists), QStringList());
     }
 };
 

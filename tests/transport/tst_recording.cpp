@@ -1,5 +1,7 @@
 #include "app/AppDelegate.h"
+#include "app/Plan.h"
 #include "app/PlanRunner.h"
+#include "app/WorkFolder.h"
 #include "document/Document.h"
 #include "document/WaveformPlot.h"
 #include "support/Fixtures.h"
@@ -17,7 +19,9 @@
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QSignalSpy>
+#include <QStorageInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -375,6 +379,72 @@ private slots:
         QCOMPARE(d->m_RecordStatus, 0u);
         QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_Sound_File_Source}));
         QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).seconds() > 0.3);
+    }
+
+    void aRecordingStopsWhereTheWorkFolderWouldRunOutOfRoom() {
+        Document* d = open(m_tone);
+        QVERIFY(d);
+        // A work folder of 50.7 MB: about four seconds past the 50 MB kept free.
+        fixtures::Mount small(m_root.filePath("small-work"), "size=49500k");
+        QVERIFY2(small.mounted, "the tests run as root and mount a small disk");
+        const QString workFolder = m_app->s_Output_Folder;
+        m_app->s_Output_Folder = small.folder;
+        const auto back = qScopeGuard([&] { m_app->s_Output_Folder = workFolder; });
+        const RecordingLimit limit = recordingLimit(small.folder);
+        QVERIFY(limit.byRoom && limit.frames > 44100 && limit.frames < 10 * 44100);
+        playIntoTheMicrophone();
+        const auto alert = gui::answerAlert();
+        QSignalSpy loaded(d, &Document::loaded);
+        d->OnToolbarRecord();
+        QCOMPARE(d->m_RecordStatus, 1u);
+        QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 30000);
+        QCOMPARE(alert->informativeText, recordingLimitMessage(limit, small.folder));
+        QVERIFY(loaded.wait(20000) || loaded.count() > 0);
+        QCOMPARE(d->m_RecordStatus, 0u);
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_WAV_File_Path}));
+        QCOMPARE(QFileInfo(d->s_WAV_File_Path).path(), small.folder);
+        QCOMPARE(fixtures::wavInfo(d->s_WAV_File_Path).frames, limit.frames);
+        QVERIFY(fixtures::rms(d->s_WAV_File_Path, 1.0, 2.0) > 0.05); // the tone was taken
+        delete d;
+        QVERIFY(gui::waitIdle(*m_app));
+    }
+
+    void aDiskThatFillsWhileRecordingStopsItAndKeepsTheTake() {
+        Document* d = open(m_tone);
+        QVERIFY(d);
+        fixtures::Mount small(m_root.filePath("filling-work"), "size=60m");
+        QVERIFY2(small.mounted, "the tests run as root and mount a small disk");
+        const QString workFolder = m_app->s_Output_Folder;
+        m_app->s_Output_Folder = small.folder;
+        const auto back = qScopeGuard([&] { m_app->s_Output_Folder = workFolder; });
+        playIntoTheMicrophone();
+        const auto alert = gui::answerAlert();
+        QSignalSpy loaded(d, &Document::loaded);
+        d->OnToolbarRecord();
+        QCOMPARE(d->m_RecordStatus, 1u);
+        QTest::qWait(1000);
+        // Another program fills the disk but for a second's worth of audio.
+        {
+            QFile filler(small.folder + "/other-program.bin");
+            QVERIFY(filler.open(QIODevice::WriteOnly));
+            const QByteArray block(1 << 20, 'x');
+            while (QStorageInfo(small.folder).bytesAvailable() > 2 * (1 << 20))
+                QVERIFY(filler.write(block) == block.size());
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 30000);
+        QVERIFY2(alert->informativeText.startsWith("The recording stopped: what came in could no longer be "
+                                                   "written to the work folder " +
+                                                   small.folder) &&
+                     alert->informativeText.contains("The disk is full") &&
+                     alert->informativeText.endsWith("What was recorded until then is kept as the track."),
+                 qPrintable(alert->informativeText));
+        QVERIFY(loaded.wait(20000) || loaded.count() > 0);
+        QCOMPARE(d->m_RecordStatus, 0u);
+        const fixtures::WavInfo take = fixtures::wavInfo(d->s_WAV_File_Path);
+        QVERIFY(take.ok && take.seconds() > 1.0);
+        QCOMPARE(wavHeaderProblem(d->s_WAV_File_Path), QString());
+        delete d;
+        QVERIFY(gui::waitIdle(*m_app));
     }
 
     // The transport buttons pressed in any order, as fast as a user could (only
