@@ -267,11 +267,12 @@ void compareJoinWithAShell(const QString& folder) {
 }
 
 // The export as the export dialog submits it: default settings, the
-// destination watched for the progress shown meanwhile.
+// destination watched for the progress shown meanwhile, its length read back.
 Plan exportPlan(const QString& wav, const QString& destination) {
     const QStringList arguments = *exporting::exportArguments(wav, {}, destination);
     return exporting::buildExportPlan(destination, arguments,
-                                      exporting::expectedBytes(destination, {}, audioSeconds(wav)));
+                                      exporting::expectedBytes(destination, {}, audioSeconds(wav)),
+                                      qint64(audioSeconds(wav)));
 }
 
 void compareExportsWithAShell(const QString& folder, const QString& hour) {
