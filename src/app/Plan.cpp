@@ -23,6 +23,28 @@ QString toolName(Tool tool) {
     return tool == Tool::Sox ? QStringLiteral("sox") : QStringLiteral("ffmpeg");
 }
 
+namespace {
+// The whole seconds a WAV, FLAC or AIFF file lasts by its header; nothing for
+// other kinds, whose length a reader may have to decode the file to learn.
+std::optional<qint64> secondsFromHeader(const QString& path) {
+    static const QStringList told{"wav", "flac", "aif", "aiff", "aifc", "caf", "w64"};
+    if (!told.contains(QFileInfo(path).suffix().toLower()))
+        return std::nullopt;
+    SF_INFO info{};
+    SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
+    if (!file)
+        return std::nullopt;
+    sf_close(file);
+    if (info.samplerate <= 0)
+        return std::nullopt;
+    return info.frames / info.samplerate;
+}
+
+bool measuredWithoutARun(const step::ProbeDuration& p) {
+    return p.headerFirst && secondsFromHeader(p.path).has_value();
+}
+} // namespace
+
 QList<PlannedRun> plannedRuns(const Plan& plan) {
     QList<PlannedRun> runs;
     for (const Step& s : plan.steps) {
@@ -30,7 +52,8 @@ QList<PlannedRun> plannedRuns(const Plan& plan) {
                                   runs.append({r.tool, r.arguments});
                               },
                               [&](const step::ProbeDuration& p) {
-                                  runs.append({Tool::FFmpeg, probeArguments(p.path)});
+                                  if (!measuredWithoutARun(p))
+                                      runs.append({Tool::FFmpeg, probeArguments(p.path)});
                               },
                               [](const auto&) {}},
                    s);
@@ -434,6 +457,11 @@ PlanOutcome executePlan(const Plan& plan, const ToolPaths& tools, const PlanProg
                            return fail(problem);
                        },
                        [&](const step::ProbeDuration& p) {
+                           if (p.headerFirst)
+                               if (const std::optional<qint64> seconds = secondsFromHeader(p.path)) {
+                                   outcome.seconds = seconds;
+                                   return true;
+                               }
                            if (!run(Tool::FFmpeg, probeArguments(p.path)))
                                return false;
                            outcome.seconds = secondsFromProbeOutput(outcome.runs.last().output);

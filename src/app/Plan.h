@@ -39,6 +39,10 @@ struct RequireFile { // end the plan with an alert unless the file exists
 };
 struct ProbeDuration { // ffmpeg "-i" path; the parsed whole seconds go into the outcome
     QString path;
+    // For a length that is only measured, never shown (the room an import
+    // needs): a WAV, FLAC or AIFF file's is read from its header instead, in
+    // a moment and without a run.
+    bool headerFirst = false;
 };
 // End the plan with an alert unless the file is audio a WAV reader can open: a
 // tool may leave an empty file or a stub behind and still exit normally.

@@ -18,7 +18,7 @@ Plan buildImportPlan(const QString& source, const QString& result) {
     // before anything is written, rather than leave a cut-off track.
     const QString folder = QFileInfo(result).path();
     return {
-        {step::ProbeDuration{source}, step::Check{[source, folder](const PlanOutcome& sofar) {
+        {step::ProbeDuration{source, true}, step::Check{[source, folder](const PlanOutcome& sofar) {
              return importRoomProblem(source, folder, sofar.seconds.value_or(0));
          }},
          step::DeleteFile{result}, step::Run{Tool::FFmpeg, importArguments(source, result)},

@@ -2,6 +2,7 @@
 #include "app/Duration.h"
 #include "document/Document.h"
 #include "document/FileSize.h"
+#include "document/ImportPlans.h"
 #include "support/Fixtures.h"
 #include "support/Gui.h"
 #include "timeline/View_Audio_Wave.h"
@@ -150,6 +151,22 @@ private slots:
         QCOMPARE(d->labelSource->text(), name);
         QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_WAV_File_Path}));
         QCOMPARE(m_app->u_Open_New_Document, 0u);
+    }
+
+    void aFileWithItsLengthInItsHeaderIsMeasuredWithoutARun() {
+        // The room an import needs is measured before it runs: from the header
+        // where the file has its length there, with ffmpeg where it has not.
+        for (const char* extension : {"wav", "flac", "aiff", "mp3", "ogg"}) {
+            const QString source = m_sources + "/tone." + QString(extension);
+            const QList<PlannedRun> runs = plannedRuns(buildImportPlan(source, m_root.filePath("out.wav")));
+            const bool probed = runs.first().arguments == QStringList({"-i", source});
+            QCOMPARE(probed, QByteArray(extension) == "mp3" || QByteArray(extension) == "ogg");
+        }
+        // A header that cannot be read is measured by ffmpeg all the same.
+        const QString broken = m_root.filePath("broken.wav");
+        writeBytes(broken, "RIFF-not-really");
+        QCOMPARE(plannedRuns(buildImportPlan(broken, m_root.filePath("out.wav"))).first().arguments,
+                 QStringList({"-i", broken}));
     }
 
     void theSizeTextOfAKnownFile() {
