@@ -163,22 +163,35 @@ private slots:
                  QList<PlannedRun>({{Tool::FFmpeg, {"-i", "/w/a b.wav"}}}));
     }
 
+    void aHostilePathReachesFfmpegIntactAndConverts_data() {
+        QTest::addColumn<QString>("extension");
+        QTest::addColumn<int>("runs");
+        // An MP3's length is measured by ffmpeg first; a FLAC's is read from
+        // its header, with the same path, without a run.
+        QTest::newRow("mp3") << "mp3" << 3;
+        QTest::newRow("flac") << "flac" << 2;
+    }
     void aHostilePathReachesFfmpegIntactAndConverts() {
+        QFETCH(QString, extension);
+        QFETCH(int, runs);
         const QString folder = m_dir.filePath("dir with blanks ; $(touch pwned) 'q' \"d\" ünïcødé");
         QVERIFY(QDir().mkpath(folder));
-        const QString source = folder + "/to ne $(rm -rf x); 'it''s' \"ok\" – ïß.flac";
+        const QString source = folder + "/to ne $(rm -rf x); 'it''s' \"ok\" – ïß." + extension;
         const QString wav = m_dir.filePath("hostile-source.wav");
         fixtures::makeTone(wav, 2);
+        QFile::remove(source);
         QCOMPARE(fixtures::run("ffmpeg", {"-i", wav, source}), 0);
         const QString result = folder + "/rés ult; $(x).wav";
+        QFile::remove(result);
         const PlanOutcome outcome = executePlan(buildImportPlan(source, result), realTools());
         QVERIFY2(outcome.ok, qPrintable(outcome.alert));
-        QCOMPARE(outcome.runs.size(), 3);
-        QCOMPARE(outcome.runs[0].arguments[1], source);
-        QCOMPARE(outcome.runs[1].arguments[1], source);
+        QCOMPARE(outcome.runs.size(), runs);
+        for (int i = 0; i + 1 < runs; ++i)
+            QCOMPARE(outcome.runs[i].arguments[1], source);
+        QCOMPARE(outcome.runs.last().arguments, QStringList({"-i", result}));
         const fixtures::WavInfo info = fixtures::wavInfo(result);
         QVERIFY(info.isWorkingWav());
-        QVERIFY(qAbs(info.seconds() - 2.0) < 0.05);
+        QVERIFY(qAbs(info.seconds() - 2.0) < 0.06);
         QCOMPARE(outcome.seconds, std::optional<qint64>(2));
         QVERIFY(!QFile::exists(QDir::current().filePath("pwned")));
         QVERIFY(!QFile::exists(folder + "/pwned"));
