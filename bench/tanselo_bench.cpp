@@ -16,8 +16,7 @@
 //      ten 1-minute files as a batch beside its saved script run on each file.
 // Run it with `make bench` (or one part: --exports, --cancel, --join, --batch).
 
-#include "app/AppDelegate.h"
-#include "app/PlanRunner.h"
+#include "application/AppDelegate.h"
 #include "batch/BatchRun.h"
 #include "batch/RecipePlans.h"
 #include "document/Document.h"
@@ -27,6 +26,7 @@
 #include "effects/EffectCatalogue.h"
 #include "effects/EffectPlans.h"
 #include "mixer/MixerTracks.h"
+#include "plans/PlanRunner.h"
 
 #include <QApplication>
 #include <QDir>

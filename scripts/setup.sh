@@ -17,6 +17,8 @@ packages=(
     xvfb xauth xdotool imagemagick alsa-utils sound-theme-freedesktop espeak-ng e2fsprogs
     # the desktop entry and metainfo checks
     desktop-file-utils appstream shared-mime-info
+    # CI's check that every source file is in the project's format
+    clang-format
 )
 
 missing=()

@@ -7,9 +7,10 @@ cd "$(dirname "$0")/.."
 
 scripts/setup.sh
 jobs=$(nproc)
-cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+werror=-DTANSELO_WERROR=${TANSELO_WERROR:-OFF} # CI sets it ON
+cmake -S . -B build -DCMAKE_BUILD_TYPE=RelWithDebInfo "$werror" >/dev/null
 cmake --build build -j"$jobs"
-cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTANSELO_SANITIZE=ON >/dev/null
+cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTANSELO_SANITIZE=ON "$werror" >/dev/null
 cmake --build build-asan -j"$jobs"
 
 # The sanitizers' run-time options. The first report of any of them ends the

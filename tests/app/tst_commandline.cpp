@@ -1,8 +1,8 @@
-#include "app/AppDelegate.h"
-#include "app/CommandLine.h"
-#include "app/SingleInstance.h"
+#include "application/AppDelegate.h"
 #include "document/Document.h"
 #include "document/ImportPlans.h"
+#include "session/CommandLine.h"
+#include "session/SingleInstance.h"
 #include "support/Fixtures.h"
 #include "support/Gui.h"
 

@@ -1,9 +1,9 @@
-#include "app/AppDelegate.h"
-#include "app/Icons.h"
+#include "application/AppDelegate.h"
 #include "document/Document.h"
 #include "document/ImportPlans.h"
 #include "support/Fixtures.h"
 #include "support/Gui.h"
+#include "widgets/Icons.h"
 
 #include <QAction>
 #include <QDir>

@@ -1,6 +1,6 @@
-#include "app/AppDelegate.h"
-#include "app/SingleInstance.h"
+#include "application/AppDelegate.h"
 #include "document/Document.h"
+#include "session/SingleInstance.h"
 #include "support/Fixtures.h"
 #include "support/Gui.h"
 

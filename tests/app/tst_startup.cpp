@@ -1,4 +1,4 @@
-#include "app/AppDelegate.h"
+#include "application/AppDelegate.h"
 #include "document/Document.h"
 #include "support/Fixtures.h"
 #include "support/Gui.h"

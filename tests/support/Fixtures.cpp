@@ -1,6 +1,6 @@
 #include "Fixtures.h"
 
-#include "app/Plan.h"
+#include "plans/Plan.h"
 
 #include <QCryptographicHash>
 #include <QDir>

@@ -1,7 +1,7 @@
 #include "Gui.h"
 
 #include "Fixtures.h"
-#include "app/AppDelegate.h"
+#include "application/AppDelegate.h"
 #include "document/Document.h"
 
 #include <QApplication>

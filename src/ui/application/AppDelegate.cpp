@@ -1,0 +1,405 @@
+#include "AppDelegate.h"
+
+#include "document/Document.h"
+#include "mixer/Window_Multiple_Tracks.h"
+#include "names/Names.h"
+#include "session/SingleInstance.h"
+#include "session/WorkFolder.h"
+#include "widgets/Alerts.h"
+#include "widgets/Icons.h"
+#include "windows/ShortcutsWindow.h"
+#include "windows/ToolLog.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QTimer>
+#include <QUrl>
+#include <cstdio>
+#include <cstdlib>
+
+AppDelegate::AppDelegate() : b_Starting(true), u_Doc_Index(0) {
+    // Sound plays through Qt's FFmpeg media backend unless the user has chosen
+    // one: with the GStreamer backend of Qt 6.4, playback can fall silent after
+    // a seek, which every click on the waveform during playback is.
+    if (!qEnvironmentVariableIsSet("QT_MEDIA_BACKEND"))
+        qputenv("QT_MEDIA_BACKEND", "ffmpeg");
+    actionNew = makeAction(tr("&New"), QKeySequence::New);
+    actionOpen = makeAction(tr("&Open…"), QKeySequence::Open);
+    actionExport = makeAction(tr("&Export…"), QKeySequence::Save);
+    actionQuit = makeAction(tr("&Quit"), QKeySequence::Quit);
+    actionUndo = makeAction(tr("&Undo"), QKeySequence::Undo);
+    actionRedo = makeAction(tr("&Redo"), QKeySequence::Redo);
+    actionCut = makeAction(tr("Cu&t"), QKeySequence::Cut);
+    actionCopy = makeAction(tr("&Copy"), QKeySequence::Copy);
+    actionPaste = makeAction(tr("&Paste"), QKeySequence::Paste);
+    actionDelete = makeAction(tr("&Delete"), QKeySequence::Delete);
+    actionHomePage = makeAction(tr("Tanselo &Home Page"));
+    actionMakers = makeAction(tr("About the &Makers"));
+    actionPrivacy = makeAction(tr("&Privacy Policy"));
+    actionSupport = makeAction(tr("&Report a Problem"));
+    actionToolRuns = makeAction(tr("&Tool Runs"));
+    actionShortcuts = makeAction(tr("&Keyboard Shortcuts"));
+    actionJoinTracks = makeAction(tr("&Join Open Tracks…"));
+    actionJoinTracks->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_J));
+
+    connect(actionNew, &QAction::triggered, this, [this] { newDocument(); });
+    connect(actionOpen, &QAction::triggered, this, &AppDelegate::openDocument);
+    connect(actionQuit, &QAction::triggered, this, &AppDelegate::OnMenuQuit);
+    connect(actionUndo, &QAction::triggered, this, &AppDelegate::undo);
+    connect(actionRedo, &QAction::triggered, this, &AppDelegate::redo);
+    connect(actionHomePage, &QAction::triggered, this, &AppDelegate::OnMenuAppHomePage);
+    connect(actionMakers, &QAction::triggered, this, &AppDelegate::OnMenuCompanyHomePage);
+    connect(actionPrivacy, &QAction::triggered, this, &AppDelegate::OnMenuPrivacyPolicy);
+    connect(actionSupport, &QAction::triggered, this, &AppDelegate::OnMenuSubmitTicket);
+    connect(actionToolRuns, &QAction::triggered, this, &AppDelegate::OnMenuToolRuns);
+    connect(actionShortcuts, &QAction::triggered, this, &AppDelegate::OnMenuShortcuts);
+    connect(actionCopy, &QAction::triggered, this, &AppDelegate::copy);
+    connect(actionCut, &QAction::triggered, this, &AppDelegate::cut);
+    connect(actionPaste, &QAction::triggered, this, &AppDelegate::paste);
+    connect(actionDelete, &QAction::triggered, this, &AppDelegate::deleteSelection);
+    connect(actionExport, &QAction::triggered, this, &AppDelegate::save);
+    connect(actionJoinTracks, &QAction::triggered, this, &AppDelegate::OnMultipleTrackConcatenate);
+}
+
+AppDelegate::~AppDelegate() {
+    for (const QPointer<Document>& document : std::as_const(m_documents))
+        delete document.data();
+}
+
+QAction* AppDelegate::makeAction(const QString& text, QKeySequence::StandardKey key) {
+    auto* action = new QAction(text, this);
+    if (key != QKeySequence::UnknownKey)
+        action->setShortcuts(key);
+    return action;
+}
+
+std::optional<int> AppDelegate::applicationDidFinishLaunching(const QStringList& files) {
+    s_Title_Bar_Text = QStringLiteral("Tanselo");
+    u_Open_New_Document = 0;
+    QApplication::setApplicationDisplayName(s_Title_Bar_Text);
+    // The desktop entry's name, by which a desktop matches the windows to the
+    // launcher, and the icon they share with it.
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.tanselo.Tanselo"));
+    QApplication::setWindowIcon(applicationIcon());
+
+    s_Output_Folder = workFolderPath();
+    // A work folder that cannot be made ends the start with status 0, as it
+    // always has; any other start that fails ends with 1, so that a script or
+    // a desktop launching the editor can tell it did not start.
+    const auto cannotStart = [](const QString& why, int status = 0) {
+        showErrorAlert(nullptr, QStringLiteral("Error #0001. Application will exit.\n\n") + why);
+        return status;
+    };
+    if (const QString why = prepareWorkFolder(s_Output_Folder); !why.isEmpty())
+        return cannotStart(why);
+    // An editor already running on this folder opens the window instead, and
+    // its files stay untouched.
+    m_instance = std::make_unique<SingleInstance>(s_Output_Folder);
+    switch (m_instance->start(files)) {
+    case SingleInstance::Role::Forwarded:
+        return 0;
+    case SingleInstance::Role::Failed:
+        return cannotStart(m_instance->error(), 1);
+    case SingleInstance::Role::First:
+        connect(m_instance.get(), &SingleInstance::openRequested, this, &AppDelegate::openFiles);
+        break;
+    }
+    RemoveAllContentInFolder(s_Output_Folder);
+
+    const ToolPaths tools = locateTools(QCoreApplication::applicationDirPath());
+    sSoxPath = tools.sox;
+    sFFmpegPath = tools.ffmpeg;
+    for (const auto& [name, path] : {std::pair{"sox", sSoxPath}, std::pair{"ffmpeg", sFFmpegPath}}) {
+        if (path.isEmpty()) {
+            showErrorAlert(nullptr, missingToolMessage(name));
+            return 1;
+        }
+    }
+    m_runner = std::make_unique<PlanRunner>(tools);
+    connect(m_runner.get(), &PlanRunner::busyChanged, this, [this](bool busy) {
+        for (QAction* edit :
+             {actionUndo, actionRedo, actionCut, actionCopy, actionPaste, actionDelete, actionExport})
+            edit->setEnabled(!busy);
+    });
+
+    sSilenceWavPath = pathInFolder(s_Output_Folder, QStringLiteral("silence.wav"));
+    sSilenceWavURL = fileUrlText(s_Output_Folder, QStringLiteral("silence.wav"));
+    // Queued first, so every document's first load finds the track made. A
+    // track that could not be made whole (a full disk) is not left to pass for
+    // one: the user is told why, and the windows say the file is missing.
+    m_runner->submit(buildSilenceTrackPlan(sSilenceWavPath), nullptr, [this](const PlanOutcome& outcome) {
+        if (!outcome.ok && !outcome.cancelled)
+            showErrorAlert(currentDocument(), outcome.alert);
+    });
+
+    u_Current_ID = 0;
+    b_Starting = false;
+    u_Doc_Index = 0;
+    return std::nullopt;
+}
+
+void AppDelegate::RemoveAllContentInFolder(const QString& path) {
+    for (const QString& failure : removeAllContentInFolder(path, {workFolderLockName()}))
+        qWarning("oops: %s", qPrintable(failure));
+}
+
+Document* AppDelegate::newDocument() {
+    // At most one document comes into being before start-up has finished.
+    if (b_Starting && ++u_Doc_Index >= 2)
+        return nullptr;
+    auto* document = new Document(*this, u_Current_ID++);
+    m_documents.append(document);
+    document->show();
+    return document;
+}
+
+void AppDelegate::openFiles(const QStringList& files) {
+    if (files.isEmpty()) {
+        if (Document* document = newDocument()) {
+            document->raise();
+            document->activateWindow();
+        }
+        return;
+    }
+    const bool waiting = !m_filesToOpen.isEmpty();
+    m_filesToOpen += files;
+    if (!waiting)
+        openNextFile();
+}
+
+void AppDelegate::openNextFile() {
+    if (m_filesToOpen.isEmpty())
+        return;
+    if (Document* document = newDocument()) {
+        document->openGivenFile(m_filesToOpen.first());
+        document->raise();
+        document->activateWindow();
+    }
+    m_filesToOpen.removeFirst();
+    if (!m_filesToOpen.isEmpty())
+        QTimer::singleShot(0, this, &AppDelegate::openNextFile);
+}
+
+void AppDelegate::openDocument() {
+    u_Open_New_Document = 1;
+    newDocument();
+}
+
+void AppDelegate::openPreGeneratedDocuments() {
+    u_Open_New_Document = 2;
+    // Entries shown by an open document are reloaded there; the others open in
+    // new documents, which take their entries from the list in order.
+    for (const QString& entry : std::as_const(array_Pre_Generated_Docs)) {
+        const QList<Document*> open = documents();
+        const auto shown =
+            std::find_if(open.begin(), open.end(), [&](Document* d) { return d->s_WAV_File_Path == entry; });
+        if (shown != open.end())
+            (*shown)->Refresh_Audio_Plot();
+        else
+            newDocument();
+    }
+}
+
+QStringList AppDelegate::namesInUse() const {
+    QStringList names;
+    for (Document* document : documents())
+        names += document->namesInUse();
+    if (m_runner)
+        names += m_runner->filesOfQueuedPlans();
+    // The copied audio's name stays taken even when its file went with a
+    // cleared history: a new file under it would be pasted as the copy.
+    if (!s_Copied_WAV_File.isEmpty())
+        names << s_Copied_WAV_File;
+    return names;
+}
+
+NamesInUse AppDelegate::namesAround(const Document* asking) const {
+    NamesInUse inUse;
+    for (Document* document : documents())
+        (document == asking ? inUse.own : inUse.others) += document->namesInUse();
+    if (m_runner)
+        inUse.others += m_runner->filesOfQueuedPlans();
+    inUse.others << sSilenceWavPath;
+    inUse.clipboard = s_Copied_WAV_File;
+    return inUse;
+}
+
+QStringList AppDelegate::namesKeptUnshown() const {
+    QStringList names;
+    for (Document* document : documents())
+        for (const QString& name : document->namesInUse())
+            if (name != document->s_WAV_File_Path)
+                names << name;
+    if (!s_Copied_WAV_File.isEmpty())
+        names << s_Copied_WAV_File;
+    return names;
+}
+
+QList<Document*> AppDelegate::documents() const {
+    QList<Document*> open;
+    for (const QPointer<Document>& document : m_documents)
+        if (document)
+            open.append(document.data());
+    return open;
+}
+
+Document* AppDelegate::currentDocument() const {
+    for (Document* document : documents())
+        if (document->isActiveWindow())
+            return document;
+    return nullptr;
+}
+
+void AppDelegate::installMenus(QMainWindow* window) {
+    QMenuBar* bar = window->menuBar();
+    QMenu* file = bar->addMenu(tr("&File"));
+    file->setObjectName(QStringLiteral("menuFile"));
+    file->addActions({actionNew, actionOpen, actionExport});
+    file->addSeparator();
+    file->addAction(actionQuit);
+    QMenu* edit = bar->addMenu(tr("&Edit"));
+    edit->setObjectName(QStringLiteral("menuEdit"));
+    edit->addActions({actionUndo, actionRedo});
+    edit->addSeparator();
+    edit->addActions({actionCut, actionCopy, actionPaste, actionDelete});
+    QMenu* tracks = bar->addMenu(tr("&Tracks"));
+    tracks->setObjectName(QStringLiteral("menuTracks"));
+    tracks->addAction(actionJoinTracks);
+    QMenu* help = bar->addMenu(tr("&Help"));
+    help->setObjectName(QStringLiteral("menuHelp"));
+    help->addActions({actionHomePage, actionMakers, actionPrivacy, actionSupport});
+    help->addSeparator();
+    help->addActions({actionShortcuts, actionToolRuns});
+}
+
+Document* AppDelegate::loadedCurrentDocument() const {
+    Document* document = currentDocument();
+    return document && document->b_Audio_Loaded ? document : nullptr;
+}
+
+void AppDelegate::undo() {
+    if (Document* document = currentDocument())
+        document->Operation_Undo();
+}
+
+void AppDelegate::redo() {
+    if (Document* document = currentDocument())
+        document->Operation_Redo();
+}
+
+void AppDelegate::copy() {
+    if (Document* document = loadedCurrentDocument())
+        document->Operation_Copy();
+}
+
+void AppDelegate::cut() {
+    if (Document* document = loadedCurrentDocument())
+        document->Operation_Cut();
+}
+
+void AppDelegate::paste() {
+    if (Document* document = loadedCurrentDocument())
+        document->Operation_Paste();
+}
+
+void AppDelegate::deleteSelection() {
+    if (Document* document = loadedCurrentDocument())
+        document->Operation_Delete();
+}
+
+void AppDelegate::save() {
+    if (Document* document = loadedCurrentDocument())
+        document->Operation_Save();
+}
+
+QStringList AppDelegate::protectedFiles() const {
+    QStringList files{s_Copied_WAV_File, sSilenceWavPath};
+    for (const Document* document : documents())
+        files += document->history().array_WAV_Files();
+    return files;
+}
+
+bool AppDelegate::mayDeleteClipboardFile() const {
+    const QList<Document*> open = documents();
+    // A plan still queued may write that very name (a cut whose result takes
+    // over the copied audio's name): it is not this copy's to delete.
+    return std::none_of(open.begin(), open.end(),
+                        [this](const Document* d) {
+                            return d->history().array_WAV_Files().contains(s_Copied_WAV_File);
+                        }) &&
+           !m_runner->filesOfQueuedPlans().contains(s_Copied_WAV_File);
+}
+
+void AppDelegate::OnMenuQuit() {
+    Terminate_App();
+}
+
+void AppDelegate::Terminate_App() {
+    // Ends at once: no saving, and the work folder keeps its files until the next start.
+    std::fflush(nullptr);
+    std::_Exit(0);
+}
+
+QString AppDelegate::helpPagePath(const QString& page) {
+    const QDir app(QCoreApplication::applicationDirPath());
+    for (const QString& folder :
+         {QStringLiteral("help"), QStringLiteral("../help"), QStringLiteral("../share/tanselo/help")}) {
+        const QString path = app.filePath(folder + u'/' + page);
+        if (QFileInfo::exists(path))
+            return QFileInfo(path).absoluteFilePath();
+    }
+    return {};
+}
+
+void AppDelegate::openHelpPage(const QString& page) {
+    const QString path = helpPagePath(page);
+    if (path.isEmpty()) {
+        showErrorAlert(currentDocument(), tr("The page \"%1\" is missing from this installation.").arg(page));
+        return;
+    }
+    QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+}
+
+void AppDelegate::OnMenuAppHomePage() {
+    openHelpPage(QStringLiteral("product.html"));
+}
+void AppDelegate::OnMenuCompanyHomePage() {
+    openHelpPage(QStringLiteral("makers.html"));
+}
+void AppDelegate::OnMenuPrivacyPolicy() {
+    openHelpPage(QStringLiteral("privacy.html"));
+}
+void AppDelegate::OnMenuSubmitTicket() {
+    openHelpPage(QStringLiteral("support.html"));
+}
+
+void AppDelegate::OnMenuShortcuts() {
+    const QList<Document*> open = documents();
+    if (Document* window = currentDocument() ? currentDocument() : (open.isEmpty() ? nullptr : open.first()))
+        showShortcuts(window);
+}
+
+void AppDelegate::OnMenuToolRuns() {
+    showToolLog(currentDocument(), *m_runner);
+}
+
+void AppDelegate::OnMultipleTrackConcatenate() {
+    if (documents().size() < 2) {
+        showErrorAlert(currentDocument(),
+                       QStringLiteral("You need more than one audio track to be able to open the mixer."));
+        return;
+    }
+    Window_Multiple_Tracks mixer(*this, currentDocument());
+    mixer.exec();
+    if (!mixer.bOK)
+        return;
+    array_Pre_Generated_Docs = {s_Mixed_WAV_File};
+    u_Pre_Generated_Docs_Index = 0;
+    color_Pre_Generated_Docs = QColor::fromRgbF(0.0f, 1.0f, 0.0f, 1.0f);
+    openPreGeneratedDocuments();
+}

@@ -1,0 +1,358 @@
+#pragma once
+
+#include "batch/Recipe.h"
+#include "document/SplitPlans.h"
+#include "edit/EditPlans.h"
+#include "effects/EffectCatalogue.h"
+#include "history/VersionHistory.h"
+#include "session/WorkingFormat.h"
+#include "timeline/MarkerKeys.h"
+#include "timeline/TimeStrings.h"
+#include "transport/TransportRules.h"
+
+#include <QColor>
+#include <QMainWindow>
+#include <QPointer>
+#include <memory>
+
+class AppDelegate;
+class BatchDialog;
+class HistoryWindow;
+class QAction;
+class QLabel;
+class QMenu;
+class QPushButton;
+class QScrollArea;
+class QTimer;
+class QToolBar;
+class Microphone;
+class SoundPlayer;
+class SoundRecorder;
+class View_Audio_Wave;
+class View_Time_Rule;
+class WaveformPlot;
+struct PlanOutcome;
+
+// One window holding one audio track. Whatever the user opens is converted
+// into a working WAV in the work folder; every later version is a new file, and
+// the version history chooses which one is current.
+class Document : public QMainWindow {
+    Q_OBJECT
+public:
+    Document(AppDelegate& app, quint64 id);
+    ~Document() override;
+
+    // Loading, chosen by the application's opening mode 0.2 s after creation.
+    // Until then the window is starting: it shows no track and has not asked for one.
+    bool isStarting() const { return m_starting; }
+    void TimerHandleStartupRoutine();
+    void TimerOpenFilePanelRoutine();
+    void Open_And_Select_An_Audio_File();
+    void Open_And_Select_Silence_File();
+    void Open_Pre_Generated_Audio_File();
+    void OnToolbarOpen();
+    // A file given to the editor (on its command line, by a later start or
+    // dropped on a window) becomes this new window's first track, imported as
+    // File ▸ Open imports; one that cannot be opened leaves the silence track.
+    void openGivenFile(const QString& path);
+    void openFileWithFilePathURL(const QString& url);
+    void Refresh_Audio_Plot();
+    // Every version, the import under way and the take being recorded.
+    QStringList namesInUse() const;
+
+    // Version history. Every change to it, and every move to another version,
+    // is told by historyChanged().
+    const VersionHistory& history() const { return m_history; }
+    // Appends the current working WAV as the newest version, called `label`.
+    void Add_WAV_File_To_Undo_Redo_Array(const QString& label, const Replay& replay = {});
+    void Operation_Undo();
+    void Operation_Redo();
+    // Makes version `index` current (held to the list's ends) and reloads it,
+    // as undoing or redoing that many steps would.
+    void moveToVersion(qsizetype index);
+    void Clear_Array_Of_WAV_Files();
+    // Edit ▸ History…: this window's versions, one window per document.
+    void showHistory();
+    QAction* actionHistory;
+
+    void changeColor(const QColor& color);
+
+    // The markers in seconds and as the time strings every cutting operation
+    // passes to the tools; recomputed from the overlay on each call.
+    void Calculate_Segment_Variables();
+
+    // Editing (defined beside the edit plans). Copy and cut fill the
+    // application's clipboard; every other edit makes a new version.
+    void Operation_Copy();
+    void Operation_Cut();
+    void Operation_Delete();
+    void Operation_Paste(); // pops up the paste menu, or says there is nothing to paste
+    void OnPopupMenuPasteAtStart();
+    void OnPopupMenuPasteAtCurrentPosition();
+    void OnPopupMenuPasteAtStartOfSelection();
+    void OnPopupMenuPasteAtEndOfSelection();
+    void OnPopupMenuPasteAtEnd();
+    void OnPopupPasteMixingAtStart();
+    void OnPopupPasteMixingAtCurrentPosition();
+    void OnPopupPasteMixingAtStartOfSelection();
+    void OnPopupPasteMixingAtEndOfSelection();
+    quint64 Get_Silence_Duration_In_MS();
+    void OnPopupSilenceInsertAtStart();
+    void OnPopupSilenceInsertAtEnd();
+    void OnPopupSilenceInsertAtCurrentPosition();
+    void OnPopupSilenceSelection();
+    void OnPopupSilenceTrim();
+    void OnToolbarTools(); // pops up the tools menu
+
+    // Effects (defined beside the effect plans): one sox effect over the whole
+    // track or over the selection only.
+    // Over the whole track, the version records `replay`: how to make it again from another file.
+    void applyEffect(const EffectArguments& arguments, bool selectionOnly, const QString& label = {},
+                     const Replay& replay = {});
+    // Runs a catalogue row: its dialog (if any), then the effect.
+    void runEffect(const EffectEntry& entry, bool selectionOnly);
+    void fillEffectsMenu(); // done when the effects menu is first shown
+    void OnPopupReverseEntireTrack();
+    void OnPopupReverseSelection();
+    void OnPopupEqualizerEntireTrack();
+    // Learns the noise from the selection and removes it from the whole track.
+    void OnPopupNoiseReduction();
+
+    // The recipe of the current version: the whole-track operations that made
+    // it, exported as this window last exported (or as the export dialog starts).
+    Recipe recipe() const;
+    // File ▸ Process Files With This Recipe…: one batch window per document.
+    void processFilesWithRecipe();
+    // File ▸ Save Recipe As Script…
+    void saveRecipeAsScript();
+    QAction* actionProcessFiles;
+    QAction* actionSaveRecipeScript;
+
+    // The menu bar's own menus of this window (besides the application's
+    // File, Edit, Tracks and Help items): the pop-up menus' actions again.
+    QAction* actionSelectAll;
+    QMenu* menuPasteAt;
+    QMenu* menuPasteMixing;
+    QMenu* menuSilence;
+    QMenu* menuPlay;
+    QMenu* menuView;
+    QAction* actionZoomToFit;
+    QAction* actionZoomToSelection;
+    void selectAll(); // the markers at 0 and 100 %
+    // Moves the play position or a selection end as the keys do (Home, End,
+    // the arrows, Shift with them, [ and ]).
+    void pressMarkerKey(MarkerKey key);
+
+    QMenu* popupMenuTools;
+    QMenu* popupMenuPaste;
+    QMenu* popupMenuPasteMixing;
+    QMenu* popupMenuSilence;
+    QMenu* popupMenuEffects;
+
+    // Transport (defined beside the transport rules): playback of the current
+    // version and recording from the default input, sharing one status.
+    void OnToolbarPlay(); // resumes a paused playback, otherwise pops up the play menu
+    void OnPopupMenuPlayFromStart();
+    void OnPopupMenuPlayFromCurrentPosition();
+    void OnPopupMenuPlaySelection();
+    void playFromStart();
+    void playFromCurrent();
+    void playSelection();
+    void OnToolbarPause();
+    void OnToolbarStop();
+    void OnToolbarRecord();
+    void pauseAudio();
+    void stopAudio();
+    void recordAudio();
+    void TimerHandleAudioPlayingRoutine(); // one tick of the playing timer
+    void OnToolbarSoundPreferences();
+    void OnUserShowSoundPreferences();
+    void togglePlayback(); // Space: play from the position, or pause
+
+    quint64 m_RecordStatus = 0; // see RecordStatus
+    std::unique_ptr<SoundPlayer> sound;
+    QPointer<QTimer> timerHandleAudioPlaying;
+    quint64 u_Last_Position = 0;
+    bool b_Play_Selection = false;
+    QMenu* popupMenuPlay;
+    std::unique_ptr<SoundRecorder> soundRecorder;
+    Microphone* ez_Microphone;
+    QString s_Sound_File_Source;
+    // The record settings as declared; the recorder always uses its fixed format.
+    qint64 m_RecordFormat = 0, m_RecordSampleRate = workingFormat::SampleRate,
+           m_RecordNumberOfChannels = workingFormat::Channels, m_RecordQuality = 127;
+
+    // Export (defined beside the export dialog): the toolbar's Export opens the
+    // dialog at once, the application's save command 0.1 s after its last press.
+    void OnToolbarSave();
+    void Operation_Save();
+    void TimerSaveAudioTrackRoutine();
+    void SaveWAVFile();
+    QPointer<QTimer> timerSave;
+
+    // Split into parts (defined beside the split plans): every piece opens in
+    // a window of its own, in this window's waveform colour.
+    void OnPopupSplit2PartsCurrentPosition();
+    void OnPopupSplit3PartsBeforeSelectionAfter();
+    void OnPopupSplitOnSilence();
+    QMenu* popupMenuSplit;
+
+    // Zoom: the whole track spans u_Zoom_Factor visible widths.
+    void OnToolbarZoomPlus();
+    void OnToolbarZoomMinus();
+    void zoomToFit();       // the whole track in the visible width
+    void zoomToSelection(); // the smallest factor at which the selection fills half the view, scrolled to it
+    void zoomAround(int pointerX, bool in); // one step, keeping the time under the pointer
+
+    quint64 u_ID;
+    QString s_File_URL, s_File_Path, s_Folder_Path, s_File_Name_Without_Extension, s_File_Extension,
+        s_File_Size;
+    QString s_WAV_File_Path, s_WAV_File_URL;
+    qint64 i_Audio_Duration_Seconds = 0;
+    bool b_Audio_Loaded = false;
+    quint64 u_Zoom_Factor = 1;
+
+    float f_StartSelection = 0, f_EndSelection = 0, f_CurrentPosition = 0;
+    QString sStart, sStartSelection, sEndSelection, sCurrentPosition, sDurationSelection,
+        sDurationLastSegment, sDurationSegmentAfterStartSelection, sDurationSegmentAfterCurrentPosition;
+
+    WaveformPlot* audioPlot;
+    View_Audio_Wave* viewAudioPlot;
+    View_Time_Rule* viewTimeRule;
+    QScrollArea* scrollviewAudioPlot;
+    QWidget* viewTimePlusAudioPlot;
+
+    QAction* btnOpen;
+    QAction* btnPlay;
+    QAction* btnRecord;
+    QAction* btnPause;
+    QAction* btnStop;
+    QAction* btnSoundPreferences;
+    QAction* btnZoomPlus;
+    QAction* btnZoomMinus;
+    QAction* btnSave;
+    QAction* btnUndo;
+    QAction* btnRedo;
+    QAction* btnCopy;
+    QAction* btnCut;
+    QAction* btnPaste;
+    QAction* btnDelete;
+    QAction* btnTools;
+    QAction* btnColour;
+
+    // The status bar's texts, for the user and for tests.
+    QLabel* labelSelection;
+    QLabel* labelPosition;
+    QLabel* labelSource; // the name of the file that was opened
+    QLabel* labelDuration;
+    QLabel* labelSize;
+    QPushButton* btnCancel; // shown while a run goes on
+
+signals:
+    void loaded();         // a load or reload has finished
+    void adopted();        // an edit's result has become the current version
+    void historyChanged(); // a version was added, the list restarted, or another version made current
+    void copied();         // a copy has filled the clipboard
+    void plotUpdated();    // new waveform points are on screen
+    void splitHandedOver(const QStringList& pieces); // a split's pieces have gone to the application
+
+private:
+    QToolBar* buildToolBar();
+    void buildTransport();
+    void applyButtons(const TransportButtons& buttons);
+    void startPlaying(PlayFrom from);
+    void scheduleAudioPlayingTimer();
+    void invalidateAudioPlayingTimer();
+    void stopPlayback();
+    void endRecording();
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    bool showsUntouchedSilence() const;
+    void setEditingEnabled(bool enabled);
+    void setLoadedButtons();
+    // Before a plan that writes audio: false, with the alert shown, when the
+    // work folder takes no file or lacks the room the operation needs; false
+    // without a word while recording, as the take is to replace the track.
+    bool readyToWrite();
+    // Whether the current version's file is there; when it has been removed
+    // outside the editor, says so (rather than leave a tool to fail over it).
+    bool trackFileIsThere();
+    // Moves the history as `move` does to a copy of it, unless the version it
+    // would make current has gone: then says so and stays.
+    bool moveHistory(const std::function<void(VersionHistory&)>& move);
+    // The whole seconds a load shows: the probe's, or the file's own when the
+    // probe was cancelled.
+    static qint64 shownSeconds(const PlanOutcome& outcome, const QString& path);
+    // Shows why a plan failed, unless the user cancelled it; true when it failed.
+    bool failed(const PlanOutcome& outcome);
+    void importFile(const QString& path);
+    void importGivenFile();
+    // How a load ends: the file to show, or shown already (a batch's file, a
+    // recording's take); the history restarted with the load, or taken over
+    // by the take.
+    enum class LoadEnd { ShowFile, FileShown, RecordingTaken };
+    // The one ending of every load: the duration, the buttons, the views, the
+    // status bar and the history, whose one version is called `label`.
+    void finishLoading(qint64 seconds, const QString& label, LoadEnd end = LoadEnd::ShowFile);
+    void takeDuration(qint64 seconds);
+    void reloadCurrentVersion();
+    void chooseColour();
+    void layOutZoom();
+    QPoint popupPosition() const; // where a pop-up menu opens
+    void setUpAccessibility();
+    void describeForAccessibility(); // the waveform, ruler and status texts in words
+    void enableWheelZoom();
+    void followViewport();
+    void showMarkers();
+    SegmentVariables segmentVariables() const;
+    void buildEditMenus();
+    void buildMenuBar();
+    void updateMenus();
+    void addMarkerKey(QMenu* menu, const QString& text, const QKeySequence& keys, MarkerKey key);
+    QList<QAction*> m_markerKeys;
+    QList<QPair<QAction*, QAction*>> m_followedButtons; // a menu item and the toolbar button it follows
+    void buildEffectsMenu();
+    void buildSplitMenu();
+    void runSplit(const splitting::SplitPlan& split);
+    QString pieceStem() const;
+    void handOverPieces(const QStringList& pieces);
+    EditState editState(bool withSegments);
+    // The names of an operation begun now, clear of every other window's files.
+    ResultNames resultNames(Writes writes = Writes::Version) const;
+    void runEdit(const EditPlan& edit);
+    void adoptResult(const EditPlan& edit, qint64 seconds);
+    // False, with the alert shown, when a result of `seconds` would pass what a WAV holds.
+    bool resultFitsAWav(double seconds);
+    void paste(PastePlace place);
+    void pasteMix(PastePlace place);
+    bool haveCopiedContent(); // or says "There is no copied content."
+    void insertSilence(SilencePlace place);
+
+    AppDelegate& m_app;
+    VersionHistory m_history;
+    QPointer<HistoryWindow> m_historyWindow;
+    QPointer<BatchDialog> m_batchDialog;
+    exporting::Choice m_exportChoice; // the setting of this window's last export
+    void buildBatchMenu();
+    QToolBar* m_toolBar = nullptr;
+    bool m_zoomed = false; // the width has been set by a zoom action
+    int m_plotRequest = 0;
+
+    // Loading. Every load is numbered when it starts; a load that finishes
+    // after a newer one began, or after a recording began, is dropped, so two
+    // loads in one window never both take it.
+    bool recording() const;
+    int beginLoad();
+    int m_loadRequest = 0;
+    // How this window opens its first track, taken from the application when
+    // the window is made: a window made within another's start-up wait would
+    // otherwise take that one's mode (a batch's windows a file dialog).
+    quint64 m_openMode = 0;
+    bool m_starting = true;
+    static constexpr quint64 OpenGivenFile = 3; // beside 0 silence, 1 the dialog, 2 a batch
+    QString m_givenFile;
+    QString m_importing; // the working WAV an import under way will make
+    void setStartupButtons();
+};

@@ -1,0 +1,162 @@
+// The window's own menus in the menu bar: every command of the toolbar's
+// pop-up menus (paste places, mixing, silence, effects, splits, play) is
+// also found there, as the very same actions, so a menu-bar item runs the
+// same method as its pop-up counterpart.
+
+#include "Document.h"
+
+#include "HistoryWindow.h"
+#include "application/AppDelegate.h"
+#include "plans/PlanRunner.h"
+#include "timeline/MarkerKeys.h"
+#include "timeline/View_Audio_Wave.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+#include <algorithm>
+
+void Document::buildMenuBar() {
+    QMenuBar* bar = menuBar();
+    auto* edit = bar->findChild<QMenu*>(QStringLiteral("menuEdit"));
+    auto* tracks = bar->findChild<QMenu*>(QStringLiteral("menuTracks"));
+
+    // Edit: this window's History… after the application's Undo and Redo;
+    // then select all, the paste places, mixing and silence.
+    actionHistory = new QAction(tr("&History…"), this);
+    actionHistory->setObjectName(QStringLiteral("actionHistory"));
+    actionHistory->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_H));
+    actionHistory->setShortcutContext(Qt::WindowShortcut);
+    connect(actionHistory, &QAction::triggered, this, &Document::showHistory);
+    const QList<QAction*> applicationItems = edit->actions();
+    const auto endOfUndoRedo = std::find_if(applicationItems.begin(), applicationItems.end(),
+                                            [](const QAction* item) { return item->isSeparator(); });
+    edit->insertAction(endOfUndoRedo == applicationItems.end() ? nullptr : *endOfUndoRedo, actionHistory);
+    actionSelectAll = edit->addAction(tr("Select &All"), this, &Document::selectAll);
+    actionSelectAll->setShortcuts(QKeySequence::SelectAll);
+    actionSelectAll->setShortcutContext(Qt::WindowShortcut);
+    edit->addSeparator();
+    const auto copyOf = [edit](QMenu* popup, const QString& title) {
+        QMenu* menu = edit->addMenu(title);
+        menu->addActions(popup->actions());
+        return menu;
+    };
+    menuPasteAt = copyOf(popupMenuPaste, tr("Paste &At"));
+    menuPasteMixing = copyOf(popupMenuPasteMixing, tr("&Mix Copied Audio In"));
+    menuSilence = copyOf(popupMenuSilence, tr("&Silence"));
+    edit->addSeparator();
+    addMarkerKey(edit, tr("Extend Selection to Start"), QKeySequence::SelectStartOfLine,
+                 MarkerKey::ExtendSelectionStart);
+    addMarkerKey(edit, tr("Extend Selection to End"), QKeySequence::SelectEndOfLine,
+                 MarkerKey::ExtendSelectionEnd);
+    addMarkerKey(edit, tr("Start Selection at Play Position"), QKeySequence(Qt::Key_BracketLeft),
+                 MarkerKey::SelectionStartHere);
+    addMarkerKey(edit, tr("End Selection at Play Position"), QKeySequence(Qt::Key_BracketRight),
+                 MarkerKey::SelectionEndHere);
+
+    // Play: the play menu's three starts, then pause, stop and record, which
+    // follow the toolbar buttons' states.
+    menuPlay = new QMenu(tr("&Play"), this);
+    menuPlay->addActions(popupMenuPlay->actions());
+    menuPlay->addSeparator();
+    const auto follow = [this](QAction* button, void (Document::*run)()) {
+        QAction* item = menuPlay->addAction(button->text(), this, run);
+        connect(button, &QAction::enabledChanged, this, &Document::updateMenus);
+        m_followedButtons.append(qMakePair(item, button));
+        return item;
+    };
+    follow(btnPause, &Document::OnToolbarPause);
+    follow(btnStop, &Document::OnToolbarStop);
+    follow(btnRecord, &Document::OnToolbarRecord);
+    menuPlay->addSeparator();
+    addMarkerKey(menuPlay, tr("Go to Start"), QKeySequence::MoveToStartOfLine, MarkerKey::ToStart);
+    addMarkerKey(menuPlay, tr("Go to End"), QKeySequence::MoveToEndOfLine, MarkerKey::ToEnd);
+    addMarkerKey(menuPlay, tr("Back One Second"), QKeySequence::MoveToPreviousChar, MarkerKey::BackSecond);
+    addMarkerKey(menuPlay, tr("Forward One Second"), QKeySequence::MoveToNextChar, MarkerKey::ForwardSecond);
+    addMarkerKey(menuPlay, tr("Back a Tenth of the Track"), QKeySequence::SelectPreviousChar,
+                 MarkerKey::BackTenth);
+    addMarkerKey(menuPlay, tr("Forward a Tenth of the Track"), QKeySequence::SelectNextChar,
+                 MarkerKey::ForwardTenth);
+    bar->insertMenu(tracks->menuAction(), menuPlay);
+
+    // Effects: the tools menu's effects menu itself, filled when first shown.
+    bar->insertMenu(tracks->menuAction(), popupMenuEffects);
+    popupMenuEffects->setTitle(tr("Effe&cts"));
+
+    // View: the toolbar's zoom actions with their keys.
+    menuView = new QMenu(tr("&View"), this);
+    menuView->addActions({btnZoomPlus, btnZoomMinus});
+    actionZoomToFit = menuView->addAction(tr("Zoom to &Fit"), this, &Document::zoomToFit);
+    actionZoomToFit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_0));
+    actionZoomToSelection = menuView->addAction(tr("Zoom to &Selection"), this, &Document::zoomToSelection);
+    actionZoomToSelection->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_E));
+    for (QAction* action : {actionZoomToFit, actionZoomToSelection})
+        action->setShortcutContext(Qt::WindowShortcut);
+    bar->insertMenu(tracks->menuAction(), menuView);
+
+    // Tracks: the splits beside the mixer.
+    tracks->addSeparator();
+    tracks->addMenu(popupMenuSplit);
+    updateMenus();
+}
+
+void Document::addMarkerKey(QMenu* menu, const QString& text, const QKeySequence& keys, MarkerKey key) {
+    QAction* action = menu->addAction(text, this, [this, key] { pressMarkerKey(key); });
+    action->setShortcut(keys);
+    action->setShortcutContext(Qt::WindowShortcut);
+    m_markerKeys.append(action);
+}
+
+void Document::pressMarkerKey(MarkerKey key) {
+    // As a click on the waveform does: a new play position is where the
+    // playing sound goes on the next tick.
+    if (!b_Audio_Loaded || recording() || m_app.runner().isBusy())
+        return;
+    const Markers moved = moveMarkers(
+        {viewAudioPlot->f_Audio_Position, viewAudioPlot->f_Selection_Start, viewAudioPlot->f_Selection_End},
+        key, viewAudioPlot->f_Audio_Length);
+    viewAudioPlot->f_Audio_Position = moved.position;
+    viewAudioPlot->f_Selection_Start = moved.selectionStart;
+    viewAudioPlot->f_Selection_End = moved.selectionEnd;
+    viewAudioPlot->update();
+    showMarkers();
+}
+
+void Document::updateMenus() {
+    // Nothing that edits, plays or splits is offered while a plan runs or
+    // before a track is loaded; nothing that edits while the window records.
+    const bool idle = !m_app.runner().isBusy();
+    const bool editable = idle && b_Audio_Loaded && !recording();
+    for (QMenu* menu : {menuPasteAt, menuPasteMixing, menuSilence, popupMenuEffects, popupMenuSplit})
+        menu->menuAction()->setEnabled(editable);
+    actionSelectAll->setEnabled(b_Audio_Loaded);
+    for (QAction* action : {actionZoomToFit, actionZoomToSelection})
+        action->setEnabled(b_Audio_Loaded && !recording());
+    for (QAction* action : std::as_const(m_markerKeys))
+        action->setEnabled(idle && b_Audio_Loaded && !recording());
+    for (QAction* action : popupMenuPlay->actions())
+        action->setEnabled(idle && b_Audio_Loaded && btnPlay->isEnabled());
+    for (const auto& [item, button] : std::as_const(m_followedButtons))
+        item->setEnabled(idle && button->isEnabled());
+}
+
+void Document::selectAll() {
+    if (!b_Audio_Loaded)
+        return;
+    viewAudioPlot->f_Selection_Start = 0;
+    viewAudioPlot->f_Selection_End = 100;
+    viewAudioPlot->update();
+    showMarkers();
+}
+
+void Document::showHistory() {
+    // One window per document, made when first asked for and kept (hidden
+    // when closed) until the document goes.
+    if (!m_historyWindow) {
+        m_historyWindow = new HistoryWindow(this);
+        m_historyWindow->setChoosingEnabled(!m_app.runner().isBusy());
+    }
+    m_historyWindow->show();
+    m_historyWindow->raise();
+    m_historyWindow->activateWindow();
+}
