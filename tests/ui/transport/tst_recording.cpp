@@ -19,7 +19,6 @@
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QRegularExpression>
-#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QStorageInfo>
 #include <QTemporaryDir>
@@ -48,6 +47,20 @@ void bringBackTheMicrophone() {
                             "source_name=mic", "source_properties=device.description=Mic"});
     fixtures::run("pactl", {"set-default-source", "mic"});
 }
+// A small disk mounted for one test, and the application's work folder on it
+// until the test ends.
+struct SmallWorkFolder {
+    fixtures::Mount disk;
+    AppDelegate& app;
+    QString was;
+    SmallWorkFolder(AppDelegate& a, const QString& path, const QString& options)
+        : disk(path, options), app(a), was(a.s_Output_Folder) {
+        app.s_Output_Folder = disk.folder;
+    }
+    ~SmallWorkFolder() { app.s_Output_Folder = was; }
+    SmallWorkFolder(const SmallWorkFolder&) = delete;
+    SmallWorkFolder& operator=(const SmallWorkFolder&) = delete;
+};
 } // namespace
 
 // Recording from the private audio server's microphone, which hears whatever
@@ -385,12 +398,9 @@ private slots:
         Document* d = open(m_tone);
         QVERIFY(d);
         // A work folder of 50.7 MB: about four seconds past the 50 MB kept free.
-        fixtures::Mount small(m_root.filePath("small-work"), "size=49500k");
-        QVERIFY2(small.mounted, "the tests run as root and mount a small disk");
-        const QString workFolder = m_app->s_Output_Folder;
-        m_app->s_Output_Folder = small.folder;
-        const auto back = qScopeGuard([&] { m_app->s_Output_Folder = workFolder; });
-        const RecordingLimit limit = recordingLimit(small.folder);
+        const SmallWorkFolder small(*m_app, m_root.filePath("small-work"), "size=49500k");
+        QVERIFY2(small.disk.mounted, "the tests run as root and mount a small disk");
+        const RecordingLimit limit = recordingLimit(small.disk.folder);
         QVERIFY(limit.byRoom && limit.frames > 44100 && limit.frames < 10 * 44100);
         playIntoTheMicrophone();
         const auto alert = gui::answerAlert();
@@ -398,11 +408,11 @@ private slots:
         d->OnToolbarRecord();
         QCOMPARE(d->m_RecordStatus, 1u);
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 30000);
-        QCOMPARE(alert->informativeText, recordingLimitMessage(limit, small.folder));
+        QCOMPARE(alert->informativeText, recordingLimitMessage(limit, small.disk.folder));
         QVERIFY(loaded.wait(20000) || loaded.count() > 0);
         QCOMPARE(d->m_RecordStatus, 0u);
         QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_WAV_File_Path}));
-        QCOMPARE(QFileInfo(d->s_WAV_File_Path).path(), small.folder);
+        QCOMPARE(QFileInfo(d->s_WAV_File_Path).path(), small.disk.folder);
         QCOMPARE(fixtures::wavInfo(d->s_WAV_File_Path).frames, limit.frames);
         QVERIFY(fixtures::rms(d->s_WAV_File_Path, 1.0, 2.0) > 0.05); // the tone was taken
         delete d;
@@ -412,11 +422,8 @@ private slots:
     void aDiskThatFillsWhileRecordingStopsItAndKeepsTheTake() {
         Document* d = open(m_tone);
         QVERIFY(d);
-        fixtures::Mount small(m_root.filePath("filling-work"), "size=60m");
-        QVERIFY2(small.mounted, "the tests run as root and mount a small disk");
-        const QString workFolder = m_app->s_Output_Folder;
-        m_app->s_Output_Folder = small.folder;
-        const auto back = qScopeGuard([&] { m_app->s_Output_Folder = workFolder; });
+        const SmallWorkFolder small(*m_app, m_root.filePath("filling-work"), "size=60m");
+        QVERIFY2(small.disk.mounted, "the tests run as root and mount a small disk");
         playIntoTheMicrophone();
         const auto alert = gui::answerAlert();
         QSignalSpy loaded(d, &Document::loaded);
@@ -425,16 +432,16 @@ private slots:
         QTest::qWait(1000);
         // Another program fills the disk but for a second's worth of audio.
         {
-            QFile filler(small.folder + "/other-program.bin");
+            QFile filler(small.disk.folder + "/other-program.bin");
             QVERIFY(filler.open(QIODevice::WriteOnly));
             const QByteArray block(1 << 20, 'x');
-            while (QStorageInfo(small.folder).bytesAvailable() > 2 * (1 << 20))
+            while (QStorageInfo(small.disk.folder).bytesAvailable() > 2 * (1 << 20))
                 QVERIFY(filler.write(block) == block.size());
         }
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 30000);
         QVERIFY2(alert->informativeText.startsWith("The recording stopped: what came in could no longer be "
                                                    "written to the work folder " +
-                                                   small.folder) &&
+                                                   small.disk.folder) &&
                      alert->informativeText.contains("The disk is full") &&
                      alert->informativeText.endsWith("What was recorded until then is kept as the track."),
                  qPrintable(alert->informativeText));
