@@ -24,20 +24,27 @@ QString toolName(Tool tool) {
 }
 
 namespace {
+// What a sound file's header says, as libsndfile reads it; nothing when it
+// cannot open the file.
+std::optional<SF_INFO> soundHeader(const QString& path) {
+    SF_INFO info{};
+    SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
+    if (!file)
+        return std::nullopt;
+    sf_close(file);
+    return info;
+}
+
 // The whole seconds a WAV, FLAC or AIFF file lasts by its header; nothing for
 // other kinds, whose length a reader may have to decode the file to learn.
 std::optional<qint64> secondsFromHeader(const QString& path) {
     static const QStringList told{"wav", "flac", "aif", "aiff", "aifc", "caf", "w64"};
     if (!told.contains(QFileInfo(path).suffix().toLower()))
         return std::nullopt;
-    SF_INFO info{};
-    SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
-    if (!file)
+    const std::optional<SF_INFO> info = soundHeader(path);
+    if (!info || info->samplerate <= 0)
         return std::nullopt;
-    sf_close(file);
-    if (info.samplerate <= 0)
-        return std::nullopt;
-    return info.frames / info.samplerate;
+    return info->frames / info->samplerate;
 }
 
 bool measuredWithoutARun(const step::ProbeDuration& p) {
@@ -139,12 +146,8 @@ void deleteWrittenFiles(const NewFiles& files) {
 }
 
 bool isReadableAudio(const QString& path, bool needFrames) {
-    SF_INFO info{};
-    SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
-    if (!file)
-        return false;
-    sf_close(file);
-    return !needFrames || info.frames > 0;
+    const std::optional<SF_INFO> info = soundHeader(path);
+    return info && (!needFrames || info->frames > 0);
 }
 
 QString wavHeaderProblem(const QString& path) {
@@ -177,12 +180,8 @@ QString wavHeaderProblem(const QString& path) {
 }
 
 qint64 audioFrames(const QString& path) {
-    SF_INFO info{};
-    SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
-    if (!file)
-        return -1;
-    sf_close(file);
-    return info.frames;
+    const std::optional<SF_INFO> info = soundHeader(path);
+    return info ? info->frames : -1;
 }
 
 QString fullDiskReason(const QString& folder, const QString& toolOutput) {
