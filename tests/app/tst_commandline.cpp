@@ -1,8 +1,8 @@
 #include "application/AppDelegate.h"
+#include "application/SingleInstance.h"
 #include "document/Document.h"
 #include "document/ImportPlans.h"
 #include "session/CommandLine.h"
-#include "session/SingleInstance.h"
 #include "support/Fixtures.h"
 #include "support/Gui.h"
 
@@ -105,19 +105,19 @@ private slots:
         m_app->openFiles({m_flac, m_mp3});
         QVERIFY(allLoaded(before, 2));
         const QList<Document*> made = windowsAfter(before);
-        QCOMPARE(made[0]->s_File_Path, m_flac);
-        QCOMPARE(made[1]->s_File_Path, m_mp3);
+        QCOMPARE(made[0]->track().s_File_Path, m_flac);
+        QCOMPARE(made[1]->track().s_File_Path, m_mp3);
         for (Document* d : made) {
-            QCOMPARE(QFileInfo(d->s_WAV_File_Path).path(), m_app->s_Output_Folder);
-            QCOMPARE(d->windowTitle(), QFileInfo(d->s_WAV_File_Path).fileName());
-            QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).isWorkingWav());
-            QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_WAV_File_Path}));
+            QCOMPARE(QFileInfo(d->track().s_WAV_File_Path).path(), m_app->session().s_Output_Folder);
+            QCOMPARE(d->windowTitle(), QFileInfo(d->track().s_WAV_File_Path).fileName());
+            QVERIFY(fixtures::wavInfo(d->track().s_WAV_File_Path).isWorkingWav());
+            QCOMPARE(d->history().array_WAV_Files(), QStringList({d->track().s_WAV_File_Path}));
         }
-        QVERIFY(std::abs(fixtures::wavInfo(made[0]->s_WAV_File_Path).seconds() - 2.0) < 0.01);
-        QVERIFY(std::abs(fixtures::wavInfo(made[1]->s_WAV_File_Path).seconds() - 3.0) < 0.06);
-        QCOMPARE(made[0]->i_Audio_Duration_Seconds, 2);
+        QVERIFY(std::abs(fixtures::wavInfo(made[0]->track().s_WAV_File_Path).seconds() - 2.0) < 0.01);
+        QVERIFY(std::abs(fixtures::wavInfo(made[1]->track().s_WAV_File_Path).seconds() - 3.0) < 0.06);
+        QCOMPARE(made[0]->track().i_Audio_Duration_Seconds, 2);
         QCOMPARE(fixtures::digest(m_flac), flacBytes); // only read
-        QCOMPARE(m_app->lastOpenFolder, QFileInfo(m_mp3).path());
+        QCOMPARE(m_app->session().lastOpenFolder, QFileInfo(m_mp3).path());
     }
 
     void aFileThatCannotBeOpenedIsNamedAndTheOthersStillOpen() {
@@ -154,11 +154,11 @@ private slots:
 
         const QList<Document*> made = windowsAfter(before);
         for (int i : {0, 2, 3}) {
-            QCOMPARE(made[i]->s_WAV_File_Path, m_app->sSilenceWavPath);
+            QCOMPARE(made[i]->track().s_WAV_File_Path, m_app->session().sSilenceWavPath);
             QCOMPARE(made[i]->windowTitle(), QString("silence.wav"));
         }
-        QCOMPARE(made[1]->s_File_Path, m_mp3);
-        QVERIFY(fixtures::wavInfo(made[1]->s_WAV_File_Path).isWorkingWav());
+        QCOMPARE(made[1]->track().s_File_Path, m_mp3);
+        QVERIFY(fixtures::wavInfo(made[1]->track().s_WAV_File_Path).isWorkingWav());
     }
 
     void hundredsOfFilesOpenOneAfterAnother() {
@@ -177,9 +177,9 @@ private slots:
         QVERIFY(allLoaded(before, files.size()));
         QSet<QString> tracks;
         for (Document* d : windowsAfter(before)) {
-            QCOMPARE(d->s_File_Path, tiny);
-            tracks.insert(d->s_WAV_File_Path);
-            QVERIFY(QFile::exists(d->s_WAV_File_Path));
+            QCOMPARE(d->track().s_File_Path, tiny);
+            tracks.insert(d->track().s_WAV_File_Path);
+            QVERIFY(QFile::exists(d->track().s_WAV_File_Path));
         }
         QCOMPARE(tracks.size(), files.size()); // each its own working WAV
     }
@@ -187,7 +187,7 @@ private slots:
     void droppedFilesOpenAndOtherDropsDoNothing() {
         Document* first = gui::firstDocument(*m_app);
         QVERIFY(first);
-        QCOMPARE(first->s_WAV_File_Path, m_app->sSilenceWavPath);
+        QCOMPARE(first->track().s_WAV_File_Path, m_app->session().sSilenceWavPath);
         const qsizetype before = m_app->documents().size();
         const qsizetype runs = m_app->runner().runs().size();
 
@@ -196,7 +196,7 @@ private slots:
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(m_app->documents().size(), before);
         QCOMPARE(m_app->runner().runs().size(), runs);
-        QCOMPARE(first->s_WAV_File_Path, m_app->sSilenceWavPath);
+        QCOMPARE(first->track().s_WAV_File_Path, m_app->session().sSilenceWavPath);
 
         // The silent window takes the first file, a new window the second.
         QSignalSpy loaded(first, &Document::loaded);
@@ -204,15 +204,15 @@ private slots:
                              QUrl::fromLocalFile(m_mp3)}));
         QVERIFY(loaded.wait(20000));
         QVERIFY(allLoaded(before, 1));
-        QCOMPARE(first->s_File_Path, m_flac);
-        QCOMPARE(first->windowTitle(), QFileInfo(first->s_WAV_File_Path).fileName());
-        QCOMPARE(windowsAfter(before).first()->s_File_Path, m_mp3);
+        QCOMPARE(first->track().s_File_Path, m_flac);
+        QCOMPARE(first->windowTitle(), QFileInfo(first->track().s_WAV_File_Path).fileName());
+        QCOMPARE(windowsAfter(before).first()->track().s_File_Path, m_mp3);
 
         // A window with a track of its own keeps it: every dropped file opens anew.
         QVERIFY(drop(first, {QUrl::fromLocalFile(m_mp3)}));
         QVERIFY(allLoaded(before, 2));
-        QCOMPARE(first->s_File_Path, m_flac);
-        QCOMPARE(windowsAfter(before).last()->s_File_Path, m_mp3);
+        QCOMPARE(first->track().s_File_Path, m_flac);
+        QCOMPARE(windowsAfter(before).last()->track().s_File_Path, m_mp3);
     }
 };
 

@@ -217,7 +217,7 @@ class tst_Monkey : public QObject {
     QMap<QString, QString> anomalies() const {
         QMap<QString, QString> found;
         for (Document* d : openDocuments()) {
-            const QString path = d->s_WAV_File_Path;
+            const QString path = d->track().s_WAV_File_Path;
             if (QFileInfo::exists(path))
                 m_existed.insert(path);
             else if (!path.isEmpty() && !mayBeGone(path))
@@ -330,8 +330,9 @@ class tst_Monkey : public QObject {
         // an earlier export, which is replaced.
         if (answerChance(0.05)) {
             const QList<Document*> open = openDocuments();
-            const QString working =
-                open.isEmpty() ? QString() : open.at(answer(0, int(open.size()) - 1))->s_WAV_File_Path;
+            const QString working = open.isEmpty()
+                                        ? QString()
+                                        : open.at(answer(0, int(open.size()) - 1))->track().s_WAV_File_Path;
             if (!working.isEmpty())
                 return working;
         }
@@ -679,9 +680,9 @@ class tst_Monkey : public QObject {
     void shorten(Document* d) {
         // Keeps the first two seconds: the selection is set as the tests of
         // the edits set it, then Delete is pressed.
-        const double seconds = double(d->i_Audio_Duration_Seconds);
-        d->viewAudioPlot->f_Selection_Start = float(100.0 * 2.0 / seconds);
-        d->viewAudioPlot->f_Selection_End = 100;
+        const double seconds = double(d->track().i_Audio_Duration_Seconds);
+        d->track().f_Selection_Start = float(100.0 * 2.0 / seconds);
+        d->track().f_Selection_End = 100;
         press(d, d->btnDelete, QStringLiteral("(shorten a %1 s track) ").arg(seconds));
     }
 
@@ -697,7 +698,8 @@ class tst_Monkey : public QObject {
             return;
         }
         Document* d = open.at(choose(0, int(open.size()) - 1));
-        if (d->i_Audio_Duration_Seconds > LongestTrack && d->m_RecordStatus == StatusIdle && chance(0.5)) {
+        if (d->track().i_Audio_Duration_Seconds > LongestTrack && d->m_RecordStatus == StatusIdle &&
+            chance(0.5)) {
             ++m_done[QStringLiteral("shorten")];
             shorten(d);
             return;
@@ -830,7 +832,7 @@ class tst_Monkey : public QObject {
         QStringList problems, keys;
         const QList<Document*> open = openDocuments();
         for (Document* d : open) {
-            const QString path = d->s_WAV_File_Path;
+            const QString path = d->track().s_WAV_File_Path;
             if (d->m_RecordStatus == StatusRecording || d->m_RecordStatus == StatusRecordingPaused) {
                 problems << QStringLiteral("%1 is still recording after Stop").arg(nameOf(d));
                 keys << QStringLiteral("stuck %1").arg(d->u_ID);
@@ -867,7 +869,7 @@ class tst_Monkey : public QObject {
             if (!d->b_Audio_Loaded || d->m_RecordStatus == StatusRecording ||
                 d->m_RecordStatus == StatusRecordingPaused)
                 continue;
-            const QString path = d->s_WAV_File_Path;
+            const QString path = d->track().s_WAV_File_Path;
             if (!QFileInfo::exists(path)) {
                 if (!mayBeGone(path)) {
                     problems
@@ -879,10 +881,10 @@ class tst_Monkey : public QObject {
             const fixtures::WavInfo info = fixtures::wavInfo(path);
             // ffmpeg's probe says hundredths, rounded; the window keeps their whole seconds.
             const qint64 whole = qint64(std::floor(std::round(info.seconds() * 100) / 100));
-            if (!info.ok || whole != d->i_Audio_Duration_Seconds)
+            if (!info.ok || whole != d->track().i_Audio_Duration_Seconds)
                 problems << QStringLiteral("%1 shows %2 s, but “%3” holds %4 s")
                                 .arg(nameOf(d))
-                                .arg(d->i_Audio_Duration_Seconds)
+                                .arg(d->track().i_Audio_Duration_Seconds)
                                 .arg(path)
                                 .arg(info.seconds());
         }

@@ -1,6 +1,6 @@
 #include "application/AppDelegate.h"
+#include "application/SingleInstance.h"
 #include "document/Document.h"
-#include "session/SingleInstance.h"
 #include "support/Fixtures.h"
 #include "support/Gui.h"
 
@@ -55,7 +55,7 @@ private slots:
         Document* first = gui::firstDocument(*app);
         QVERIFY(first);
         // The first editor's work: versions of a track in the work folder.
-        const QString folder = app->s_Output_Folder;
+        const QString folder = app->session().s_Output_Folder;
         fixtures::makeTone(folder + "/2026-01-01-10-00-00.wav", 2);
         fixtures::makeTone(folder + "/2026-01-01-10-00-05.wav", 3, 440);
         const QMap<QString, QByteArray> before = contents(folder);
@@ -142,7 +142,7 @@ private slots:
         auto app = gui::startApplication(home);
         QVERIFY(app);
         QVERIFY(gui::firstDocument(*app));
-        const QString folder = app->s_Output_Folder;
+        const QString folder = app->session().s_Output_Folder;
         const QMap<QString, QByteArray> before = contents(folder);
         const QString music = m_root.filePath("music");
         QVERIFY(QDir().mkpath(music));
@@ -160,11 +160,11 @@ private slots:
         for (Document* d : opened)
             QTRY_VERIFY_WITH_TIMEOUT(d->b_Audio_Loaded, 20000);
         QVERIFY(gui::waitIdle(*app));
-        QCOMPARE(opened[0]->s_File_Path, music + "/x.flac");
-        QCOMPARE(opened[1]->s_File_Path, music + "/y z.wav");
+        QCOMPARE(opened[0]->track().s_File_Path, music + "/x.flac");
+        QCOMPARE(opened[1]->track().s_File_Path, music + "/y z.wav");
         for (Document* d : opened) {
-            QCOMPARE(d->windowTitle(), QFileInfo(d->s_WAV_File_Path).fileName());
-            QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).isWorkingWav());
+            QCOMPARE(d->windowTitle(), QFileInfo(d->track().s_WAV_File_Path).fileName());
+            QVERIFY(fixtures::wavInfo(d->track().s_WAV_File_Path).isWorkingWav());
         }
         QTRY_COMPARE(QApplication::activeWindow(), opened[1]);
         const QMap<QString, QByteArray> after = contents(folder);
@@ -236,11 +236,11 @@ private slots:
         auto b = gui::startApplication(m_root.filePath("home-d"));
         QVERIFY(a && b);
         QVERIFY(gui::waitIdle(*a) && gui::waitIdle(*b));
-        QVERIFY(QFile::exists(a->sSilenceWavPath) && QFile::exists(b->sSilenceWavPath));
-        const QString name = SingleInstance::serverName(a->s_Output_Folder);
+        QVERIFY(QFile::exists(a->session().sSilenceWavPath) && QFile::exists(b->session().sSilenceWavPath));
+        const QString name = SingleInstance::serverName(a->session().s_Output_Folder);
         QVERIFY(name.startsWith(QString("tanselo-%1-").arg(::getuid())));
-        QVERIFY(name != SingleInstance::serverName(b->s_Output_Folder));
-        QCOMPARE(SingleInstance::serverName(a->s_Output_Folder + "/"), name);
+        QVERIFY(name != SingleInstance::serverName(b->session().s_Output_Folder));
+        QCOMPARE(SingleInstance::serverName(a->session().s_Output_Folder + "/"), name);
     }
 };
 

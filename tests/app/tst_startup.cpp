@@ -57,10 +57,10 @@ private slots:
         touch(folder + "/sub/deeper/file.wav");
         auto app = gui::startApplication(home);
         QVERIFY(app);
-        QCOMPARE(app->s_Output_Folder, folder);
+        QCOMPARE(app->session().s_Output_Folder, folder);
         QCOMPARE(app->s_Title_Bar_Text, QString("Tanselo"));
-        QCOMPARE(app->sSilenceWavPath, folder + "/silence.wav");
-        QCOMPARE(app->sSilenceWavURL, "file://" + folder + "/silence.wav");
+        QCOMPARE(app->session().sSilenceWavPath, folder + "/silence.wav");
+        QCOMPARE(app->session().sSilenceWavURL, "file://" + folder + "/silence.wav");
         QCOMPARE(app->u_Current_ID, 0u);
         QCOMPARE(app->u_Open_New_Document, 0u);
         QVERIFY(!app->b_Starting);
@@ -184,7 +184,8 @@ private slots:
             dialog->reject();
         });
         app->actionToolRuns->trigger();
-        QVERIFY2(shown.startsWith("$ " + app->sSoxPath + " -n -r 44100 -c 2 " + app->s_Output_Folder +
+        QVERIFY2(shown.startsWith("$ " + app->session().sSoxPath + " -n -r 44100 -c 2 " +
+                                  app->session().s_Output_Folder +
                                   "/silence.wav trim 0.0 60.0\n# exit code 0, "),
                  qPrintable(shown));
     }

@@ -119,8 +119,9 @@ bool closeAllWindows(AppDelegate& app) {
     for (Document* d : app.documents())
         delete d;
     const bool idle = waitIdle(app);
-    if (!QFile::exists(app.sSilenceWavPath))
-        fixtures::run("sox", {"-n", "-r", "44100", "-c", "2", app.sSilenceWavPath, "trim", "0.0", "60.0"});
+    if (!QFile::exists(app.session().sSilenceWavPath))
+        fixtures::run("sox",
+                      {"-n", "-r", "44100", "-c", "2", app.session().sSilenceWavPath, "trim", "0.0", "60.0"});
     return idle;
 }
 

@@ -84,8 +84,20 @@ QString pathInFolder(const QString& folder, const QString& name) {
     return folder + u'/' + name;
 }
 
+namespace {
+constexpr QLatin1StringView FileScheme("file://");
+}
+
 QString fileUrlText(const QString& folder, const QString& name) {
-    return QStringLiteral("file://") + pathInFolder(folder, name);
+    return fileUrlText(pathInFolder(folder, name));
+}
+
+QString fileUrlText(const QString& path) {
+    return FileScheme + path;
+}
+
+QString pathOfFileUrlText(const QString& url) {
+    return url.startsWith(FileScheme) ? url.mid(FileScheme.size()) : url;
 }
 
 QString paddedPath(const QString& wav) {

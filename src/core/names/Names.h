@@ -62,6 +62,12 @@ ResultNames editNames(const QString& workFolder, const QString& track, const Nam
 QString pathInFolder(const QString& folder, const QString& name);
 // "file://%@/%@": the same as a URL text, the path not percent-escaped.
 QString fileUrlText(const QString& folder, const QString& name);
+// "file://%@": a path as a URL text, not percent-escaped.
+QString fileUrlText(const QString& path);
+// The path inside such a URL text (any other text is taken as a path). The
+// text is not escaped, so a "%" or "#" in a name is part of the path; a real
+// URL (from a desktop or the command line) goes through QUrl instead.
+QString pathOfFileUrlText(const QString& url);
 // The copy of a WAV that is padded with leading silence before a mix: beside
 // it, its name without the extension followed by "_PAD.wav".
 QString paddedPath(const QString& wav);

@@ -2,7 +2,6 @@
 // version, offered as a recipe to do to other files, or to save as a script.
 
 #include "BatchDialog.h"
-#include "application/AppDelegate.h"
 #include "document/Document.h"
 
 #include <QAction>
@@ -27,12 +26,12 @@ void Document::buildBatchMenu() {
 }
 
 Recipe Document::recipe() const {
-    return recipeOf(m_history, m_exportChoice);
+    return recipeOf(m_track.history(), m_exportChoice);
 }
 
 void Document::processFilesWithRecipe() {
     if (!m_batchDialog)
-        m_batchDialog = new BatchDialog(m_app.runner(), m_app.s_Output_Folder, recipe(), this);
+        m_batchDialog = new BatchDialog(m_session.runner(), m_session.s_Output_Folder, recipe(), this);
     else if (!m_batchDialog->run() || m_batchDialog->run()->isFinished())
         m_batchDialog->setRecipe(recipe()); // the recipe as it is now
     m_batchDialog->show();

@@ -1,8 +1,8 @@
 #include "Document.h"
 
 #include "HistoryWindow.h"
+#include "SplitActions.h"
 #include "WaveformPlot.h"
-#include "application/AppDelegate.h"
 #include "document/ImportPlans.h"
 #include "document/Waveform.h"
 #include "names/Names.h"
@@ -27,6 +27,7 @@
 #include <QFileInfo>
 #include <QFutureWatcher>
 #include <QLabel>
+#include <QMenu>
 #include <QMimeData>
 #include <QPushButton>
 #include <QScrollArea>
@@ -76,16 +77,18 @@ private:
 };
 } // namespace
 
-Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
+Document::Document(Session& session, quint64 id, const Opening& opening,
+                   const std::function<void(QMainWindow*)>& addApplicationMenus)
+    : u_ID(id), m_session(session), m_opening(opening) {
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(app.s_Title_Bar_Text);
+    setWindowTitle(QGuiApplication::applicationDisplayName());
     setMinimumSize(800, 140);
     resize(1000, 380);
 
     // The ruler stands above the overlay in one container, which the scroll
     // area scrolls once a zoom has made it wider than the visible width.
     viewTimeRule = new View_Time_Rule;
-    viewAudioPlot = new View_Audio_Wave;
+    viewAudioPlot = new View_Audio_Wave(m_track);
     audioPlot = new WaveformPlot(viewAudioPlot);
     viewAudioPlot->setPlotView(audioPlot);
     viewTimeRule->u_ID = id;
@@ -107,9 +110,12 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
     enableWheelZoom();
     setCentralWidget(scrollviewAudioPlot);
     connect(viewAudioPlot, &View_Audio_Wave::markersChanged, this, &Document::showMarkers);
+    connect(&m_track, &Track::changed, this, &Document::showMarkers);
 
     buildEditMenus();
-    buildSplitMenu();
+    m_split = new SplitActions(m_track, m_session, *this, this);
+    popupMenuTools->addMenu(m_split->popupMenuSplit);
+    connect(m_split, &SplitActions::piecesMade, this, &Document::handOverPieces);
     buildEffectsMenu();
     m_toolBar = buildToolBar();
     addToolBar(m_toolBar);
@@ -124,7 +130,8 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
     statusBar()->addPermanentWidget(labelSource);
     statusBar()->addPermanentWidget(labelDuration);
     statusBar()->addPermanentWidget(labelSize);
-    app.installMenus(this);
+    if (addApplicationMenus)
+        addApplicationMenus(this);
     buildMenuBar();
     buildBatchMenu();
     connect(this, &Document::loaded, this, &Document::updateMenus);
@@ -132,7 +139,7 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
 
     // Any run can be stopped: the status bar's Cancel while one runs, or Escape
     // in the window whose operation it is.
-    PlanRunner& runner = app.runner();
+    PlanRunner& runner = session.runner();
     btnCancel = new QPushButton(tr("Cancel"));
     btnCancel->setToolTip(tr("Stop the running operation and keep the track as it was"));
     statusBar()->addPermanentWidget(btnCancel);
@@ -140,8 +147,8 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
     auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
     escape->setWhatsThis(tr("Cancel the Running Operation"));
     connect(escape, &QShortcut::activated, this, [this] {
-        if (m_app.runner().currentReceiver() == this)
-            m_app.runner().cancel();
+        if (m_session.runner().currentReceiver() == this)
+            m_session.runner().cancel();
     });
     connect(&runner, &PlanRunner::busyChanged, this, [this](bool busy) { setEditingEnabled(!busy); });
     connect(&runner, &PlanRunner::progress, this, [this](const QString& text) {
@@ -156,7 +163,7 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
     // Audio files dropped on the window open as those named on the command line.
     setAcceptDrops(true);
 
-    m_openMode = app.u_Open_New_Document;
+    m_session.addTrack(this);
     // Nothing may be pressed before the start-up load begins: Open waits for
     // it, and the rest follow the start-up routine's states from the first
     // moment the window shows.
@@ -166,7 +173,12 @@ Document::Document(AppDelegate& app, quint64 id) : u_ID(id), m_app(app) {
 }
 
 // The player and the recorder go with the window; a recorder finishes its file.
-Document::~Document() = default;
+Document::~Document() {
+    m_session.removeTrack(this);
+    // Before the track goes: a recorder finishing its file still reports to the window.
+    soundRecorder.reset();
+    sound.reset();
+}
 
 QToolBar* Document::buildToolBar() {
     auto* bar = new QToolBar(tr("Track"), this);
@@ -249,8 +261,7 @@ void Document::TimerHandleStartupRoutine() {
     audioPlot->setBackgroundColor(QColor::fromRgbF(0, 0, 0, 1));
     audioPlot->setColor(QColor::fromRgbF(0, 1, 0, 1));
     audioPlot->setPlotOpacity(0.5);
-    viewAudioPlot->f_Selection_Start = 40;
-    viewAudioPlot->f_Selection_End = 60;
+    m_track.setSelection(40, 60);
     QTimer::singleShot(100, this, &Document::TimerOpenFilePanelRoutine);
 }
 
@@ -260,30 +271,30 @@ void Document::TimerOpenFilePanelRoutine() {
     // A recording started meanwhile makes the track when it stops, and a file
     // the user opened in the meantime is the track already.
     const bool busy = recording() || m_loadRequest > 0;
-    switch (m_openMode) {
-    case 2:
-        if (!busy)
+    if (!busy) {
+        switch (m_opening.kind) {
+        case Opening::Kind::GeneratedPiece:
             Open_Pre_Generated_Audio_File();
-        if (++m_app.u_Pre_Generated_Docs_Index >= quint64(m_app.array_Pre_Generated_Docs.size()))
-            m_app.u_Open_New_Document = 0;
-        break;
-    case 1:
-        if (!busy)
+            break;
+        case Opening::Kind::AskForFile:
             Open_And_Select_An_Audio_File();
-        if (m_app.u_Open_New_Document == 1)
-            m_app.u_Open_New_Document = 0;
-        break;
-    case 0:
-        if (!busy)
+            break;
+        case Opening::Kind::Silence:
             Open_And_Select_Silence_File();
-        break;
-    case OpenGivenFile:
-        if (!busy)
-            importGivenFile();
-        break;
-    default:
-        break;
+            break;
+        case Opening::Kind::GivenFile:
+            importGivenFile(m_opening.path);
+            break;
+        case Opening::Kind::Nothing:
+            break;
+        }
     }
+    emit openingTaken(m_opening.kind);
+}
+
+void Document::handOverPieces(const QStringList& pieces) {
+    emit openTracksRequested(pieces, audioPlot->color());
+    emit splitHandedOver(pieces);
 }
 
 bool Document::recording() const {
@@ -299,7 +310,7 @@ void Document::OnToolbarOpen() {
         return;
     // Opening here starts a fresh history and deletes the old one's files: a
     // history of several versions is the user's work, so ask first.
-    const qsizetype versions = m_history.versions().size();
+    const qsizetype versions = m_track.history().versions().size();
     if (versions > 1 &&
         showAlert(this, tr("Open a file in this window? Its %1 versions will be deleted.").arg(versions), {},
                   {tr("Open…"), tr("Cancel")}) != 0)
@@ -308,24 +319,23 @@ void Document::OnToolbarOpen() {
 }
 
 void Document::openGivenFile(const QString& path) {
-    m_openMode = OpenGivenFile;
-    m_givenFile = path;
+    m_opening = Opening::givenFile(path);
 }
 
-void Document::importGivenFile() {
-    if (const QString problem = givenFileProblem(m_givenFile); !problem.isEmpty()) {
+void Document::importGivenFile(const QString& path) {
+    if (const QString problem = givenFileProblem(path); !problem.isEmpty()) {
         showErrorAlert(this, problem);
         if (!b_Audio_Loaded)
             Open_And_Select_Silence_File();
         return;
     }
-    m_app.lastOpenFolder = QFileInfo(m_givenFile).absolutePath();
-    importFile(m_givenFile);
+    m_session.lastOpenFolder = QFileInfo(path).absolutePath();
+    importFile(path);
 }
 
 bool Document::showsUntouchedSilence() const {
     return b_Audio_Loaded && !recording() &&
-           m_history.array_WAV_Files() == QStringList{m_app.sSilenceWavPath};
+           m_track.history().array_WAV_Files() == QStringList{m_session.sSilenceWavPath};
 }
 
 void Document::dragEnterEvent(QDragEnterEvent* event) {
@@ -339,15 +349,14 @@ void Document::dropEvent(QDropEvent* event) {
         return;
     event->acceptProposedAction();
     // A window still on its first, silent track takes the first file itself.
-    if (showsUntouchedSilence()) {
-        m_givenFile = files.takeFirst();
-        importGivenFile();
-    }
-    m_app.openFiles(files);
+    if (showsUntouchedSilence())
+        importGivenFile(files.takeFirst());
+    if (!files.isEmpty())
+        emit filesDropped(files);
 }
 
 void Document::Open_And_Select_An_Audio_File() {
-    const QString path = chooseAudioFile(this, m_app.lastOpenFolder);
+    const QString path = chooseAudioFile(this, m_session.lastOpenFolder);
     if (recording()) // R was pressed while the dialog was up: the take wins
         return;
     if (path.isEmpty())
@@ -361,7 +370,8 @@ bool Document::readyToWrite() {
     // would be dropped with the old history when the take replaces it.
     if (recording())
         return false;
-    const QString problem = roomToWorkProblem(m_app.s_Output_Folder, QFileInfo(s_WAV_File_Path).size());
+    const QString problem =
+        roomToWorkProblem(m_session.s_Output_Folder, QFileInfo(m_track.s_WAV_File_Path).size());
     if (problem.isEmpty())
         return true;
     showErrorAlert(this, problem);
@@ -373,79 +383,80 @@ void Document::importFile(const QString& path) {
         return;
     const QFileInfo source(path);
     const qint64 size = source.size();
-    const ResultNames names = importNames(m_app.s_Output_Folder, m_app.namesInUse());
+    const ResultNames names = importNames(m_session.s_Output_Folder, m_session.namesInUse());
     const int request = beginLoad();
     m_importing = names.path();
-    m_app.runner().submit(buildImportPlan(path, names.path()), this, [=, this](const PlanOutcome& outcome) {
-        if (m_importing == names.path())
-            m_importing.clear();
-        if (request != m_loadRequest)
-            return;
-        if (failed(outcome)) {
-            // A window that never held a track falls back to the silence track,
-            // as when its file dialog is cancelled, rather than stay empty.
-            if (!b_Audio_Loaded)
-                Open_And_Select_Silence_File();
-            return;
-        }
-        s_File_URL = QStringLiteral("file://") + path;
-        s_File_Path = path;
-        s_File_Extension = source.suffix();
-        s_File_Name_Without_Extension = source.completeBaseName();
-        s_Folder_Path = source.path();
-        s_File_Size = fileSizeText(size);
-        s_WAV_File_Path = names.path();
-        s_WAV_File_URL = fileUrlText(m_app.s_Output_Folder, names.name());
-        setWindowTitle(names.name());
-        finishLoading(outcome.seconds.value_or(0), openedVersionLabel(path));
-    });
+    m_session.runner().submit(
+        buildImportPlan(path, names.path()), this, [=, this](const PlanOutcome& outcome) {
+            if (m_importing == names.path())
+                m_importing.clear();
+            if (request != m_loadRequest)
+                return;
+            if (failed(outcome)) {
+                // A window that never held a track falls back to the silence track,
+                // as when its file dialog is cancelled, rather than stay empty.
+                if (!b_Audio_Loaded)
+                    Open_And_Select_Silence_File();
+                return;
+            }
+            m_track.s_File_URL = fileUrlText(path);
+            m_track.s_File_Path = path;
+            m_track.s_File_Extension = source.suffix();
+            m_track.s_File_Name_Without_Extension = source.completeBaseName();
+            m_track.s_Folder_Path = source.path();
+            m_track.s_File_Size = fileSizeText(size);
+            m_track.s_WAV_File_Path = names.path();
+            m_track.s_WAV_File_URL = fileUrlText(m_session.s_Output_Folder, names.name());
+            setWindowTitle(names.name());
+            finishLoading(outcome.seconds.value_or(0), openedVersionLabel(path));
+        });
 }
 
 void Document::Open_And_Select_Silence_File() {
-    s_File_Path = s_WAV_File_Path = m_app.sSilenceWavPath;
-    s_File_URL = s_WAV_File_URL = m_app.sSilenceWavURL;
-    s_File_Extension = QFileInfo(s_File_Path).suffix();
-    s_File_Size.clear();
+    m_track.s_File_Path = m_track.s_WAV_File_Path = m_session.sSilenceWavPath;
+    m_track.s_File_URL = m_track.s_WAV_File_URL = m_session.sSilenceWavURL;
+    m_track.s_File_Extension = QFileInfo(m_track.s_File_Path).suffix();
+    m_track.s_File_Size.clear();
     setWindowTitle(QStringLiteral("silence.wav"));
     const int request = beginLoad();
-    m_app.runner().submit(buildProbePlan(s_WAV_File_Path), this, [this, request](const PlanOutcome& outcome) {
-        if (request == m_loadRequest)
-            finishLoading(shownSeconds(outcome, s_WAV_File_Path), silentTrackVersionLabel());
-    });
+    m_session.runner().submit(
+        buildProbePlan(m_track.s_WAV_File_Path), this, [this, request](const PlanOutcome& outcome) {
+            if (request == m_loadRequest)
+                finishLoading(shownSeconds(outcome, m_track.s_WAV_File_Path), silentTrackVersionLabel());
+        });
 }
 
 void Document::Open_Pre_Generated_Audio_File() {
-    const QStringList& batch = m_app.array_Pre_Generated_Docs;
-    const quint64 index = m_app.u_Pre_Generated_Docs_Index;
-    if (index >= quint64(batch.size())) { // only after an empty batch
+    if (m_opening.path.isEmpty()) { // only after an empty batch
         Open_And_Select_Silence_File();
         return;
     }
-    s_File_Path = s_WAV_File_Path = batch.at(qsizetype(index));
-    s_File_URL = s_WAV_File_URL = QStringLiteral("file://") + s_File_Path;
-    s_File_Extension = QFileInfo(s_File_Path).suffix();
-    s_File_Size.clear();
-    setWindowTitle(QFileInfo(s_File_Path).fileName());
-    Refresh_Audio_Plot();
+    m_track.s_File_Path = m_track.s_WAV_File_Path = m_opening.path;
+    m_track.s_File_URL = m_track.s_WAV_File_URL = fileUrlText(m_track.s_File_Path);
+    m_track.s_File_Extension = QFileInfo(m_track.s_File_Path).suffix();
+    m_track.s_File_Size.clear();
+    setWindowTitle(QFileInfo(m_track.s_File_Path).fileName());
+    Refresh_Audio_Plot(m_opening.colour);
 }
 
-void Document::Refresh_Audio_Plot() {
+void Document::Refresh_Audio_Plot(const QColor& colour) {
     // A window that records keeps recording: its take replaces the track.
     if (recording())
         return;
-    openFileWithFilePathURL(s_WAV_File_URL);
-    changeColor(m_app.color_Pre_Generated_Docs);
+    openFileWithFilePathURL(m_track.s_WAV_File_URL);
+    changeColor(colour);
     const int request = beginLoad();
-    m_app.runner().submit(buildProbePlan(s_WAV_File_Path), this, [this, request](const PlanOutcome& outcome) {
-        if (request == m_loadRequest)
-            finishLoading(shownSeconds(outcome, s_WAV_File_Path), openedVersionLabel(s_WAV_File_Path),
-                          LoadEnd::FileShown);
-    });
+    m_session.runner().submit(
+        buildProbePlan(m_track.s_WAV_File_Path), this, [this, request](const PlanOutcome& outcome) {
+            if (request == m_loadRequest)
+                finishLoading(shownSeconds(outcome, m_track.s_WAV_File_Path),
+                              openedVersionLabel(m_track.s_WAV_File_Path), LoadEnd::FileShown);
+        });
 }
 
 void Document::finishLoading(qint64 seconds, const QString& label, LoadEnd end) {
     if (end == LoadEnd::ShowFile)
-        openFileWithFilePathURL(s_WAV_File_URL);
+        openFileWithFilePathURL(m_track.s_WAV_File_URL);
     takeDuration(seconds);
     // A recording's stop has set the buttons already, the moment it stopped.
     if (end != LoadEnd::RecordingTaken)
@@ -456,14 +467,14 @@ void Document::finishLoading(qint64 seconds, const QString& label, LoadEnd end) 
     // The loaded file becomes version 0 of a fresh history; a take stands
     // alone in it with the position one past it.
     if (end == LoadEnd::RecordingTaken)
-        m_history.takeOverRecording(s_WAV_File_Path, label);
+        m_track.history().takeOverRecording(m_track.s_WAV_File_Path, label);
     else
-        m_history.restart(s_WAV_File_Path, label);
+        m_track.history().restart(m_track.s_WAV_File_Path, label);
     emit historyChanged();
     showMarkers();
-    labelSource->setText(QFileInfo(s_File_Path).fileName());
-    labelSize->setText(s_File_Size);
-    labelSize->setVisible(!s_File_Size.isEmpty());
+    labelSource->setText(QFileInfo(m_track.s_File_Path).fileName());
+    labelSize->setText(m_track.s_File_Size);
+    labelSize->setVisible(!m_track.s_File_Size.isEmpty());
     describeForAccessibility();
     emit loaded();
 }
@@ -496,9 +507,7 @@ void Document::setLoadedButtons() {
 }
 
 void Document::takeDuration(qint64 seconds) {
-    i_Audio_Duration_Seconds = seconds;
-    viewAudioPlot->f_Audio_Length = float(seconds);
-    viewAudioPlot->f_Audio_Position = 0;
+    m_track.setDuration(seconds);
     viewTimeRule->i_Audio_Duration_Seconds = seconds;
     labelDuration->setText(tr("Length %1").arg(clockText(seconds)));
     viewTimeRule->update();
@@ -507,7 +516,7 @@ void Document::takeDuration(qint64 seconds) {
 }
 
 void Document::openFileWithFilePathURL(const QString& url) {
-    const QString path = url.startsWith(QStringLiteral("file://")) ? url.mid(7) : url;
+    const QString path = pathOfFileUrlText(url);
     audioPlot->clear();
     const int request = ++m_plotRequest;
     auto* watcher = new QFutureWatcher<Waveform>(this);
@@ -525,7 +534,7 @@ void Document::openFileWithFilePathURL(const QString& url) {
 }
 
 QStringList Document::namesInUse() const {
-    QStringList names = m_history.array_WAV_Files();
+    QStringList names = m_track.history().array_WAV_Files();
     if (!m_importing.isEmpty())
         names << m_importing;
     if (recording())
@@ -534,33 +543,33 @@ QStringList Document::namesInUse() const {
 }
 
 void Document::Add_WAV_File_To_Undo_Redo_Array(const QString& label, const Replay& replay) {
-    m_history.add(s_WAV_File_Path, label, replay);
+    m_track.history().add(m_track.s_WAV_File_Path, label, replay);
     emit historyChanged();
 }
 
 void Document::Clear_Array_Of_WAV_Files() {
-    m_history.clear();
+    m_track.history().clear();
     emit historyChanged();
 }
 
 bool Document::trackFileIsThere() {
-    if (!b_Audio_Loaded || QFileInfo::exists(s_WAV_File_Path))
+    if (!b_Audio_Loaded || QFileInfo::exists(m_track.s_WAV_File_Path))
         return true;
-    showErrorAlert(this, missingTrackMessage(s_WAV_File_Path));
+    showErrorAlert(this, missingTrackMessage(m_track.s_WAV_File_Path));
     return false;
 }
 
 bool Document::moveHistory(const std::function<void(VersionHistory&)>& move) {
-    if (m_history.versions().isEmpty()) // nothing loaded yet
+    if (m_track.history().versions().isEmpty()) // nothing loaded yet
         return false;
-    VersionHistory moved = m_history;
+    VersionHistory moved = m_track.history();
     move(moved);
     // A version whose file is gone would show as an empty track of no length.
     if (const QString target = moved.current(); !target.isEmpty() && !QFileInfo::exists(target)) {
         showErrorAlert(this, missingVersionMessage(target));
         return false;
     }
-    m_history = moved;
+    m_track.history() = moved;
     emit historyChanged();
     reloadCurrentVersion();
     return true;
@@ -580,14 +589,16 @@ void Document::moveToVersion(qsizetype index) {
 
 void Document::reloadCurrentVersion() {
     // Markers, zoom, buttons and the history itself stay as they are.
-    s_WAV_File_Path = m_history.current();
-    setWindowTitle(QFileInfo(s_WAV_File_Path).fileName());
-    s_WAV_File_URL = versionUrlText(s_WAV_File_Path, m_app.s_Output_Folder, m_app.sSilenceWavURL);
-    openFileWithFilePathURL(s_WAV_File_URL);
-    m_app.runner().submit(buildProbePlan(s_WAV_File_Path), this, [this](const PlanOutcome& outcome) {
-        takeDuration(shownSeconds(outcome, s_WAV_File_Path));
-        emit loaded();
-    });
+    m_track.s_WAV_File_Path = m_track.history().current();
+    setWindowTitle(QFileInfo(m_track.s_WAV_File_Path).fileName());
+    m_track.s_WAV_File_URL =
+        versionUrlText(m_track.s_WAV_File_Path, m_session.s_Output_Folder, m_session.sSilenceWavURL);
+    openFileWithFilePathURL(m_track.s_WAV_File_URL);
+    m_session.runner().submit(buildProbePlan(m_track.s_WAV_File_Path), this,
+                              [this](const PlanOutcome& outcome) {
+                                  takeDuration(shownSeconds(outcome, m_track.s_WAV_File_Path));
+                                  emit loaded();
+                              });
 }
 
 void Document::changeColor(const QColor& color) {

@@ -1,21 +1,25 @@
 #pragma once
 
+#include "Opening.h"
+#include "TrackWindow.h"
 #include "batch/Recipe.h"
 #include "document/SplitPlans.h"
 #include "edit/EditPlans.h"
 #include "effects/EffectCatalogue.h"
 #include "history/VersionHistory.h"
+#include "session/Session.h"
 #include "session/WorkingFormat.h"
 #include "timeline/MarkerKeys.h"
 #include "timeline/TimeStrings.h"
+#include "track/Track.h"
 #include "transport/TransportRules.h"
 
 #include <QColor>
 #include <QMainWindow>
 #include <QPointer>
+#include <functional>
 #include <memory>
 
-class AppDelegate;
 class BatchDialog;
 class HistoryWindow;
 class QAction;
@@ -28,6 +32,7 @@ class QToolBar;
 class Microphone;
 class SoundPlayer;
 class SoundRecorder;
+class SplitActions;
 class View_Audio_Wave;
 class View_Time_Rule;
 class WaveformPlot;
@@ -35,15 +40,20 @@ struct PlanOutcome;
 
 // One window holding one audio track. Whatever the user opens is converted
 // into a working WAV in the work folder; every later version is a new file, and
-// the version history chooses which one is current.
-class Document : public QMainWindow {
+// the version history chooses which one is current. The window knows the
+// session it works in, never the application: what it asks of the
+// application (windows for pieces, for dropped files) it asks by signals.
+class Document : public QMainWindow, public TrackFiles, private TrackWindow {
     Q_OBJECT
 public:
-    Document(AppDelegate& app, quint64 id);
+    // `addApplicationMenus` gives the window the application's menus, before
+    // its own items go in among them.
+    Document(Session& session, quint64 id, const Opening& opening = {},
+             const std::function<void(QMainWindow*)>& addApplicationMenus = {});
     ~Document() override;
 
-    // Loading, chosen by the application's opening mode 0.2 s after creation.
-    // Until then the window is starting: it shows no track and has not asked for one.
+    // Loading, as `opening` says, 0.2 s after creation. Until then the window
+    // is starting: it shows no track and has not asked for one.
     bool isStarting() const { return m_starting; }
     void TimerHandleStartupRoutine();
     void TimerOpenFilePanelRoutine();
@@ -56,13 +66,23 @@ public:
     // File ▸ Open imports; one that cannot be opened leaves the silence track.
     void openGivenFile(const QString& path);
     void openFileWithFilePathURL(const QString& url);
-    void Refresh_Audio_Plot();
+    // Shows the current working WAV again in `colour`, as a fresh history.
+    void Refresh_Audio_Plot(const QColor& colour);
+    const Opening& opening() const { return m_opening; }
+
+    // The files this track holds in the work folder, for the session.
+    QString shownFile() const override { return m_track.s_WAV_File_Path; }
+    QStringList versionFiles() const override { return m_track.history().array_WAV_Files(); }
     // Every version, the import under way and the take being recorded.
-    QStringList namesInUse() const;
+    QStringList namesInUse() const override;
+
+    // The track this window shows: its files, length, history, selection and position.
+    Track& track() { return m_track; }
+    const Track& track() const { return m_track; }
 
     // Version history. Every change to it, and every move to another version,
     // is told by historyChanged().
-    const VersionHistory& history() const { return m_history; }
+    const VersionHistory& history() const { return m_track.history(); }
     // Appends the current working WAV as the newest version, called `label`.
     void Add_WAV_File_To_Undo_Redo_Array(const QString& label, const Replay& replay = {});
     void Operation_Undo();
@@ -76,10 +96,6 @@ public:
     QAction* actionHistory;
 
     void changeColor(const QColor& color);
-
-    // The markers in seconds and as the time strings every cutting operation
-    // passes to the tools; recomputed from the overlay on each call.
-    void Calculate_Segment_Variables();
 
     // Editing (defined beside the edit plans). Copy and cut fill the
     // application's clipboard; every other edit makes a new version.
@@ -190,12 +206,9 @@ public:
     void SaveWAVFile();
     QPointer<QTimer> timerSave;
 
-    // Split into parts (defined beside the split plans): every piece opens in
-    // a window of its own, in this window's waveform colour.
-    void OnPopupSplit2PartsCurrentPosition();
-    void OnPopupSplit3PartsBeforeSelectionAfter();
-    void OnPopupSplitOnSilence();
-    QMenu* popupMenuSplit;
+    // Split into parts: every piece opens in a window of its own, in this
+    // window's waveform colour.
+    SplitActions& split() { return *m_split; }
 
     // Zoom: the whole track spans u_Zoom_Factor visible widths.
     void OnToolbarZoomPlus();
@@ -205,16 +218,8 @@ public:
     void zoomAround(int pointerX, bool in); // one step, keeping the time under the pointer
 
     quint64 u_ID;
-    QString s_File_URL, s_File_Path, s_Folder_Path, s_File_Name_Without_Extension, s_File_Extension,
-        s_File_Size;
-    QString s_WAV_File_Path, s_WAV_File_URL;
-    qint64 i_Audio_Duration_Seconds = 0;
     bool b_Audio_Loaded = false;
     quint64 u_Zoom_Factor = 1;
-
-    float f_StartSelection = 0, f_EndSelection = 0, f_CurrentPosition = 0;
-    QString sStart, sStartSelection, sEndSelection, sCurrentPosition, sDurationSelection,
-        sDurationLastSegment, sDurationSegmentAfterStartSelection, sDurationSegmentAfterCurrentPosition;
 
     WaveformPlot* audioPlot;
     View_Audio_Wave* viewAudioPlot;
@@ -255,6 +260,10 @@ signals:
     void copied();         // a copy has filled the clipboard
     void plotUpdated();    // new waveform points are on screen
     void splitHandedOver(const QStringList& pieces); // a split's pieces have gone to the application
+    // Asks the application for new windows showing `paths` in place, in `colour`.
+    void openTracksRequested(const QStringList& paths, const QColor& colour);
+    void filesDropped(const QStringList& paths); // to open as files named on the command line
+    void openingTaken(Opening::Kind kind);       // the start-up load has begun as its opening says
 
 private:
     QToolBar* buildToolBar();
@@ -275,10 +284,10 @@ private:
     // Before a plan that writes audio: false, with the alert shown, when the
     // work folder takes no file or lacks the room the operation needs; false
     // without a word while recording, as the take is to replace the track.
-    bool readyToWrite();
+    bool readyToWrite() override;
     // Whether the current version's file is there; when it has been removed
     // outside the editor, says so (rather than leave a tool to fail over it).
-    bool trackFileIsThere();
+    bool trackFileIsThere() override;
     // Moves the history as `move` does to a copy of it, unless the version it
     // would make current has gone: then says so and stays.
     bool moveHistory(const std::function<void(VersionHistory&)>& move);
@@ -286,9 +295,10 @@ private:
     // probe was cancelled.
     static qint64 shownSeconds(const PlanOutcome& outcome, const QString& path);
     // Shows why a plan failed, unless the user cancelled it; true when it failed.
-    bool failed(const PlanOutcome& outcome);
+    bool failed(const PlanOutcome& outcome) override;
+    QWidget* windowWidget() override { return this; }
     void importFile(const QString& path);
-    void importGivenFile();
+    void importGivenFile(const QString& path);
     // How a load ends: the file to show, or shown already (a batch's file, a
     // recording's take); the history restarted with the load, or taken over
     // by the take.
@@ -306,7 +316,6 @@ private:
     void enableWheelZoom();
     void followViewport();
     void showMarkers();
-    SegmentVariables segmentVariables() const;
     void buildEditMenus();
     void buildMenuBar();
     void updateMenus();
@@ -314,11 +323,9 @@ private:
     QList<QAction*> m_markerKeys;
     QList<QPair<QAction*, QAction*>> m_followedButtons; // a menu item and the toolbar button it follows
     void buildEffectsMenu();
-    void buildSplitMenu();
-    void runSplit(const splitting::SplitPlan& split);
-    QString pieceStem() const;
     void handOverPieces(const QStringList& pieces);
-    EditState editState(bool withSegments);
+    SplitActions* m_split = nullptr;
+    EditState editState() const;
     // The names of an operation begun now, clear of every other window's files.
     ResultNames resultNames(Writes writes = Writes::Version) const;
     void runEdit(const EditPlan& edit);
@@ -330,8 +337,8 @@ private:
     bool haveCopiedContent(); // or says "There is no copied content."
     void insertSilence(SilencePlace place);
 
-    AppDelegate& m_app;
-    VersionHistory m_history;
+    Session& m_session;
+    Track m_track;
     QPointer<HistoryWindow> m_historyWindow;
     QPointer<BatchDialog> m_batchDialog;
     exporting::Choice m_exportChoice; // the setting of this window's last export
@@ -346,13 +353,11 @@ private:
     bool recording() const;
     int beginLoad();
     int m_loadRequest = 0;
-    // How this window opens its first track, taken from the application when
-    // the window is made: a window made within another's start-up wait would
-    // otherwise take that one's mode (a batch's windows a file dialog).
-    quint64 m_openMode = 0;
+    // How this window opens its first track, given when the window is made: a
+    // window made within another's start-up wait would otherwise take that
+    // one's opening (a batch's windows a file dialog).
+    Opening m_opening;
     bool m_starting = true;
-    static constexpr quint64 OpenGivenFile = 3; // beside 0 silence, 1 the dialog, 2 a batch
-    QString m_givenFile;
     QString m_importing; // the working WAV an import under way will make
     void setStartupButtons();
 };

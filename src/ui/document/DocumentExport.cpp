@@ -3,7 +3,6 @@
 
 #include "Document.h"
 #include "Window_AF_WAV.h"
-#include "application/AppDelegate.h"
 
 #include <QTimer>
 
@@ -31,9 +30,9 @@ void Document::SaveWAVFile() {
     // menu's save command, which has no button state, follows it.
     if (recording() || !trackFileIsThere())
         return;
-    Window_AF_WAV dialog(m_app, this);
-    dialog.s_WAV_File_Path = s_WAV_File_Path;
-    dialog.i_Track_Seconds = i_Audio_Duration_Seconds;
+    Window_AF_WAV dialog(m_session, m_session.protectedFiles(), this);
+    dialog.s_WAV_File_Path = m_track.s_WAV_File_Path;
+    dialog.i_Track_Seconds = m_track.i_Audio_Duration_Seconds;
     // The recipe exports as this window last exported.
     connect(&dialog, &Window_AF_WAV::exportEnded, this, [this, &dialog](const QString&, bool saved) {
         if (saved)

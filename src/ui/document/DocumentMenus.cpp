@@ -6,7 +6,7 @@
 #include "Document.h"
 
 #include "HistoryWindow.h"
-#include "application/AppDelegate.h"
+#include "SplitActions.h"
 #include "plans/PlanRunner.h"
 #include "timeline/MarkerKeys.h"
 #include "timeline/View_Audio_Wave.h"
@@ -96,7 +96,7 @@ void Document::buildMenuBar() {
 
     // Tracks: the splits beside the mixer.
     tracks->addSeparator();
-    tracks->addMenu(popupMenuSplit);
+    tracks->addMenu(m_split->popupMenuSplit);
     updateMenus();
 }
 
@@ -110,24 +110,21 @@ void Document::addMarkerKey(QMenu* menu, const QString& text, const QKeySequence
 void Document::pressMarkerKey(MarkerKey key) {
     // As a click on the waveform does: a new play position is where the
     // playing sound goes on the next tick.
-    if (!b_Audio_Loaded || recording() || m_app.runner().isBusy())
+    if (!b_Audio_Loaded || recording() || m_session.runner().isBusy())
         return;
-    const Markers moved = moveMarkers(
-        {viewAudioPlot->f_Audio_Position, viewAudioPlot->f_Selection_Start, viewAudioPlot->f_Selection_End},
-        key, viewAudioPlot->f_Audio_Length);
-    viewAudioPlot->f_Audio_Position = moved.position;
-    viewAudioPlot->f_Selection_Start = moved.selectionStart;
-    viewAudioPlot->f_Selection_End = moved.selectionEnd;
-    viewAudioPlot->update();
-    showMarkers();
+    const Markers moved =
+        moveMarkers({m_track.f_Audio_Position, m_track.f_Selection_Start, m_track.f_Selection_End}, key,
+                    m_track.f_Audio_Length);
+    m_track.setPosition(moved.position);
+    m_track.setSelection(moved.selectionStart, moved.selectionEnd);
 }
 
 void Document::updateMenus() {
     // Nothing that edits, plays or splits is offered while a plan runs or
     // before a track is loaded; nothing that edits while the window records.
-    const bool idle = !m_app.runner().isBusy();
+    const bool idle = !m_session.runner().isBusy();
     const bool editable = idle && b_Audio_Loaded && !recording();
-    for (QMenu* menu : {menuPasteAt, menuPasteMixing, menuSilence, popupMenuEffects, popupMenuSplit})
+    for (QMenu* menu : {menuPasteAt, menuPasteMixing, menuSilence, popupMenuEffects, m_split->popupMenuSplit})
         menu->menuAction()->setEnabled(editable);
     actionSelectAll->setEnabled(b_Audio_Loaded);
     for (QAction* action : {actionZoomToFit, actionZoomToSelection})
@@ -143,10 +140,7 @@ void Document::updateMenus() {
 void Document::selectAll() {
     if (!b_Audio_Loaded)
         return;
-    viewAudioPlot->f_Selection_Start = 0;
-    viewAudioPlot->f_Selection_End = 100;
-    viewAudioPlot->update();
-    showMarkers();
+    m_track.setSelection(0, 100);
 }
 
 void Document::showHistory() {
@@ -154,7 +148,7 @@ void Document::showHistory() {
     // when closed) until the document goes.
     if (!m_historyWindow) {
         m_historyWindow = new HistoryWindow(this);
-        m_historyWindow->setChoosingEnabled(!m_app.runner().isBusy());
+        m_historyWindow->setChoosingEnabled(!m_session.runner().isBusy());
     }
     m_historyWindow->show();
     m_historyWindow->raise();

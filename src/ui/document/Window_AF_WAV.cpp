@@ -1,8 +1,8 @@
 #include "Window_AF_WAV.h"
 
 #include "ExportLists.h"
-#include "application/AppDelegate.h"
 #include "document/Waveform.h"
+#include "session/Session.h"
 #include "widgets/Alerts.h"
 #include "widgets/DialogRows.h"
 
@@ -20,7 +20,8 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
-Window_AF_WAV::Window_AF_WAV(AppDelegate& app, QWidget* parent) : QDialog(parent), m_app(app) {
+Window_AF_WAV::Window_AF_WAV(Session& session, const QStringList& protectedFiles, QWidget* parent)
+    : QDialog(parent), m_session(session), m_protectedFiles(protectedFiles) {
     setWindowTitle(QStringLiteral("Export Audio"));
     setModal(true);
     auto* layout = new QVBoxLayout(this);
@@ -61,7 +62,7 @@ exporting::Choice Window_AF_WAV::choice() const {
 QString Window_AF_WAV::askDestination(int format) {
     // The save dialog starts where the user last opened a file from, else in
     // the Music folder, else at home.
-    QString folder = m_app.lastOpenFolder;
+    QString folder = m_session.lastOpenFolder;
     if (folder.isEmpty())
         folder = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
     if (folder.isEmpty() || !QFileInfo(folder).isDir())
@@ -91,15 +92,15 @@ void Window_AF_WAV::OnUserOK() {
         return;
     // Refused before anything is deleted: replacing a file the editor works
     // with would destroy a track the user is still editing.
-    if (exporting::isProtected(destination, m_app.protectedFiles())) {
+    if (exporting::isProtected(destination, m_protectedFiles)) {
         showErrorAlert(this, exporting::protectedDestinationMessage(destination));
         emit exportEnded(destination, false);
         return;
     }
     // The work folder is emptied at every start: a file exported there would
     // be reported as saved and be gone the next time.
-    if (exporting::isInsideFolder(destination, m_app.s_Output_Folder)) {
-        showErrorAlert(this, exporting::workFolderDestinationMessage(destination, m_app.s_Output_Folder));
+    if (exporting::isInsideFolder(destination, m_session.s_Output_Folder)) {
+        showErrorAlert(this, exporting::workFolderDestinationMessage(destination, m_session.s_Output_Folder));
         emit exportEnded(destination, false);
         return;
     }
@@ -118,7 +119,7 @@ void Window_AF_WAV::OnUserOK() {
 void Window_AF_WAV::startExport(const QString& destination, const Plan& plan) {
     setExporting(true);
     const bool hadFile = QFileInfo::exists(destination);
-    m_app.runner().submit(plan, this, [this, destination, hadFile](const PlanOutcome& outcome) {
+    m_session.runner().submit(plan, this, [this, destination, hadFile](const PlanOutcome& outcome) {
         setExporting(false);
         if (outcome.cancelled) { // what ffmpeg had written is gone with the cancel
             emit exportEnded(destination, false);
@@ -166,10 +167,10 @@ void Window_AF_WAV::setExporting(bool exporting) {
         control->setEnabled(!exporting);
     labelProgress->setText(exporting ? tr("Exporting…") : QString());
     if (exporting)
-        connect(&m_app.runner(), &PlanRunner::progress, labelProgress, &QLabel::setText,
+        connect(&m_session.runner(), &PlanRunner::progress, labelProgress, &QLabel::setText,
                 Qt::UniqueConnection);
     else
-        disconnect(&m_app.runner(), &PlanRunner::progress, labelProgress, &QLabel::setText);
+        disconnect(&m_session.runner(), &PlanRunner::progress, labelProgress, &QLabel::setText);
 }
 
 void Window_AF_WAV::OnUserCancel() {
@@ -181,7 +182,7 @@ void Window_AF_WAV::reject() {
     // as it cancels any run in the window that started it, and the dialog
     // stays open for another try.
     if (m_exporting) {
-        m_app.runner().cancel();
+        m_session.runner().cancel();
         return;
     }
     OnUserCancel();

@@ -4,7 +4,7 @@
 
 #include <QDialog>
 
-class AppDelegate;
+class Session;
 class QComboBox;
 class QLabel;
 class QPushButton;
@@ -15,7 +15,8 @@ class QPushButton;
 class Window_AF_WAV : public QDialog {
     Q_OBJECT
 public:
-    Window_AF_WAV(AppDelegate& app, QWidget* parent = nullptr);
+    // `protectedFiles` are the work files no export may replace.
+    Window_AF_WAV(Session& session, const QStringList& protectedFiles, QWidget* parent = nullptr);
 
     QComboBox* comboFormat;
     QComboBox* comboSampleRate;
@@ -49,6 +50,7 @@ private:
     void finishExport(const QString& destination);
     void setExporting(bool exporting);
 
-    AppDelegate& m_app;
+    Session& m_session;
+    QStringList m_protectedFiles;
     bool m_exporting = false;
 };

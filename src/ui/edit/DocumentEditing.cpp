@@ -3,7 +3,6 @@
 
 #include "Window_Silence_Insert.h"
 #include "Window_Silence_Trim.h"
-#include "application/AppDelegate.h"
 #include "document/Document.h"
 #include "document/WaveformPlot.h"
 #include "plans/RemovedFiles.h"
@@ -56,37 +55,24 @@ void Document::OnToolbarTools() {
 }
 
 ResultNames Document::resultNames(Writes writes) const {
-    return editNames(m_app.s_Output_Folder, s_WAV_File_Path, m_app.namesAround(this), writes);
+    return editNames(m_session.s_Output_Folder, m_track.s_WAV_File_Path, m_session.namesAround(this), writes);
 }
 
-EditState Document::editState(bool withSegments) {
-    if (withSegments)
-        Calculate_Segment_Variables();
-    const SegmentVariables seg{f_StartSelection,
-                               f_EndSelection,
-                               f_CurrentPosition,
-                               sStart,
-                               sStartSelection,
-                               sEndSelection,
-                               sCurrentPosition,
-                               sDurationSelection,
-                               sDurationLastSegment,
-                               sDurationSegmentAfterStartSelection,
-                               sDurationSegmentAfterCurrentPosition};
-    return {m_app.s_Output_Folder,         s_WAV_File_Path,
-            m_app.s_Copied_WAV_File,       seg,
-            viewAudioPlot->f_Audio_Length, viewAudioPlot->f_Selection_Start,
-            viewAudioPlot->f_Selection_End};
+EditState Document::editState() const {
+    return {m_session.s_Output_Folder,   m_track.s_WAV_File_Path,
+            m_session.s_Copied_WAV_File, m_track.Calculate_Segment_Variables(),
+            m_track.f_Audio_Length,      m_track.f_Selection_Start,
+            m_track.f_Selection_End};
 }
 
 void Document::runEdit(const EditPlan& edit) {
     if (!trackFileIsThere() || !readyToWrite())
         return;
-    m_app.runner().submit(edit.plan, this, [this, edit](const PlanOutcome& outcome) {
+    m_session.runner().submit(edit.plan, this, [this, edit](const PlanOutcome& outcome) {
         if (failed(outcome))
             return;
         if (!edit.clipboard.isEmpty()) {
-            m_app.s_Copied_WAV_File = edit.clipboard;
+            m_session.s_Copied_WAV_File = edit.clipboard;
             emit copied();
         }
         if (!edit.result.isEmpty())
@@ -96,16 +82,13 @@ void Document::runEdit(const EditPlan& edit) {
 
 void Document::adoptResult(const EditPlan& edit, qint64 seconds) {
     const QString name = QFileInfo(edit.result).fileName();
-    s_WAV_File_Path = edit.result;
+    m_track.s_WAV_File_Path = edit.result;
     setWindowTitle(name);
-    s_WAV_File_URL = fileUrlText(m_app.s_Output_Folder, name);
+    m_track.s_WAV_File_URL = fileUrlText(m_session.s_Output_Folder, name);
     for (const QString& path : edit.deleteBeforeShowing)
         removedFiles::remove(path);
-    openFileWithFilePathURL(s_WAV_File_URL);
+    openFileWithFilePathURL(m_track.s_WAV_File_URL);
     Add_WAV_File_To_Undo_Redo_Array(edit.label, edit.replay);
-    i_Audio_Duration_Seconds = seconds;
-    viewAudioPlot->f_Audio_Length = float(seconds);
-    viewAudioPlot->f_Audio_Position = 0;
     for (const QString& path : edit.deleteAfterAdopting)
         removedFiles::remove(path);
     takeDuration(seconds);
@@ -113,21 +96,21 @@ void Document::adoptResult(const EditPlan& edit, qint64 seconds) {
 }
 
 void Document::Operation_Copy() {
-    const EditState state = editState(true);
-    runEdit(buildCopyPlan(state, resultNames(Writes::Clip), m_app.mayDeleteClipboardFile()));
+    const EditState state = editState();
+    runEdit(buildCopyPlan(state, resultNames(Writes::Clip), m_session.mayDeleteClipboardFile()));
 }
 
 void Document::Operation_Cut() {
-    const EditState state = editState(true);
-    runEdit(buildCutPlan(state, resultNames(Writes::VersionAndClip), m_app.mayDeleteClipboardFile()));
+    const EditState state = editState();
+    runEdit(buildCutPlan(state, resultNames(Writes::VersionAndClip), m_session.mayDeleteClipboardFile()));
 }
 
 void Document::Operation_Delete() {
-    runEdit(buildDeletePlan(editState(true), resultNames()));
+    runEdit(buildDeletePlan(editState(), resultNames()));
 }
 
 bool Document::haveCopiedContent() {
-    if (!m_app.s_Copied_WAV_File.isEmpty() && QFileInfo::exists(m_app.s_Copied_WAV_File))
+    if (!m_session.s_Copied_WAV_File.isEmpty() && QFileInfo::exists(m_session.s_Copied_WAV_File))
         return true;
     showErrorAlert(this, QStringLiteral("There is no copied content."));
     return false;
@@ -147,12 +130,11 @@ bool Document::resultFitsAWav(double seconds) {
 }
 
 void Document::paste(PastePlace place) {
-    const bool inside = place != PastePlace::Start && place != PastePlace::End;
     // A track longer than a WAV can hold would be cut off by the join.
-    if (!resultFitsAWav(workingWavSeconds(QFileInfo(s_WAV_File_Path).size()) +
-                        workingWavSeconds(QFileInfo(m_app.s_Copied_WAV_File).size())))
+    if (!resultFitsAWav(workingWavSeconds(QFileInfo(m_track.s_WAV_File_Path).size()) +
+                        workingWavSeconds(QFileInfo(m_session.s_Copied_WAV_File).size())))
         return;
-    runEdit(buildPastePlan(editState(inside), resultNames(), place));
+    runEdit(buildPastePlan(editState(), resultNames(), place));
 }
 
 void Document::OnPopupMenuPasteAtStart() {
@@ -177,14 +159,14 @@ void Document::pasteMix(PastePlace place) {
     // folder): say so, as Paste does, instead.
     if (!haveCopiedContent())
         return;
-    const EditState state = editState(place != PastePlace::Start);
+    const EditState state = editState();
     const double offset = place == PastePlace::Start              ? 0
                           : place == PastePlace::CurrentPosition  ? state.seg.f_CurrentPosition
                           : place == PastePlace::StartOfSelection ? state.seg.f_StartSelection
                                                                   : state.seg.f_EndSelection;
-    if (!resultFitsAWav(
-            std::max(workingWavSeconds(QFileInfo(s_WAV_File_Path).size()),
-                     std::max(0.0, offset) + workingWavSeconds(QFileInfo(m_app.s_Copied_WAV_File).size()))))
+    if (!resultFitsAWav(std::max(workingWavSeconds(QFileInfo(m_track.s_WAV_File_Path).size()),
+                                 std::max(0.0, offset) +
+                                     workingWavSeconds(QFileInfo(m_session.s_Copied_WAV_File).size()))))
         return;
     const ResultNames names = resultNames();
     runEdit(buildPasteMixPlan(state, names, place));
@@ -213,7 +195,7 @@ void Document::insertSilence(SilencePlace place) {
     const quint64 milliseconds = Get_Silence_Duration_In_MS();
     if (milliseconds == 0)
         return;
-    const EditState state = editState(place == SilencePlace::CurrentPosition);
+    const EditState state = editState();
     runEdit(buildSilenceInsertPlan(state, resultNames(), place, milliseconds));
 }
 
@@ -228,7 +210,7 @@ void Document::OnPopupSilenceInsertAtCurrentPosition() {
 }
 
 void Document::OnPopupSilenceSelection() {
-    runEdit(buildSilenceSelectionPlan(editState(true), resultNames()));
+    runEdit(buildSilenceSelectionPlan(editState(), resultNames()));
 }
 
 void Document::OnPopupSilenceTrim() {
@@ -236,6 +218,6 @@ void Document::OnPopupSilenceTrim() {
     dialog.exec();
     if (!dialog.bOK)
         return;
-    runEdit(buildSilenceTrimPlan(editState(false), resultNames(), dialog.u_Start_End_Or_Entire,
-                                 dialog.u_Miliseconds));
+    runEdit(
+        buildSilenceTrimPlan(editState(), resultNames(), dialog.u_Start_End_Or_Entire, dialog.u_Miliseconds));
 }

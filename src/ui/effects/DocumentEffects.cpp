@@ -2,7 +2,6 @@
 // track or over the selection only, and adopts the result as a new version.
 
 #include "EffectDialogs.h"
-#include "application/AppDelegate.h"
 #include "document/Document.h"
 #include "effects/EffectCatalogue.h"
 #include "widgets/Alerts.h"
@@ -12,8 +11,8 @@
 void Document::applyEffect(const EffectArguments& arguments, bool selectionOnly, const QString& label,
                            const Replay& replay) {
     const ResultNames names = resultNames();
-    EditPlan plan = selectionOnly ? buildEffectSelectionPlan(editState(true), names, arguments)
-                                  : buildEffectPlan(editState(false), names, arguments);
+    EditPlan plan = selectionOnly ? buildEffectSelectionPlan(editState(), names, arguments)
+                                  : buildEffectPlan(editState(), names, arguments);
     plan.label = label;
     if (!selectionOnly)
         plan.replay = replay;
@@ -55,7 +54,7 @@ void Document::OnPopupNoiseReduction() {
     strength.exec();
     if (!strength.bOK)
         return;
-    const EditState state = editState(true);
+    const EditState state = editState();
     if (state.f_Selection_End <= state.f_Selection_Start) {
         showErrorAlert(this, QStringLiteral("Select a stretch that holds noise only, then try again."));
         return;

@@ -1,10 +1,9 @@
 #include "Window_Multiple_Tracks.h"
 
 #include "MixerStripView.h"
-#include "application/AppDelegate.h"
-#include "document/Document.h"
 #include "document/ImportPlans.h"
 #include "plans/PlanRunner.h"
+#include "session/Session.h"
 #include "session/WorkFolder.h"
 #include "transport/SoundPlayer.h"
 #include "widgets/Alerts.h"
@@ -64,9 +63,10 @@ private:
     const AudioTracks& m_tracks;
 };
 
-Window_Multiple_Tracks::Window_Multiple_Tracks(AppDelegate& app, QWidget* parent)
-    : QDialog(parent), m_app(app), m_model(new TracksModel(arrayTracks, this)),
-      m_countdown(new QTimer(this)) {
+Window_Multiple_Tracks::Window_Multiple_Tracks(Session& session, std::function<QList<OpenTrack>()> openTracks,
+                                               QWidget* parent)
+    : QDialog(parent), m_session(session), m_openTracks(std::move(openTracks)),
+      m_model(new TracksModel(arrayTracks, this)), m_countdown(new QTimer(this)) {
     setWindowTitle(tr("Join Open Tracks"));
     setMinimumSize(600, 300);
     resize(720, 420);
@@ -140,10 +140,7 @@ Window_Multiple_Tracks::Window_Multiple_Tracks(AppDelegate& app, QWidget* parent
 Window_Multiple_Tracks::~Window_Multiple_Tracks() = default;
 
 void Window_Multiple_Tracks::Refresh_List() {
-    QList<OpenTrack> open;
-    for (Document* document : m_app.documents())
-        open.append({document->s_WAV_File_Path, document->i_Audio_Duration_Seconds});
-    arrayTracks = tracksOfDocuments(open);
+    arrayTracks = tracksOfDocuments(m_openTracks ? m_openTracks() : QList<OpenTrack>{});
     reload();
 }
 
@@ -290,20 +287,20 @@ void Window_Multiple_Tracks::OnMix() {
     }
     QString problem = tooLongForAWavProblem(tr("The joined track would last"), joined);
     if (problem.isEmpty())
-        problem = roomToWorkProblem(m_app.s_Output_Folder, bytes);
+        problem = roomToWorkProblem(m_session.s_Output_Folder, bytes);
     if (problem.isEmpty())
-        problem = roomForBytesProblem(m_app.s_Output_Folder, written + workingWavBytes(joined));
+        problem = roomForBytesProblem(m_session.s_Output_Folder, written + workingWavBytes(joined));
     if (!problem.isEmpty()) {
         showErrorAlert(this, problem);
         return;
     }
     // Named by this second, or the next one no file holds: a source track
     // opened in this same second must not be replaced by the join.
-    const QString result = importNames(m_app.s_Output_Folder, m_app.namesInUse()).path();
+    const QString result = importNames(m_session.s_Output_Folder, m_session.namesInUse()).path();
     const MixPlan mix = buildMixPlan(arrayTracks, result);
     btnMix->setEnabled(false);
     labelClosing->setText(tr("Joining the tracks…"));
-    m_app.runner().submit(mix.plan, this, [this, mix, result](const PlanOutcome& outcome) {
+    m_session.runner().submit(mix.plan, this, [this, mix, result](const PlanOutcome& outcome) {
         btnMix->setEnabled(true);
         labelClosing->clear();
         if (!outcome.ok) {
@@ -313,7 +310,7 @@ void Window_Multiple_Tracks::OnMix() {
         }
         arrayTracks = mix.tracksAfter; // the padded rows name their padded copies now
         reload();
-        m_app.s_Mixed_WAV_File = result;
+        m_mixedFile = result;
         // The window waits ten seconds before it closes and the joined track
         // opens; a second join starts the wait again.
         delete timerCloseWindowOK;

@@ -4,9 +4,10 @@
 
 #include <QDialog>
 #include <QPointer>
+#include <functional>
 #include <memory>
 
-class AppDelegate;
+class Session;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -21,7 +22,9 @@ class MixerStripView;
 class Window_Multiple_Tracks : public QDialog {
     Q_OBJECT
 public:
-    Window_Multiple_Tracks(AppDelegate& app, QWidget* parent = nullptr);
+    // `openTracks` lists the open windows' tracks whenever the list is refreshed.
+    Window_Multiple_Tracks(Session& session, std::function<QList<OpenTrack>()> openTracks,
+                           QWidget* parent = nullptr);
     ~Window_Multiple_Tracks() override;
 
     AudioTracks arrayTracks;
@@ -53,6 +56,9 @@ public:
     void tableViewSelectionDidChange();
     void TimerCloseWindowOKRoutine();
 
+    // The last join's file; empty before one.
+    const QString& mixedFile() const { return m_mixedFile; }
+
     // Seconds until the window closes with its joined track; 0 when it does not wait.
     int secondsUntilClose() const;
 
@@ -68,7 +74,9 @@ private:
     void setPreviewButtons(bool play, bool pause, bool stop);
     void showCountdown();
 
-    AppDelegate& m_app;
+    Session& m_session;
+    std::function<QList<OpenTrack>()> m_openTracks;
+    QString m_mixedFile;
     TracksModel* m_model;
     QTimer* m_countdown;
 };

@@ -19,29 +19,8 @@
 #include <QToolBar>
 #include <QWheelEvent>
 
-SegmentVariables Document::segmentVariables() const {
-    return calculateSegmentVariables({viewAudioPlot->f_Audio_Length, viewAudioPlot->f_Selection_Start,
-                                      viewAudioPlot->f_Selection_End, viewAudioPlot->f_Audio_Position,
-                                      i_Audio_Duration_Seconds});
-}
-
-void Document::Calculate_Segment_Variables() {
-    const SegmentVariables v = segmentVariables();
-    f_StartSelection = v.f_StartSelection;
-    f_EndSelection = v.f_EndSelection;
-    f_CurrentPosition = v.f_CurrentPosition;
-    sStart = v.sStart;
-    sStartSelection = v.sStartSelection;
-    sEndSelection = v.sEndSelection;
-    sCurrentPosition = v.sCurrentPosition;
-    sDurationSelection = v.sDurationSelection;
-    sDurationLastSegment = v.sDurationLastSegment;
-    sDurationSegmentAfterStartSelection = v.sDurationSegmentAfterStartSelection;
-    sDurationSegmentAfterCurrentPosition = v.sDurationSegmentAfterCurrentPosition;
-}
-
 void Document::showMarkers() {
-    const SegmentVariables v = segmentVariables();
+    const SegmentVariables v = m_track.Calculate_Segment_Variables();
     labelSelection->setText(b_Audio_Loaded ? selectionStatusText(v) : QString());
     labelPosition->setText(b_Audio_Loaded ? positionStatusText(v) : QString());
     describeForAccessibility();
@@ -72,11 +51,11 @@ void Document::setUpAccessibility() {
 }
 
 void Document::describeForAccessibility() {
-    const float length = viewAudioPlot->f_Audio_Length;
-    viewAudioPlot->setAccessibleDescription(spoken::waveform(
-        windowTitle(), b_Audio_Loaded, length, viewAudioPlot->f_Selection_Start * length / 100,
-        viewAudioPlot->f_Selection_End * length / 100, viewAudioPlot->f_Audio_Position));
-    viewTimeRule->setAccessibleDescription(spoken::ruler(double(i_Audio_Duration_Seconds)));
+    const float length = m_track.f_Audio_Length;
+    viewAudioPlot->setAccessibleDescription(
+        spoken::waveform(windowTitle(), b_Audio_Loaded, length, m_track.f_Selection_Start * length / 100,
+                         m_track.f_Selection_End * length / 100, m_track.f_Audio_Position));
+    viewTimeRule->setAccessibleDescription(spoken::ruler(double(m_track.i_Audio_Duration_Seconds)));
     for (QLabel* label : {labelSelection, labelPosition, labelSource, labelDuration, labelSize})
         label->setAccessibleDescription(label->text());
 }
@@ -118,12 +97,11 @@ QPoint Document::popupPosition() const {
     const QPoint pointer = QCursor::pos();
     if (frameGeometry().contains(pointer))
         return pointer;
-    const QRectF bar =
-        overlay::hasPositionMarker(viewAudioPlot->f_Audio_Length)
-            ? overlay::positionMarker(viewAudioPlot->f_Audio_Position, viewAudioPlot->f_Audio_Length,
-                                      float(viewAudioPlot->width()), viewAudioPlot->height())
-                  .bar
-            : QRectF(0, 0, 0, viewAudioPlot->height());
+    const QRectF bar = overlay::hasPositionMarker(m_track.f_Audio_Length)
+                           ? overlay::positionMarker(m_track.f_Audio_Position, m_track.f_Audio_Length,
+                                                     float(viewAudioPlot->width()), viewAudioPlot->height())
+                                 .bar
+                           : QRectF(0, 0, 0, viewAudioPlot->height());
     const QPoint marker =
         viewAudioPlot->mapToGlobal(QPoint(int(bar.center().x()), viewAudioPlot->height() / 2));
     const QWidget* viewport = scrollviewAudioPlot->viewport();
@@ -140,7 +118,7 @@ void Document::zoomToFit() {
 
 void Document::zoomToSelection() {
     const int visible = scrollviewAudioPlot->viewport()->width();
-    const float start = viewAudioPlot->f_Selection_Start, end = viewAudioPlot->f_Selection_End;
+    const float start = m_track.f_Selection_Start, end = m_track.f_Selection_End;
     const int factor = zoom::factorForSelection(start, end, visible);
     if (factor == 0) // nothing selected
         return;

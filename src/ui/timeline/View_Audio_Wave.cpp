@@ -1,6 +1,7 @@
 #include "View_Audio_Wave.h"
 
 #include "timeline/OverlayGeometry.h"
+#include "track/Track.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -24,9 +25,10 @@ bool drawable(const QRectF& r) {
 }
 } // namespace
 
-View_Audio_Wave::View_Audio_Wave(QWidget* parent) : QWidget(parent) {
+View_Audio_Wave::View_Audio_Wave(Track& track, QWidget* parent) : QWidget(parent), m_track(track) {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMinimumHeight(60);
+    connect(&m_track, &Track::changed, this, qOverload<>(&QWidget::update));
 }
 
 void View_Audio_Wave::setPlotView(QWidget* plot) {
@@ -70,7 +72,7 @@ void View_Audio_Wave::paintEvent(QPaintEvent*) {
     }
 
     const overlay::SelectionEdges edges =
-        overlay::selectionEdges(f_Selection_Start, f_Selection_End, f_AudioPlot_Width, w);
+        overlay::selectionEdges(m_track.f_Selection_Start, m_track.f_Selection_End, f_AudioPlot_Width, w);
     if (edges.learnedWidth != 0.0f) {
         f_AudioPlot_Width = edges.learnedWidth; // the first pass teaches the view its width
         QMetaObject::invokeMethod(this, &View_Audio_Wave::placePlotView, Qt::QueuedConnection);
@@ -97,9 +99,9 @@ void View_Audio_Wave::paintEvent(QPaintEvent*) {
         if (drawable(handle))
             painter.drawEllipse(pinned(handle));
 
-    if (overlay::hasPositionMarker(f_Audio_Length)) {
+    if (overlay::hasPositionMarker(m_track.f_Audio_Length)) {
         const overlay::PositionMarker marker =
-            overlay::positionMarker(f_Audio_Position, f_Audio_Length, f_AudioPlot_Width, h);
+            overlay::positionMarker(m_track.f_Audio_Position, m_track.f_Audio_Length, f_AudioPlot_Width, h);
         rect_Position_Top = marker.top;
         rect_Position_Bottom = marker.bottom;
         if (drawable(marker.bar)) {
@@ -120,8 +122,7 @@ void View_Audio_Wave::mousePressEvent(QMouseEvent* event) {
     } else if (overlay::contains(rect_Selection_End, p.x(), p.y())) {
         b_Mouse_Down_End = true;
     } else {
-        f_Audio_Position = overlay::positionAt(p.x(), f_AudioPlot_Width, f_Audio_Length);
-        update();
+        m_track.setPosition(overlay::positionAt(p.x(), f_AudioPlot_Width, m_track.f_Audio_Length));
         emit markersChanged();
     }
 }
@@ -131,13 +132,11 @@ void View_Audio_Wave::mouseMoveEvent(QMouseEvent* event) {
         return;
     const double x = toViewCoordinates(event->position()).x();
     if (b_Mouse_Down_Start) {
-        f_Selection_Start = overlay::dragStartPercent(x, f_AudioPlot_Width);
-        update();
+        m_track.setSelectionStart(overlay::dragStartPercent(x, f_AudioPlot_Width));
         emit markersChanged();
     }
     if (b_Mouse_Down_End) {
-        f_Selection_End = overlay::dragEndPercent(x, f_AudioPlot_Width);
-        update();
+        m_track.setSelectionEnd(overlay::dragEndPercent(x, f_AudioPlot_Width));
         emit markersChanged();
     }
 }
@@ -147,9 +146,8 @@ void View_Audio_Wave::mouseReleaseEvent(QMouseEvent*) {
         return;
     b_Mouse_Down_Start = false;
     b_Mouse_Down_End = false;
-    if (f_Selection_Start > f_Selection_End) {
-        std::swap(f_Selection_Start, f_Selection_End);
-        update();
+    if (m_track.f_Selection_Start > m_track.f_Selection_End) {
+        m_track.setSelection(m_track.f_Selection_End, m_track.f_Selection_Start);
         emit markersChanged();
     }
 }

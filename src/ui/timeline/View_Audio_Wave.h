@@ -3,15 +3,17 @@
 #include <QRectF>
 #include <QWidget>
 
-// The waveform area's overlay: selection band, handles and play position over
-// a black background, in the units the rest of the editor reads (selection in
-// percent of the track, position and length in seconds). Its coordinates have
-// their origin at the lower left, y upwards; the hit rectangles are in them.
-// The document pulls these values when it needs them.
+class Track;
+
+// The waveform area's overlay: a track's selection band, handles and play
+// position over a black background. The selection and position belong to the
+// track, which the overlay shows and the user's drags and clicks change. Its
+// coordinates have their origin at the lower left, y upwards; the hit
+// rectangles are in them.
 class View_Audio_Wave : public QWidget {
     Q_OBJECT
 public:
-    explicit View_Audio_Wave(QWidget* parent = nullptr);
+    explicit View_Audio_Wave(Track& track, QWidget* parent = nullptr);
 
     // The waveform plot lying over this view: kept f_AudioPlot_Width wide (or
     // as wide as the view while that is not known yet) and as high as the view.
@@ -23,11 +25,7 @@ public:
     bool b_Mouse_Down_Start = false;
     bool b_Mouse_Down_End = false;
     bool b_Mouse_Down_Position = false;
-    float f_Selection_Start = 40.0f;
-    float f_Selection_End = 60.0f;
     float f_AudioPlot_Width = 0.0f;
-    float f_Audio_Position = 0.0f;
-    float f_Audio_Length = 0.0f;
     quint64 u_ID = 0;
     QRectF rect_Selection_Start;
     QRectF rect_Selection_End;
@@ -47,5 +45,6 @@ protected:
 
 private:
     QPointF toViewCoordinates(const QPointF& widgetPoint) const;
+    Track& m_track;
     QWidget* m_plot = nullptr;
 };

@@ -5,7 +5,6 @@
 #include "Microphone.h"
 #include "SoundPlayer.h"
 #include "SoundRecorder.h"
-#include "application/AppDelegate.h"
 #include "document/Document.h"
 #include "document/ImportPlans.h"
 #include "document/WaveformPlot.h"
@@ -117,10 +116,10 @@ void Document::startPlaying(PlayFrom from) {
         showErrorAlert(this, problem);
         return;
     }
-    const PlayStart start = playStart(from, viewAudioPlot->f_Audio_Position, viewAudioPlot->f_Selection_Start,
-                                      viewAudioPlot->f_Audio_Length);
-    viewAudioPlot->f_Audio_Position = start.position;
-    sound = std::make_unique<SoundPlayer>(s_WAV_File_Path);
+    const PlayStart start =
+        playStart(from, m_track.f_Audio_Position, m_track.f_Selection_Start, m_track.f_Audio_Length);
+    m_track.setPosition(start.position);
+    sound = std::make_unique<SoundPlayer>(m_track.s_WAV_File_Path);
     connect(sound.get(), &SoundPlayer::failed, this, [this](const QString& reason) {
         stopPlayback();
         showErrorAlert(this, reason == lostSoundOutputMessage()
@@ -156,18 +155,16 @@ void Document::scheduleAudioPlayingTimer() {
 }
 
 void Document::TimerHandleAudioPlayingRoutine() {
-    const TickOutcome tick = playingTick({viewAudioPlot->f_Audio_Position, u_Last_Position, b_Play_Selection},
-                                         viewAudioPlot->f_Selection_End, viewAudioPlot->f_Audio_Length);
+    const TickOutcome tick = playingTick({m_track.f_Audio_Position, u_Last_Position, b_Play_Selection},
+                                         m_track.f_Selection_End, m_track.f_Audio_Length);
     if (tick.seekTo && sound)
         sound->setCurrentTime(*tick.seekTo);
     if (tick.stop) {
         stopAudio();
         return;
     }
-    viewAudioPlot->f_Audio_Position = tick.clock.f_Audio_Position;
     u_Last_Position = tick.clock.u_Last_Position;
-    viewAudioPlot->update();
-    showMarkers();
+    m_track.setPosition(tick.clock.f_Audio_Position);
 }
 
 void Document::OnToolbarPause() {
@@ -242,14 +239,14 @@ void Document::recordAudio() {
     } else if (m_RecordStatus == StatusIdle) {
         // Named by the second it starts in, or the next second no file has
         // taken, so that a take never replaces a file it does not own.
-        s_Sound_File_Source = importNames(m_app.s_Output_Folder, m_app.namesInUse()).path();
+        s_Sound_File_Source = importNames(m_session.s_Output_Folder, m_session.namesInUse()).path();
         QFile::remove(s_Sound_File_Source);
         // The take grows in a hidden file of its own and gets its name when it
         // stops: a result of another window named by the same second can then
         // neither replace the take while it is recorded nor be replaced by it.
         // A take never grows past what a WAV holds, nor fills the work folder:
         // with too little room it does not start, and it stops at the limit.
-        const QString folder = m_app.s_Output_Folder;
+        const QString folder = m_session.s_Output_Folder;
         if (const QString problem = roomForBytesProblem(folder, workingWavBytes(1.0)); !problem.isEmpty()) {
             showErrorAlert(this, problem);
             return;
@@ -294,9 +291,9 @@ void Document::endRecording() {
     btnOpen->setEnabled(true);
     ez_Microphone->stopFetchingAudio();
     // Taken meanwhile by another window's file: the next free second.
-    if (const QStringList taken = m_app.namesInUse();
+    if (const QStringList taken = m_session.namesInUse();
         taken.contains(s_Sound_File_Source) || QFileInfo::exists(s_Sound_File_Source))
-        s_Sound_File_Source = importNames(m_app.s_Output_Folder, taken).path();
+        s_Sound_File_Source = importNames(m_session.s_Output_Folder, taken).path();
     const QString grown = soundRecorder->path();
     soundRecorder.release()->deleteLater(); // this may run inside its own signal
     if (!isReadableAudio(grown) || !QFile::rename(grown, s_Sound_File_Source)) {
@@ -313,27 +310,27 @@ void Document::endRecording() {
         return;
     }
 
-    s_File_Path = s_WAV_File_Path = s_Sound_File_Source;
-    const QFileInfo take(s_File_Path);
-    s_File_Extension = take.suffix();
-    s_File_Name_Without_Extension = take.completeBaseName();
-    s_WAV_File_URL = QString("file://%1/%2.%3")
-                         .arg(m_app.s_Output_Folder, s_File_Name_Without_Extension, s_File_Extension);
-    setWindowTitle(s_File_Name_Without_Extension + "." + s_File_Extension);
-    s_File_Size = fileSizeText(take.size());
-    openFileWithFilePathURL(s_WAV_File_URL);
+    m_track.s_File_Path = m_track.s_WAV_File_Path = s_Sound_File_Source;
+    const QFileInfo take(m_track.s_File_Path);
+    m_track.s_File_Extension = take.suffix();
+    m_track.s_File_Name_Without_Extension = take.completeBaseName();
+    m_track.s_WAV_File_URL = fileUrlText(m_session.s_Output_Folder, m_track.s_File_Name_Without_Extension +
+                                                                        u'.' + m_track.s_File_Extension);
+    setWindowTitle(m_track.s_File_Name_Without_Extension + "." + m_track.s_File_Extension);
+    m_track.s_File_Size = fileSizeText(take.size());
+    openFileWithFilePathURL(m_track.s_WAV_File_URL);
     // The buttons follow the status at once, so that nothing pressed while the
     // take's length is measured meets a stale toolbar.
     viewAudioPlot->b_Recording = false;
     applyButtons(buttonsAfter(TransportStep::StopRecording));
     const int request = beginLoad();
-    const QString path = s_WAV_File_Path;
-    m_app.runner().submit(buildProbePlan(path), this, [this, request, path](const PlanOutcome& outcome) {
+    const QString path = m_track.s_WAV_File_Path;
+    m_session.runner().submit(buildProbePlan(path), this, [this, request, path](const PlanOutcome& outcome) {
         if (request != m_loadRequest)
             return;
         // A fresh history holding the take alone, its position one past it.
-        s_WAV_File_Path = path;
-        finishLoading(shownSeconds(outcome, s_WAV_File_Path), recordedVersionLabel(),
+        m_track.s_WAV_File_Path = path;
+        finishLoading(shownSeconds(outcome, m_track.s_WAV_File_Path), recordedVersionLabel(),
                       LoadEnd::RecordingTaken);
     });
 }

@@ -109,6 +109,16 @@ private slots:
                  QString("/home/u/Documents/Tanselo/a b.wav"));
         QCOMPARE(fileUrlText("/home/u/Documents/Tanselo", "a b.wav"),
                  QString("file:///home/u/Documents/Tanselo/a b.wav"));
+        QCOMPARE(fileUrlText("/in/50% #1.wav"), QString("file:///in/50% #1.wav"));
+    }
+
+    // The URL texts are not escaped: reading one back gives the very path,
+    // "%" and "#" included, where QUrl would take them for escapes and a fragment.
+    void aUrlTextGivesBackItsPathAsItStands() {
+        for (const QString& path :
+             {QString("/w/a b.wav"), QString("/in/50%20off #2?.wav"), QString("/w/ü.wav")})
+            QCOMPARE(pathOfFileUrlText(fileUrlText(path)), path);
+        QCOMPARE(pathOfFileUrlText("/plain/path.wav"), QString("/plain/path.wav"));
     }
 
     void importArgumentsEndWithTheConversionTail() {

@@ -175,14 +175,14 @@ private slots:
         // Both quiet ends are gone (and the inserted second with the end): the tone's 3 s are left.
         const double seconds = double(batch.size()) / 2 / 44100;
         QVERIFY2(seconds > 2.9 && seconds < 3.3, qPrintable(QString::number(seconds)));
-        QVERIFY(batch == fixtures::samples(e->s_WAV_File_Path));
+        QVERIFY(batch == fixtures::samples(e->track().s_WAV_File_Path));
     }
 
     void aSelectionsEchoIsListedAsSkippedWithItsReason() {
         Document* d = gui::openInNewWindow(*m_app, m_source);
         QVERIFY(d);
-        d->viewAudioPlot->f_Selection_Start = 20;
-        d->viewAudioPlot->f_Selection_End = 40;
+        d->track().f_Selection_Start = 20;
+        d->track().f_Selection_End = 40;
         QVERIFY(apply(d, "Echo", true));
         QVERIFY(apply(d, "FadeOut"));
         BatchDialog* dialog = openBatch(d);

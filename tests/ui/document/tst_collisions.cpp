@@ -45,8 +45,9 @@ class tst_Collisions : public EditingFixture {
     void checkWindow(const Window& w, const QString& when) {
         const Document* d = w.d;
         const QString what = QString("%1, gain %2: ").arg(when).arg(w.gain);
-        QVERIFY2(QFile::exists(d->s_WAV_File_Path), qPrintable(what + d->s_WAV_File_Path + " is missing"));
-        QCOMPARE(d->windowTitle(), QFileInfo(d->s_WAV_File_Path).fileName());
+        QVERIFY2(QFile::exists(d->track().s_WAV_File_Path),
+                 qPrintable(what + d->track().s_WAV_File_Path + " is missing"));
+        QCOMPARE(d->windowTitle(), QFileInfo(d->track().s_WAV_File_Path).fileName());
         for (const QString& version : d->history().array_WAV_Files()) {
             QVERIFY2(QFile::exists(version), qPrintable(what + version + " is missing"));
             const fixtures::WavInfo info = fixtures::wavInfo(version);
@@ -55,15 +56,17 @@ class tst_Collisions : public EditingFixture {
                 QVERIFY2(sameLevel(level(version), toneLevel(w.gain)),
                          qPrintable(what + QString("%1 has level %2").arg(version).arg(level(version))));
         }
-        const double seconds = fixtures::wavInfo(d->s_WAV_File_Path).seconds();
+        const double seconds = fixtures::wavInfo(d->track().s_WAV_File_Path).seconds();
         const qint64 whole = qint64(std::floor(std::round(seconds * 100) / 100));
-        QVERIFY2(d->i_Audio_Duration_Seconds == whole,
-                 qPrintable(what +
-                            QString("shows %1 s, holds %2 s").arg(d->i_Audio_Duration_Seconds).arg(seconds)));
+        QVERIFY2(
+            d->track().i_Audio_Duration_Seconds == whole,
+            qPrintable(
+                what +
+                QString("shows %1 s, holds %2 s").arg(d->track().i_Audio_Duration_Seconds).arg(seconds)));
     }
 
     void checkClipboard(const QString& when) {
-        const QString clip = m_app->s_Copied_WAV_File;
+        const QString clip = m_app->session().s_Copied_WAV_File;
         // After a cut the copied audio is a version of the window it was cut
         // in, and goes with that window's history when a file is opened there.
         if (clip.isEmpty() || (!QFile::exists(clip) && removedFiles::wasRemoved(clip)))
@@ -114,7 +117,7 @@ private slots:
     void cleanup() {
         setNamingClock({});
         m_clipGain = 0;
-        m_app->s_Copied_WAV_File.clear();
+        m_app->session().s_Copied_WAV_File.clear();
         closeAll();
     }
 
@@ -124,7 +127,7 @@ private slots:
             {[&] { a.d->OnPopupReverseEntireTrack(); }, [&] { b.d->OnPopupReverseEntireTrack(); }}));
         QCOMPARE(a.d->history().array_WAV_Files().size(), 2);
         QCOMPARE(b.d->history().array_WAV_Files().size(), 2);
-        QVERIFY(a.d->s_WAV_File_Path != b.d->s_WAV_File_Path);
+        QVERIFY(a.d->track().s_WAV_File_Path != b.d->track().s_WAV_File_Path);
         checkAll("after the two reverses");
     }
 
@@ -137,28 +140,30 @@ private slots:
         m_clipGain = a.gain;
         setMarkers(b.d, 20, 50, 0);
         QVERIFY(runTogether({[&] { a.d->OnPopupMenuPasteAtEnd(); }, [&] { b.d->Operation_Delete(); }}));
-        QVERIFY2(a.d->s_WAV_File_Path.endsWith("Before.wav"), qPrintable(a.d->s_WAV_File_Path));
-        QVERIFY(std::abs(fixtures::wavInfo(a.d->s_WAV_File_Path).seconds() - 7.8) < 0.05);
-        QVERIFY(std::abs(fixtures::wavInfo(b.d->s_WAV_File_Path).seconds() - 4.2) < 0.05);
+        QVERIFY2(a.d->track().s_WAV_File_Path.endsWith("Before.wav"),
+                 qPrintable(a.d->track().s_WAV_File_Path));
+        QVERIFY(std::abs(fixtures::wavInfo(a.d->track().s_WAV_File_Path).seconds() - 7.8) < 0.05);
+        QVERIFY(std::abs(fixtures::wavInfo(b.d->track().s_WAV_File_Path).seconds() - 4.2) < 0.05);
         checkAll("after the paste and the delete");
     }
 
     void aCopyInTheSecondOfAnEditCopiesTheSelection() {
         const Window a = m_windows[0];
         QVERIFY(runTogether({[&] { a.d->OnPopupReverseEntireTrack(); }}));
-        const QString track = a.d->s_WAV_File_Path;
+        const QString track = a.d->track().s_WAV_File_Path;
         const QByteArray content = fixtures::digest(track);
         setMarkers(a.d, 40, 60, 0); // 2.4 to 3.6 s of the 6 s
         QSignalSpy copied(a.d, &Document::copied);
         a.d->Operation_Copy();
         QVERIFY(copied.wait(20000) && gui::waitIdle(*m_app));
         m_clipGain = a.gain;
-        const QString clip = m_app->s_Copied_WAV_File;
+        const QString clip = m_app->session().s_Copied_WAV_File;
         QVERIFY(clip != track);
         QCOMPARE(fixtures::digest(track), content);
         // The selection as the time strings the tools were given.
-        const double start = secondsOfTimeString(a.d->sStartSelection);
-        const double length = secondsOfTimeString(a.d->sDurationSelection);
+        const SegmentVariables selection = a.d->track().Calculate_Segment_Variables();
+        const double start = secondsOfTimeString(selection.sStartSelection);
+        const double length = secondsOfTimeString(selection.sDurationSelection);
         QVERIFY(length > 1.1);
         QCOMPARE(fixtures::wavInfo(clip).frames, qRound(length * 44100));
         // The clip is the selection's samples, from the reversed track.
@@ -191,7 +196,7 @@ private slots:
                 Document* d = w.d;
                 const int kind = random.bounded(7);
                 const float start = float(random.bounded(10, 40)), end = start + float(random.bounded(5, 20));
-                const bool longEnough = d->i_Audio_Duration_Seconds >= 3;
+                const bool longEnough = d->track().i_Audio_Duration_Seconds >= 3;
                 log << QString("%1:%2").arg(index).arg(kind);
                 switch (kind) {
                 case 0:
@@ -243,7 +248,7 @@ private slots:
                     qInfo("window of gain %.1f: %s at %llu", w.gain,
                           qPrintable(w.d->history().array_WAV_Files().join(", ")),
                           w.d->history().u_array_WAV_Files_Position());
-                qInfo("copied audio: %s", qPrintable(m_app->s_Copied_WAV_File));
+                qInfo("copied audio: %s", qPrintable(m_app->session().s_Copied_WAV_File));
                 qInfo("work folder: %s", qPrintable(workFiles().join(", ")));
                 return;
             }

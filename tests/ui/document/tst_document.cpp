@@ -70,7 +70,7 @@ private slots:
     void initTestCase() {
         m_app = gui::startApplication(m_root.filePath("home"));
         QVERIFY(m_app);
-        m_folder = m_app->s_Output_Folder;
+        m_folder = m_app->session().s_Output_Folder;
         m_tone = m_root.filePath("tone 10 s.wav");
         fixtures::makeTone(m_tone, 10, 1000, 0.5);
     }
@@ -81,9 +81,9 @@ private slots:
         QVERIFY(gui::waitIdle(*m_app));
         // Loading over the silence track deletes it with the old history, as
         // it must; the next test starts from a fresh one.
-        if (!QFile::exists(m_app->sSilenceWavPath))
-            QCOMPARE(fixtures::run("sox", {"-n", "-r", "44100", "-c", "2", m_app->sSilenceWavPath, "trim",
-                                           "0.0", "60.0"}),
+        if (!QFile::exists(m_app->session().sSilenceWavPath))
+            QCOMPARE(fixtures::run("sox", {"-n", "-r", "44100", "-c", "2", m_app->session().sSilenceWavPath,
+                                           "trim", "0.0", "60.0"}),
                      0);
     }
 
@@ -95,17 +95,17 @@ private slots:
         QCOMPARE(buttonStates(d), AfterFirstTimer);
         QCOMPARE(d->audioPlot->backgroundColor(), QColor(0, 0, 0));
         QCOMPARE(d->audioPlot->color(), QColor(0, 255, 0));
-        QCOMPARE(d->viewAudioPlot->f_Selection_Start, 40.0f);
-        QCOMPARE(d->viewAudioPlot->f_Selection_End, 60.0f);
+        QCOMPARE(d->track().f_Selection_Start, 40.0f);
+        QCOMPARE(d->track().f_Selection_End, 60.0f);
         QVERIFY(waitLoaded(d));
         QCOMPARE(buttonStates(d), AfterLoading);
         QVERIFY(d->b_Audio_Loaded && d->viewAudioPlot->b_Audio_Loaded && d->viewTimeRule->b_Audio_Loaded);
         QCOMPARE(d->windowTitle(), QString("silence.wav"));
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(60));
-        QCOMPARE(d->viewAudioPlot->f_Audio_Length, 60.0f);
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(60));
+        QCOMPARE(d->track().f_Audio_Length, 60.0f);
         QCOMPARE(d->viewTimeRule->i_Audio_Duration_Seconds, qint64(60));
         QCOMPARE(d->labelDuration->text(), QString("Length 00:01:00"));
-        QCOMPARE(d->history().array_WAV_Files(), QStringList({m_app->sSilenceWavPath}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({m_app->session().sSilenceWavPath}));
     }
 
     void aCancelledOpenDialogLoadsTheSilenceTrack() {
@@ -116,10 +116,10 @@ private slots:
         QVERIFY(waitLoaded(d));
         QCOMPARE(m_app->u_Open_New_Document, 0u);
         QCOMPARE(d->windowTitle(), QString("silence.wav"));
-        QCOMPARE(d->s_WAV_File_Path, m_app->sSilenceWavPath);
-        QCOMPARE(d->s_WAV_File_URL, m_app->sSilenceWavURL);
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(60));
-        QCOMPARE(d->history().array_WAV_Files(), QStringList({m_app->sSilenceWavPath}));
+        QCOMPARE(d->track().s_WAV_File_Path, m_app->session().sSilenceWavPath);
+        QCOMPARE(d->track().s_WAV_File_URL, m_app->session().sSilenceWavURL);
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(60));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({m_app->session().sSilenceWavPath}));
 
         // The dialog asked for one existing file of the fifteen accepted kinds.
         QVERIFY(dialog->shown);
@@ -136,7 +136,7 @@ private slots:
         Document* d = gui::firstDocument(*m_app);
         QVERIFY(d);
         QVERIFY(gui::openInto(d, m_tone, [d] { d->OnToolbarOpen(); }));
-        QCOMPARE(d->s_File_Path, m_tone);
+        QCOMPARE(d->track().s_File_Path, m_tone);
         d->resize(1000, 400);
         QTest::qWait(50);
         QCOMPARE(d->audioPlot->geometry(), d->viewAudioPlot->rect());
@@ -180,26 +180,26 @@ private slots:
         const QString two = workCopy("2024-01-01-00-00-02.wav", 2);
         const QString three = workCopy("2024-01-01-00-00-03.wav", 3);
         for (const QString& version : {two, three}) {
-            d->s_WAV_File_Path = version;
+            d->track().s_WAV_File_Path = version;
             d->Add_WAV_File_To_Undo_Redo_Array("Cut");
         }
-        d->viewAudioPlot->f_Selection_Start = 12;
-        d->viewAudioPlot->f_Selection_End = 34;
+        d->track().f_Selection_Start = 12;
+        d->track().f_Selection_End = 34;
         d->Operation_Undo();
         QVERIFY(waitLoaded(d));
-        QCOMPARE(d->s_WAV_File_Path, two);
+        QCOMPARE(d->track().s_WAV_File_Path, two);
         QCOMPARE(d->windowTitle(), QString("2024-01-01-00-00-02.wav"));
-        QCOMPARE(d->s_WAV_File_URL, "file://" + two);
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(2));
-        QCOMPARE(d->viewAudioPlot->f_Audio_Length, 2.0f);
+        QCOMPARE(d->track().s_WAV_File_URL, "file://" + two);
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(2));
+        QCOMPARE(d->track().f_Audio_Length, 2.0f);
         QCOMPARE(d->viewTimeRule->i_Audio_Duration_Seconds, qint64(2));
-        QCOMPARE(d->viewAudioPlot->f_Selection_Start, 12.0f);
-        QCOMPARE(d->viewAudioPlot->f_Selection_End, 34.0f);
+        QCOMPARE(d->track().f_Selection_Start, 12.0f);
+        QCOMPARE(d->track().f_Selection_End, 34.0f);
         d->Operation_Undo();
         QVERIFY(waitLoaded(d));
         QCOMPARE(d->windowTitle(), QString("silence.wav"));
-        QCOMPARE(d->s_WAV_File_URL, m_app->sSilenceWavURL);
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(60));
+        QCOMPARE(d->track().s_WAV_File_URL, m_app->session().sSilenceWavURL);
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(60));
         d->Operation_Undo(); // stays at the oldest version, reloaded all the same
         QVERIFY(waitLoaded(d));
         QCOMPARE(d->history().u_array_WAV_Files_Position(), 0u);
@@ -207,11 +207,11 @@ private slots:
         QVERIFY(waitLoaded(d));
         d->Operation_Redo();
         QVERIFY(waitLoaded(d));
-        QCOMPARE(d->s_WAV_File_Path, three);
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(3));
+        QCOMPARE(d->track().s_WAV_File_Path, three);
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(3));
         d->Operation_Redo(); // nothing undone: the newest version again
         QVERIFY(waitLoaded(d));
-        QCOMPARE(d->s_WAV_File_Path, three);
+        QCOMPARE(d->track().s_WAV_File_Path, three);
         QCOMPARE(buttonStates(d), AfterLoading);
     }
 
@@ -220,13 +220,13 @@ private slots:
         QVERIFY(d);
         const QString outside = m_root.filePath("outside.wav");
         fixtures::makeTone(outside, 4);
-        d->s_WAV_File_Path = outside;
+        d->track().s_WAV_File_Path = outside;
         d->Add_WAV_File_To_Undo_Redo_Array("Cut");
         d->Operation_Redo();
         QVERIFY(waitLoaded(d));
-        QCOMPARE(d->s_WAV_File_Path, outside);
-        QCOMPARE(d->s_WAV_File_URL, "file://" + m_folder + "/outside.wav");
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(4));
+        QCOMPARE(d->track().s_WAV_File_Path, outside);
+        QCOMPARE(d->track().s_WAV_File_URL, "file://" + m_folder + "/outside.wav");
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(4));
     }
 
     void undoBeforeAnythingIsLoadedDoesNothing() {
@@ -242,19 +242,19 @@ private slots:
         Document* d = gui::firstDocument(*m_app);
         QVERIFY(d);
         const QString edit = workCopy("2024-01-01-00-01-00.wav", 1);
-        d->s_WAV_File_Path = edit;
+        d->track().s_WAV_File_Path = edit;
         d->Add_WAV_File_To_Undo_Redo_Array("Cut");
         // Two versions: the editor asks first, and Open… goes on as always.
         const auto asked = gui::answerAlert("Open…");
         QVERIFY(gui::openInto(d, m_tone, [d] { d->OnToolbarOpen(); }));
         QVERIFY(asked->shown);
-        QCOMPARE(d->s_File_Path, m_tone);
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(10));
-        QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_WAV_File_Path}));
+        QCOMPARE(d->track().s_File_Path, m_tone);
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(10));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({d->track().s_WAV_File_Path}));
         QCOMPARE(d->history().u_array_WAV_Files_Length(), 1u);
         QVERIFY(!QFile::exists(edit));
-        QVERIFY(!QFile::exists(m_app->sSilenceWavPath)); // listed, so deleted: required
-        const QString imported = d->s_WAV_File_Path;
+        QVERIFY(!QFile::exists(m_app->session().sSilenceWavPath)); // listed, so deleted: required
+        const QString imported = d->track().s_WAV_File_Path;
         QVERIFY(imported.startsWith(m_folder + "/"));
 
         // Cancelling the dialog there replaces the track with the (now missing) silence track.
@@ -262,8 +262,8 @@ private slots:
         d->OnToolbarOpen();
         QVERIFY(waitLoaded(d));
         QCOMPARE(d->windowTitle(), QString("silence.wav"));
-        QCOMPARE(d->history().array_WAV_Files(), QStringList({m_app->sSilenceWavPath}));
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(0));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({m_app->session().sSilenceWavPath}));
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(0));
         QVERIFY(!QFile::exists(imported));
         QVERIFY(QFile::exists(m_tone)); // the opened file is never touched
     }
@@ -294,7 +294,7 @@ private slots:
         QVERIFY(d);
         d->resize(1000, 400);
         QTest::qWait(20);
-        d->viewAudioPlot->f_Audio_Position = 15.0f;
+        d->track().f_Audio_Position = 15.0f;
         d->viewAudioPlot->grab();
         const int w = d->scrollviewAudioPlot->viewport()->width();
         for (int i = 0; i < 3; ++i)
@@ -310,7 +310,7 @@ private slots:
         QCOMPARE(d->scrollviewAudioPlot->horizontalScrollBar()->maximum(), 3 * w);
         // The markers keep their percentages and move to their new x.
         d->viewAudioPlot->grab();
-        QCOMPARE(d->viewAudioPlot->f_Selection_Start, 40.0f);
+        QCOMPARE(d->track().f_Selection_Start, 40.0f);
         QCOMPARE(d->viewAudioPlot->rect_Selection_Start.x(), 0.4 * 4 * w - 10);
         QCOMPARE(d->viewAudioPlot->rect_Selection_End.x(), 0.6 * 4 * w - 10);
         QCOMPARE(d->viewAudioPlot->rect_Position_Top.x(), 0.25 * 4 * w - 10);
@@ -329,13 +329,13 @@ private slots:
         d->viewAudioPlot->grab();
         const int w = d->viewAudioPlot->width();
         QTest::mouseClick(d->viewAudioPlot, Qt::LeftButton, {}, QPoint(w / 4, 10));
-        QCOMPARE(d->labelPosition->text(), "Position " + timeString(d->viewAudioPlot->f_Audio_Position));
+        QCOMPARE(d->labelPosition->text(), "Position " + timeString(d->track().f_Audio_Position));
         QVERIFY(d->labelPosition->text().startsWith("Position 00:00:1"));
-        d->Calculate_Segment_Variables();
-        QCOMPARE(d->sStartSelection, QString("00:00:24.00"));
-        QCOMPARE(d->sEndSelection, QString("00:00:36.00"));
-        QCOMPARE(d->sDurationLastSegment, QString("00:00:24.00"));
-        QCOMPARE(d->sStart, QString("00:00:00.00"));
+        const SegmentVariables v = d->track().Calculate_Segment_Variables();
+        QCOMPARE(v.sStartSelection, QString("00:00:24.00"));
+        QCOMPARE(v.sEndSelection, QString("00:00:36.00"));
+        QCOMPARE(v.sDurationLastSegment, QString("00:00:24.00"));
+        QCOMPARE(v.sStart, QString("00:00:00.00"));
     }
 
     void aColourChosenInTheColourDialogBecomesTheWaveformColour() {
@@ -361,8 +361,8 @@ private slots:
         QVERIFY(d);
         const QString p1 = workCopy("split_PART_1.wav", 1);
         const QString p2 = workCopy("split_PART_2.wav", 2);
-        d->s_WAV_File_Path = p1;
-        d->s_WAV_File_URL = "file://" + p1;
+        d->track().s_WAV_File_Path = p1;
+        d->track().s_WAV_File_URL = "file://" + p1;
         d->Add_WAV_File_To_Undo_Redo_Array("Cut");
         m_app->array_Pre_Generated_Docs = {p1, p2};
         m_app->u_Pre_Generated_Docs_Index = 0;
@@ -372,13 +372,13 @@ private slots:
         QCOMPARE(m_app->documents().size(), 2);
         QVERIFY(refreshed.wait(10000));
         QCOMPARE(d->audioPlot->color(), QColor(0, 0, 255));
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(1));
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(1));
         QCOMPARE(d->history().array_WAV_Files(), QStringList({p1}));
         QVERIFY(!QFile::exists(p1));
         Document* added = m_app->documents()[1];
         QVERIFY(QTest::qWaitFor([&] { return added->b_Audio_Loaded; }, 10000));
         QCOMPARE(added->windowTitle(), QString("split_PART_1.wav"));
-        QCOMPARE(added->i_Audio_Duration_Seconds, qint64(0));
+        QCOMPARE(added->track().i_Audio_Duration_Seconds, qint64(0));
         QCOMPARE(m_app->u_Open_New_Document, 2u);
         Document* next = m_app->newDocument();
         QVERIFY(QTest::qWaitFor([&] { return next->b_Audio_Loaded; }, 10000));
@@ -412,7 +412,7 @@ private slots:
             20000));
         for (int i = 0; i < 3; ++i) {
             QCOMPARE(added[i]->windowTitle(), QString("part_PART_%1.wav").arg(i + 1));
-            QCOMPARE(added[i]->i_Audio_Duration_Seconds, qint64(i + 1));
+            QCOMPARE(added[i]->track().i_Audio_Duration_Seconds, qint64(i + 1));
             QCOMPARE(added[i]->audioPlot->color(), QColor(255, 0, 0));
             QCOMPARE(added[i]->history().array_WAV_Files(),
                      QStringList({parts[i]})); // used in place, not copied
@@ -444,7 +444,7 @@ private slots:
         QCOMPARE(added[0]->windowTitle(), QString("mode_PART_1.wav"));
         QCOMPARE(added[1]->windowTitle(), QString("mode_PART_2.wav"));
         QVERIFY(dialog->shown);
-        QCOMPARE(added[2]->s_File_Path, m_tone);
+        QCOMPARE(added[2]->track().s_File_Path, m_tone);
         QCOMPARE(m_app->u_Open_New_Document, 0u);
     }
 
@@ -459,8 +459,8 @@ private slots:
                               [d] { d->OnToolbarOpen(); })); // called directly, as a menu command would
         QTest::qWait(400);
         QVERIFY(gui::waitIdle(*m_app));
-        QCOMPARE(d->s_File_Path, m_tone);
-        QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_WAV_File_Path}));
+        QCOMPARE(d->track().s_File_Path, m_tone);
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({d->track().s_WAV_File_Path}));
         QVERIFY(d->btnOpen->isEnabled());
     }
 

@@ -61,7 +61,7 @@ private slots:
             QCOMPARE(w->comboChannels->currentText(), QString("Stereo"));
             QCOMPARE(w->comboBitrate->currentText(), QString("40k"));
             QCOMPARE(w->comboBitrate->count(), 16);
-            QCOMPARE(w->s_WAV_File_Path, d->s_WAV_File_Path);
+            QCOMPARE(w->s_WAV_File_Path, d->track().s_WAV_File_Path);
             QVERIFY(w->btnExport->isDefault());
             // The proposal stands in the folder the track was opened from; it is accepted as it is.
             const QString destination = m_root.filePath("recordings/output.wav");
@@ -70,13 +70,13 @@ private slots:
         QVERIFY(focusOnFormat);
         QCOMPARE(proposed, m_root.filePath("recordings/output.wav"));
         const QString out = m_root.filePath("recordings/output.wav");
-        QCOMPARE(lastRunTo(out), QStringList({"-i", d->s_WAV_File_Path, "-vn", "-ar", "44100", "-ac", "2",
-                                              "-ab", "40k", out}));
+        QCOMPARE(lastRunTo(out), QStringList({"-i", d->track().s_WAV_File_Path, "-vn", "-ar", "44100", "-ac",
+                                              "2", "-ab", "40k", out}));
         const auto info = probe(out);
         QCOMPARE(info.value("codec_name"), QString("pcm_s16le"));
         QCOMPARE(info.value("sample_rate"), QString("44100"));
         QCOMPARE(info.value("channels"), QString("2"));
-        checkLength(out, d->s_WAV_File_Path);
+        checkLength(out, d->track().s_WAV_File_Path);
         QVERIFY(alert->shown);
         QCOMPARE(alert->text, QString("Success"));
         QCOMPARE(alert->informativeText, QString("Audio file saved successfully."));
@@ -137,7 +137,7 @@ private slots:
         QCOMPARE(info.value("codec_name"), codec);
         QCOMPARE(info.value("sample_rate"), sampleRate);
         QCOMPARE(info.value("channels"), channelCount);
-        checkLength(out, d->s_WAV_File_Path);
+        checkLength(out, d->track().s_WAV_File_Path);
         if (codec == "mp3") { // the item "128k" passes 160k
             QCOMPARE(lastRunTo(out).at(8), QString("160k"));
             const double bitRateSeen = info.value("bit_rate").toDouble();
@@ -223,8 +223,8 @@ private slots:
             QVERIFY(ended.wait(30000));
             QTest::keyClick(w, Qt::Key_Escape);
         });
-        Window_AF_WAV dialog(*m_app, d);
-        dialog.s_WAV_File_Path = d->s_WAV_File_Path;
+        Window_AF_WAV dialog(m_app->session(), m_app->session().protectedFiles(), d);
+        dialog.s_WAV_File_Path = d->track().s_WAV_File_Path;
         result = dialog.exec();
         QCOMPARE(result, 0);
         QCOMPARE(alert->text, QString("Success"));
@@ -234,7 +234,7 @@ private slots:
     void withoutAnOpenedFileTheProposalStandsInMusicElseAtHome() {
         Document* d = openTone();
         QVERIFY(d);
-        m_app->lastOpenFolder.clear();
+        m_app->session().lastOpenFolder.clear();
         const QString home = QDir::homePath();
         QString proposed;
         withDialog(d, [&](Window_AF_WAV* w) {
@@ -260,7 +260,7 @@ private slots:
         old.close();
         QCOMPARE(exportVia(d, {}, out).text, QString("Success"));
         QCOMPARE(probe(out).value("codec_name"), QString("pcm_s16le"));
-        checkLength(out, d->s_WAV_File_Path);
+        checkLength(out, d->track().s_WAV_File_Path);
     }
 
     void aNameWithBlanksQuotesAndShellWordsIsWrittenIntact() {
@@ -274,7 +274,7 @@ private slots:
         QVERIFY(QFile::exists(out));
         QVERIFY(!QFile::exists(m_out + "/pwned") && !QFile::exists("pwned"));
         QCOMPARE(probe(out).value("codec_name"), QString("mp3"));
-        checkLength(out, d->s_WAV_File_Path);
+        checkLength(out, d->track().s_WAV_File_Path);
     }
 
     void aNameWithDoubleQuotesIsWrittenIntact() {
@@ -283,7 +283,7 @@ private slots:
         Document* d = openTone();
         QVERIFY(d);
         const QString out = m_out + QString::fromUtf8("/say \"hi\"; $(touch pwned) – Ωmega.wav");
-        const QStringList arguments = *exporting::exportArguments(d->s_WAV_File_Path, {}, out);
+        const QStringList arguments = *exporting::exportArguments(d->track().s_WAV_File_Path, {}, out);
         bool done = false;
         m_app->runner().submit(
             exporting::buildExportPlan(out, arguments), nullptr, [&](const PlanOutcome& outcome) {
@@ -293,7 +293,7 @@ private slots:
         QVERIFY(QTest::qWaitFor([&] { return done; }, 30000));
         QCOMPARE(probe(out).value("codec_name"), QString("pcm_s16le"));
         QVERIFY(!QFile::exists(m_out + "/pwned") && !QFile::exists("pwned"));
-        checkLength(out, d->s_WAV_File_Path);
+        checkLength(out, d->track().s_WAV_File_Path);
     }
 
     void theSaveCommandPressedTwiceWithinATenthOpensOneDialog() {
@@ -341,7 +341,7 @@ private slots:
         QCOMPARE(m_app->actionExport->shortcut(), QKeySequence(QKeySequence::Save));
         bool shown = false;
         gui::whenModal<Window_AF_WAV>([&](Window_AF_WAV* w) {
-            shown = w->s_WAV_File_Path == d->s_WAV_File_Path;
+            shown = w->s_WAV_File_Path == d->track().s_WAV_File_Path;
             w->reject();
         });
         m_app->actionExport->trigger();

@@ -41,14 +41,14 @@ class tst_ExportFaults : public ExportFixture {
         QByteArray content;
     };
     static Snapshot snapshot(const Document* d) {
-        return {d->s_WAV_File_Path, d->history().array_WAV_Files(), d->history().u_array_WAV_Files_Position(),
-                fixtures::digest(d->s_WAV_File_Path)};
+        return {d->track().s_WAV_File_Path, d->history().array_WAV_Files(),
+                d->history().u_array_WAV_Files_Position(), fixtures::digest(d->track().s_WAV_File_Path)};
     }
     static void checkUnchanged(const Document* d, const Snapshot& before) {
-        QCOMPARE(d->s_WAV_File_Path, before.path);
+        QCOMPARE(d->track().s_WAV_File_Path, before.path);
         QCOMPARE(d->history().array_WAV_Files(), before.versions);
         QCOMPARE(d->history().u_array_WAV_Files_Position(), before.position);
-        QCOMPARE(fixtures::digest(d->s_WAV_File_Path), before.content);
+        QCOMPARE(fixtures::digest(d->track().s_WAV_File_Path), before.content);
         QVERIFY(d->btnSave->isEnabled() && d->btnCut->isEnabled());
     }
     // The window still exports after a failure.
@@ -56,7 +56,7 @@ class tst_ExportFaults : public ExportFixture {
         const QString out = m_out + "/afterwards.wav";
         QFile::remove(out);
         QCOMPARE(exportVia(d, {}, out).text, QString("Success"));
-        checkLength(out, d->s_WAV_File_Path);
+        checkLength(out, d->track().s_WAV_File_Path);
     }
 
     // A file of the user's at `path`, made from the tone by ffmpeg.
@@ -89,8 +89,8 @@ private slots:
         QVERIFY(gui::waitIdle(*m_app));
         const Snapshot before = snapshot(d);
         const qsizetype runs = m_app->runner().runs().size();
-        for (const QString& inUse :
-             {d->s_WAV_File_Path, other->s_WAV_File_Path, m_app->s_Copied_WAV_File, m_app->sSilenceWavPath}) {
+        for (const QString& inUse : {d->track().s_WAV_File_Path, other->track().s_WAV_File_Path,
+                                     m_app->session().s_Copied_WAV_File, m_app->session().sSilenceWavPath}) {
             const QByteArray content = fixtures::digest(inUse);
             const gui::AlertSeen alert = exportVia(d, {}, inUse);
             QCOMPARE(alert.text, QString("Error"));
@@ -231,12 +231,12 @@ private slots:
     void anExportCutShortByADamagedTrackKeepsTheFileItWasToReplace() {
         Document* d = openTone(); // 10 s
         QVERIFY(d);
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(10));
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(10));
         const QString song = m_out + "/song.wav";
         const QByteArray mine = usersFile(song);
         // The track's file loses its last six seconds outside the editor; its
         // header still says ten, and ffmpeg ends normally with what is there.
-        QVERIFY(QFile::resize(d->s_WAV_File_Path, 44 + 4LL * 44100 * 4));
+        QVERIFY(QFile::resize(d->track().s_WAV_File_Path, 44 + 4LL * 44100 * 4));
         const gui::AlertSeen alert = exportVia(d, {}, song);
         QCOMPARE(alert.text, QString("Error"));
         QVERIFY2(
@@ -260,7 +260,7 @@ private slots:
         QVERIFY(d);
         const Snapshot before = snapshot(d);
         const qsizetype runs = m_app->runner().runs().size();
-        const QString folder = m_app->s_Output_Folder;
+        const QString folder = m_app->session().s_Output_Folder;
         QDir().mkpath(folder + "/kept");
         for (const QString& out : {folder + "/mine.wav", folder + "/kept/mine.mp3"}) {
             const gui::AlertSeen alert = exportVia(d, {}, out);

@@ -53,7 +53,7 @@ class tst_FullDisk : public QObject {
     // Opening `source` into a new window is refused with an alert that
     // contains `said`; nothing is written and the window shows silence.
     static void checkOpenRefused(AppDelegate& app, const QString& source, const QStringList& said) {
-        const QStringList before = QDir(app.s_Output_Folder).entryList(QDir::Files | QDir::Hidden);
+        const QStringList before = QDir(app.session().s_Output_Folder).entryList(QDir::Files | QDir::Hidden);
         const auto alert = gui::answerAlert();
         gui::answerFileDialog(source);
         app.openDocument();
@@ -63,8 +63,8 @@ class tst_FullDisk : public QObject {
             QVERIFY2(alert->informativeText.contains(text), qPrintable(alert->informativeText));
         QVERIFY(gui::waitIdle(app));
         QTRY_VERIFY_WITH_TIMEOUT(d->b_Audio_Loaded, 10000);
-        QCOMPARE(d->s_WAV_File_Path, app.sSilenceWavPath);
-        QCOMPARE(QDir(app.s_Output_Folder).entryList(QDir::Files | QDir::Hidden), before);
+        QCOMPARE(d->track().s_WAV_File_Path, app.session().sSilenceWavPath);
+        QCOMPARE(QDir(app.session().s_Output_Folder).entryList(QDir::Files | QDir::Hidden), before);
     }
 
     struct Snapshot {
@@ -75,7 +75,8 @@ class tst_FullDisk : public QObject {
         bool operator==(const Snapshot&) const = default;
     };
     static Snapshot snapshot(const Document* d, const QString& folder) {
-        return {d->s_WAV_File_Path, d->history().array_WAV_Files(), fixtures::digest(d->s_WAV_File_Path),
+        return {d->track().s_WAV_File_Path, d->history().array_WAV_Files(),
+                fixtures::digest(d->track().s_WAV_File_Path),
                 QDir(folder).entryList(QDir::Files | QDir::Hidden)};
     }
 
@@ -89,10 +90,10 @@ private slots:
         QVERIFY(gui::waitIdle(*app));
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 10000);
         QVERIFY2(alert->informativeText.contains("Making the silence track") &&
-                     alert->informativeText.contains("The disk is full: " + app->s_Output_Folder),
+                     alert->informativeText.contains("The disk is full: " + app->session().s_Output_Folder),
                  qPrintable(alert->informativeText));
         // No shorter track passes for the minute of silence.
-        QVERIFY(!QFile::exists(app->sSilenceWavPath));
+        QVERIFY(!QFile::exists(app->session().sSilenceWavPath));
     }
 
     void aFileThatDoesNotFitIsRefusedBeforeAnythingIsWritten() {
@@ -106,7 +107,7 @@ private slots:
                                        "sine", "440"}),
                  0);
         checkOpenRefused(*app, source,
-                         {"not enough free space in the work folder " + app->s_Output_Folder,
+                         {"not enough free space in the work folder " + app->session().s_Output_Folder,
                           "to open “twenty minutes.wav”", "00:20:00"});
     }
 
@@ -125,7 +126,7 @@ private slots:
         QVERIFY(d);
         const QString clip = m_root.filePath("long clip.wav"); // 6:45:30 at the working format
         sparseWav(clip, 44100, 2, quint32((6 * 3600 + 45 * 60 + 30) * 44100LL * 4));
-        app->s_Copied_WAV_File = clip;
+        app->session().s_Copied_WAV_File = clip;
         const qsizetype runs = app->runner().runs().size();
         for (const auto& act : std::initializer_list<std::function<void()>>{
                  [d] { d->OnPopupMenuPasteAtEnd(); }, [d] { d->OnPopupPasteMixingAtEndOfSelection(); }}) {
@@ -139,7 +140,7 @@ private slots:
         QVERIFY(gui::waitIdle(*app));
         QCOMPARE(app->runner().runs().size(), runs);
         QCOMPARE(d->history().array_WAV_Files().size(), 1);
-        app->s_Copied_WAV_File.clear();
+        app->session().s_Copied_WAV_File.clear();
     }
 
     void aDiskThatFillsWhileEchoRunsKeepsTheTrack() {
@@ -151,7 +152,7 @@ private slots:
         fixtures::makeTone(source, 120, 440, 0.5); // 21 MB as a working WAV
         Document* d = gui::openInNewWindow(*app, source);
         QVERIFY(d);
-        const Snapshot before = snapshot(d, app->s_Output_Folder);
+        const Snapshot before = snapshot(d, app->session().s_Output_Folder);
 
         const auto alert = gui::answerAlert();
         d->applyEffect({{}, {"echo", "0.8", "0.88", "60", "0.4"}}, false);
@@ -160,10 +161,10 @@ private slots:
         // meanwhile may take some of it first: then a smaller filler).
         QStringList fillers;
         for (int i = 0; i < 20; ++i) {
-            const qint64 free = QStorageInfo(app->s_Output_Folder).bytesAvailable() - 1024 * 1024;
+            const qint64 free = QStorageInfo(app->session().s_Output_Folder).bytesAvailable() - 1024 * 1024;
             if (free <= 0)
                 break;
-            const QString filler = app->s_Output_Folder + QString("/.filler-%1").arg(i);
+            const QString filler = app->session().s_Output_Folder + QString("/.filler-%1").arg(i);
             if (fixtures::run("fallocate", {"-l", QString::number(free), filler}) == 0)
                 fillers << filler;
         }
@@ -171,13 +172,13 @@ private slots:
         QVERIFY(gui::waitIdle(*app, 60000));
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 10000);
         QVERIFY2(alert->informativeText.contains("The echo effect") &&
-                     alert->informativeText.contains("The disk is full: " + app->s_Output_Folder),
+                     alert->informativeText.contains("The disk is full: " + app->session().s_Output_Folder),
                  qPrintable(alert->informativeText));
         // (A fallocate that found no room may leave an empty file too.)
         for (const QString& filler :
-             QDir(app->s_Output_Folder).entryList({".filler-*"}, QDir::Files | QDir::Hidden))
-            QFile::remove(app->s_Output_Folder + "/" + filler);
-        const Snapshot after = snapshot(d, app->s_Output_Folder);
+             QDir(app->session().s_Output_Folder).entryList({".filler-*"}, QDir::Files | QDir::Hidden))
+            QFile::remove(app->session().s_Output_Folder + "/" + filler);
+        const Snapshot after = snapshot(d, app->session().s_Output_Folder);
         QCOMPARE(after, before);
         QCOMPARE(d->history().array_WAV_Files().size(), 1);
     }

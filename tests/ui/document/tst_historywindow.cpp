@@ -19,7 +19,7 @@ struct Shown {
     bool operator==(const Shown&) const = default;
 };
 Shown shown(const Document* d) {
-    return {d->s_WAV_File_Path, d->windowTitle(), d->i_Audio_Duration_Seconds};
+    return {d->track().s_WAV_File_Path, d->windowTitle(), d->track().i_Audio_Duration_Seconds};
 }
 char* toString(const Shown& s) {
     return QTest::toString(QString("%1 “%2” %3 s").arg(s.path, s.title).arg(s.seconds));
@@ -66,7 +66,7 @@ class tst_HistoryWindow : public EditingFixture {
         QSignalSpy loaded(d, &Document::loaded);
         if (!loaded.wait(30000) || !gui::waitIdle(*m_app))
             return nullptr;
-        waitPastEveryStamp(m_app->s_Output_Folder);
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
         return d;
     }
 
@@ -126,7 +126,7 @@ private slots:
 
         setMarkers(d, 20, 50, 0);
         QVERIFY(edit(d, [&] { d->Operation_Cut(); }));
-        waitPastEveryStamp(m_app->s_Output_Folder);
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
         setMarkers(d, 0, 50, 0);
         QVERIFY(echoOnSelection(d));
         QCOMPARE(labels(w), QStringList({"Opened speech.mp3", "Cut", "Echo on selection"}));
@@ -164,8 +164,8 @@ private slots:
         QCOMPARE(shown(d), first);
         QCOMPARE(d->history().u_array_WAV_Files_Position(), 0u);
         QCOMPARE(marked(w), QList<int>({0}));
-        QCOMPARE(d->s_WAV_File_URL,
-                 versionUrlText(first.path, m_app->s_Output_Folder, m_app->sSilenceWavURL));
+        QCOMPARE(d->track().s_WAV_File_URL, versionUrlText(first.path, m_app->session().s_Output_Folder,
+                                                           m_app->session().sSilenceWavURL));
         QCOMPARE(d->viewTimeRule->i_Audio_Duration_Seconds, first.seconds);
 
         // Choosing the current row reloads it, as an undo at the oldest version does.
@@ -221,7 +221,7 @@ private slots:
         QCOMPARE(labels(w), QStringList({"Opened speech.mp3", "Delete"}));
         QCOMPARE(marked(w), QList<int>({1}));
         QCOMPARE(w->windowTitle(), "History — " + d->windowTitle()); // the new version's name
-        waitPastEveryStamp(m_app->s_Output_Folder);
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
 
         QVERIFY(waitReloaded(d, [&] { d->Operation_Undo(); }));
         QCOMPARE(marked(w), QList<int>({0}));
@@ -229,7 +229,7 @@ private slots:
         QVERIFY(edit(d, [&] { d->OnPopupSilenceSelection(); }));
         QCOMPARE(labels(w), QStringList({"Opened speech.mp3", "Silence the selection"}));
         QCOMPARE(marked(w), QList<int>({1}));
-        waitPastEveryStamp(m_app->s_Output_Folder);
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
 
         // Copy, then paste at the end: the paste's own label.
         QVERIFY(copyClip(d));

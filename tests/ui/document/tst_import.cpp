@@ -48,13 +48,14 @@ class tst_Import : public QObject {
     }
 
     QStringList workFiles() const {
-        return QDir(m_app->s_Output_Folder).entryList(QDir::Files | QDir::NoDotAndDotDot, QDir::Name);
+        return QDir(m_app->session().s_Output_Folder)
+            .entryList(QDir::Files | QDir::NoDotAndDotDot, QDir::Name);
     }
 
     void expectUnreadable(const QString& path, Document* document, const std::function<void()>& open) {
         const QByteArray before = fixtures::digest(path);
         const QStringList filesBefore = workFiles();
-        const QString current = document ? document->s_WAV_File_Path : QString();
+        const QString current = document ? document->track().s_WAV_File_Path : QString();
         const auto alert = gui::answerAlert();
         open();
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 30000);
@@ -70,13 +71,13 @@ class tst_Import : public QObject {
         QVERIFY(shown->findChild<QToolBar*>()->isEnabled());
         QVERIFY(shown->btnOpen->isEnabled());
         if (document) { // a loaded document keeps its track
-            QCOMPARE(document->s_WAV_File_Path, current);
+            QCOMPARE(document->track().s_WAV_File_Path, current);
             QCOMPARE(document->history().array_WAV_Files(), QStringList({current}));
         } else { // a new window is never left empty: it takes the silence track, as on Cancel
             QTRY_VERIFY(shown->b_Audio_Loaded);
-            QCOMPARE(shown->s_WAV_File_Path, m_app->sSilenceWavPath);
+            QCOMPARE(shown->track().s_WAV_File_Path, m_app->session().sSilenceWavPath);
             QCOMPARE(shown->windowTitle(), QString("silence.wav"));
-            QCOMPARE(shown->history().array_WAV_Files(), QStringList({m_app->sSilenceWavPath}));
+            QCOMPARE(shown->history().array_WAV_Files(), QStringList({m_app->session().sSilenceWavPath}));
         }
     }
 
@@ -127,29 +128,29 @@ private slots:
         QSignalSpy loaded(d, &Document::loaded);
         QVERIFY(loaded.wait(30000));
 
-        const fixtures::WavInfo wav = fixtures::wavInfo(d->s_WAV_File_Path);
-        QVERIFY2(wav.isWorkingWav(), qPrintable(d->s_WAV_File_Path));
+        const fixtures::WavInfo wav = fixtures::wavInfo(d->track().s_WAV_File_Path);
+        QVERIFY2(wav.isWorkingWav(), qPrintable(d->track().s_WAV_File_Path));
         QVERIFY2(std::abs(wav.seconds() - seconds) < 0.05, qPrintable(QString::number(wav.seconds())));
         QCOMPARE(fixtures::digest(source), before);
 
-        const QString workName = QFileInfo(d->s_WAV_File_Path).fileName();
+        const QString workName = QFileInfo(d->track().s_WAV_File_Path).fileName();
         QVERIFY(QRegularExpression("^\\d{4}-\\d\\d-\\d\\d-\\d\\d-\\d\\d-\\d\\d\\.wav$")
                     .match(workName)
                     .hasMatch());
-        QCOMPARE(QFileInfo(d->s_WAV_File_Path).path(), m_app->s_Output_Folder);
+        QCOMPARE(QFileInfo(d->track().s_WAV_File_Path).path(), m_app->session().s_Output_Folder);
         QCOMPARE(d->windowTitle(), workName);
-        QCOMPARE(d->s_WAV_File_URL, "file://" + d->s_WAV_File_Path);
-        QCOMPARE(d->s_File_Path, source);
-        QCOMPARE(d->s_File_URL, "file://" + source);
-        QCOMPARE(d->s_File_Extension, QFileInfo(name).suffix());
-        QCOMPARE(d->s_File_Name_Without_Extension, QFileInfo(name).completeBaseName());
-        QCOMPARE(d->s_Folder_Path, m_sources);
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(std::floor(wav.seconds())));
+        QCOMPARE(d->track().s_WAV_File_URL, "file://" + d->track().s_WAV_File_Path);
+        QCOMPARE(d->track().s_File_Path, source);
+        QCOMPARE(d->track().s_File_URL, "file://" + source);
+        QCOMPARE(d->track().s_File_Extension, QFileInfo(name).suffix());
+        QCOMPARE(d->track().s_File_Name_Without_Extension, QFileInfo(name).completeBaseName());
+        QCOMPARE(d->track().s_Folder_Path, m_sources);
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(std::floor(wav.seconds())));
         QCOMPARE(d->labelDuration->text(), "Length " + clockText(qint64(std::floor(wav.seconds()))));
-        QCOMPARE(d->s_File_Size, fileSizeText(QFileInfo(source).size()));
-        QCOMPARE(d->labelSize->text(), d->s_File_Size);
+        QCOMPARE(d->track().s_File_Size, fileSizeText(QFileInfo(source).size()));
+        QCOMPARE(d->labelSize->text(), d->track().s_File_Size);
         QCOMPARE(d->labelSource->text(), name);
-        QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_WAV_File_Path}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({d->track().s_WAV_File_Path}));
         QCOMPARE(m_app->u_Open_New_Document, 0u);
     }
 
@@ -210,7 +211,7 @@ private slots:
             gui::answerFileDialog(path);
             d->OnToolbarOpen();
         });
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(3));
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(3));
     }
 
     void aFileDeletedBetweenChoosingAndConvertingIsRefused() {

@@ -1,3 +1,4 @@
+#include "document/SplitActions.h"
 #include "plans/PlanRunner.h"
 #include "ui/edit/EditingFixture.h"
 #include "windows/ShortcutsWindow.h"
@@ -69,7 +70,7 @@ private slots:
         QCOMPARE(d->menuSilence->actions(), d->popupMenuSilence->actions());
         QCOMPARE(d->menuPlay->actions().mid(0, 3), d->popupMenuPlay->actions());
         QCOMPARE(menuItem(d, {"Effects"})->menu(), d->popupMenuEffects);
-        QCOMPARE(menuItem(d, {"Tracks", "Split into Parts"})->menu(), d->popupMenuSplit);
+        QCOMPARE(menuItem(d, {"Tracks", "Split into Parts"})->menu(), d->split().popupMenuSplit);
         QCOMPARE(menuItem(d, {"View", "Zoom In"}), d->btnZoomPlus);
         QVERIFY(menuItem(d, {"Effects", "Echo", "Selection"}));
         QVERIFY(menuItem(d, {"Effects", "Noise Reduction"}));
@@ -119,12 +120,12 @@ private slots:
         d->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(d));
         QTest::keyClick(d, Qt::Key_A, Qt::ControlModifier);
-        QCOMPARE(d->viewAudioPlot->f_Selection_Start, 0.0f);
-        QCOMPARE(d->viewAudioPlot->f_Selection_End, 100.0f);
+        QCOMPARE(d->track().f_Selection_Start, 0.0f);
+        QCOMPARE(d->track().f_Selection_End, 100.0f);
         QVERIFY(d->labelSelection->text().contains("00:00:00.00 – 00:00:10.00"));
         QVERIFY(edit(d, [&] { QTest::keyClick(d, Qt::Key_Delete); }));
         QCOMPARE(d->history().u_array_WAV_Files_Length(), 2u);
-        const fixtures::WavInfo left = fixtures::wavInfo(d->s_WAV_File_Path);
+        const fixtures::WavInfo left = fixtures::wavInfo(d->track().s_WAV_File_Path);
         QVERIFY(left.ok);
         QCOMPARE(left.frames, qint64(0));
     }
@@ -138,7 +139,7 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(d));
         const auto press = [d](Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
             QTest::keyClick(d, key, modifiers);
-            return d->viewAudioPlot->f_Audio_Position;
+            return d->track().f_Audio_Position;
         };
         QCOMPARE(press(Qt::Key_Home), 0.0f);
         QCOMPARE(press(Qt::Key_End), 10.0f);
@@ -155,19 +156,19 @@ private slots:
 
         QCOMPARE(press(Qt::Key_Right), 1.0f);
         press(Qt::Key_BracketLeft);
-        QCOMPARE(d->viewAudioPlot->f_Selection_Start, 10.0f);
-        QCOMPARE(d->viewAudioPlot->f_Selection_End, 50.0f);
+        QCOMPARE(d->track().f_Selection_Start, 10.0f);
+        QCOMPARE(d->track().f_Selection_End, 50.0f);
         press(Qt::Key_Right);
         press(Qt::Key_Right);
         press(Qt::Key_BracketRight);
-        QCOMPARE(d->viewAudioPlot->f_Selection_Start, 10.0f);
-        QCOMPARE(d->viewAudioPlot->f_Selection_End, 30.0f);
+        QCOMPARE(d->track().f_Selection_Start, 10.0f);
+        QCOMPARE(d->track().f_Selection_End, 30.0f);
         QVERIFY(d->labelSelection->text().contains("00:00:01.00 – 00:00:03.00"));
         press(Qt::Key_Home, Qt::ShiftModifier);
-        QCOMPARE(d->viewAudioPlot->f_Selection_Start, 0.0f);
+        QCOMPARE(d->track().f_Selection_Start, 0.0f);
         press(Qt::Key_End, Qt::ShiftModifier);
-        QCOMPARE(d->viewAudioPlot->f_Selection_End, 100.0f);
-        QCOMPARE(d->viewAudioPlot->f_Audio_Position, 3.0f);
+        QCOMPARE(d->track().f_Selection_End, 100.0f);
+        QCOMPARE(d->track().f_Audio_Position, 3.0f);
     }
 
     // Ctrl and the wheel zoom around the pointer: the time under it stays
@@ -345,13 +346,13 @@ private slots:
         setMarkers(d, 20, 50, 0);
         QVERIFY(edit(d, [&] { QVERIFY(choose(d, {"Edit", "Paste At", "Paste at End of Selection"})); }));
         checkResult(d, 1, 13, {{0, 4, true}, {4, 5, false}, {5, 7, true}, {7, 9, false}, {9, 13, true}});
-        waitPastEveryStamp(m_app->s_Output_Folder);
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
 
         gui::whenModal<Window_Silence_Insert>(
             [](Window_Silence_Insert* dialog) { QMetaObject::invokeMethod(dialog, "OnOK"); });
         QVERIFY(edit(d, [&] { QVERIFY(choose(d, {"Edit", "Silence", "Insert Silence at Start"})); }));
         checkResult(d, 2, 14, {{0, 1, false}, {1, 5, true}, {5, 6, false}, {6, 8, true}});
-        waitPastEveryStamp(m_app->s_Output_Folder);
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
 
         // Reverse the selection 5–20 % (0.7–2.8 s of the 14: 0.3 s of the
         // inserted silence, then tone): the tone comes first, the silence last,
@@ -363,15 +364,15 @@ private slots:
         const QList<ToolRun> made = m_app->runner().runs().mid(runs);
         QVERIFY(std::any_of(made.cbegin(), made.cend(),
                             [](const ToolRun& run) { return run.arguments.contains("reverse"); }));
-        QVERIFY(std::abs(fixtures::wavInfo(d->s_WAV_File_Path).seconds() - 14) < 0.03);
-        QVERIFY(fixtures::rms(d->s_WAV_File_Path, 0.05, 0.65) < 0.001); // untouched
-        QVERIFY(fixtures::rms(d->s_WAV_File_Path, 0.75, 2.45) > 0.05);  // the tone, now first
-        QVERIFY(fixtures::rms(d->s_WAV_File_Path, 2.55, 2.75) < 0.001); // the silence, now last
-        QVERIFY(fixtures::rms(d->s_WAV_File_Path, 2.9, 4.9) > 0.05);    // untouched
-        waitPastEveryStamp(m_app->s_Output_Folder);
+        QVERIFY(std::abs(fixtures::wavInfo(d->track().s_WAV_File_Path).seconds() - 14) < 0.03);
+        QVERIFY(fixtures::rms(d->track().s_WAV_File_Path, 0.05, 0.65) < 0.001); // untouched
+        QVERIFY(fixtures::rms(d->track().s_WAV_File_Path, 0.75, 2.45) > 0.05);  // the tone, now first
+        QVERIFY(fixtures::rms(d->track().s_WAV_File_Path, 2.55, 2.75) < 0.001); // the silence, now last
+        QVERIFY(fixtures::rms(d->track().s_WAV_File_Path, 2.9, 4.9) > 0.05);    // untouched
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
 
         // Split at the play position, 7 s of the 14: two windows.
-        d->viewAudioPlot->f_Audio_Position = 7;
+        d->track().f_Audio_Position = 7;
         const qsizetype windows = m_app->documents().size();
         QSignalSpy handed(d, &Document::splitHandedOver);
         QVERIFY(choose(d, {"Tracks", "Split into Parts", "Split at Play Position"}));

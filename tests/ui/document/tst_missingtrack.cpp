@@ -4,6 +4,7 @@
 
 #include "application/AppDelegate.h"
 #include "document/Document.h"
+#include "document/SplitActions.h"
 #include "document/Window_AF_WAV.h"
 #include "support/Fixtures.h"
 #include "support/Gui.h"
@@ -27,7 +28,7 @@ class tst_MissingTrack : public QObject {
             return nullptr;
         // In the second of the opening, the reverse would take the opened
         // version's name (as two results of one second do): wait past it.
-        const QString opened = QFileInfo(d->s_WAV_File_Path).fileName().left(19);
+        const QString opened = QFileInfo(d->track().s_WAV_File_Path).fileName().left(19);
         if (!QTest::qWaitFor(
                 [&] { return QDateTime::currentDateTime().toString("yyyy-MM-dd-HH-mm-ss") > opened; }, 5000))
             return nullptr;
@@ -42,7 +43,7 @@ class tst_MissingTrack : public QObject {
     void checkRefused(Document* d, const std::function<void()>& act, const QString& expected) {
         const QStringList versions = d->history().array_WAV_Files();
         const quint64 position = d->history().u_array_WAV_Files_Position();
-        const QString path = d->s_WAV_File_Path, clip = m_app->s_Copied_WAV_File;
+        const QString path = d->track().s_WAV_File_Path, clip = m_app->session().s_Copied_WAV_File;
         const qsizetype runs = m_app->runner().runs().size();
         const auto alert = gui::answerAlert();
         act();
@@ -52,9 +53,9 @@ class tst_MissingTrack : public QObject {
         QCOMPARE(m_app->runner().runs().size(), runs);
         QCOMPARE(d->history().array_WAV_Files(), versions);
         QCOMPARE(d->history().u_array_WAV_Files_Position(), position);
-        QCOMPARE(d->s_WAV_File_Path, path);
+        QCOMPARE(d->track().s_WAV_File_Path, path);
         QCOMPARE(d->windowTitle(), QFileInfo(path).fileName());
-        QCOMPARE(m_app->s_Copied_WAV_File, clip);
+        QCOMPARE(m_app->session().s_Copied_WAV_File, clip);
     }
 
 private slots:
@@ -69,7 +70,7 @@ private slots:
     void everyOperationSaysTheTracksFileIsGone() {
         Document* d = openTwoVersions();
         QVERIFY(d);
-        const QString gone = d->s_WAV_File_Path;
+        const QString gone = d->track().s_WAV_File_Path;
         QVERIFY(QFile::remove(gone));
         const QString said =
             QString("The track's file “%1” is no longer there; it was removed outside Tanselo. "
@@ -84,7 +85,7 @@ private slots:
         checkRefused(
             d, [d] { d->Operation_Delete(); }, said);
         checkRefused(
-            d, [d] { d->OnPopupSplit2PartsCurrentPosition(); }, said);
+            d, [d] { d->split().OnPopupSplit2PartsCurrentPosition(); }, said);
         checkRefused(
             d, [d] { d->btnSave->trigger(); }, said);
         checkRefused(
@@ -94,7 +95,7 @@ private slots:
         d->Operation_Undo();
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(d->history().u_array_WAV_Files_Position(), quint64(0));
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(4));
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(4));
         QSignalSpy adopted(d, &Document::adopted);
         d->OnPopupReverseEntireTrack();
         QVERIFY(adopted.wait(20000));
@@ -114,7 +115,7 @@ private slots:
             d, [d] { d->Operation_Redo(); }, said);
         checkRefused(
             d, [d] { d->moveToVersion(1); }, said);
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(4)); // still the tone, shown whole
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(4)); // still the tone, shown whole
         // Undo onto the tone, removed while the window shows a later version.
         Document* e = openTwoVersions();
         QVERIFY(e);

@@ -32,8 +32,8 @@ void waitPastEveryStamp(const QString& folder) {
 }
 
 void select(Document* d, float start, float end) {
-    d->viewAudioPlot->f_Selection_Start = start;
-    d->viewAudioPlot->f_Selection_End = end;
+    d->track().f_Selection_Start = start;
+    d->track().f_Selection_End = end;
 }
 
 // What must not change when an operation fails: the current version, its
@@ -59,11 +59,11 @@ class tst_NothingLost : public QObject {
     QString m_tone;             // two seconds of a 1 kHz tone
 
     QStringList workFiles() const {
-        return QDir(m_app->s_Output_Folder).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+        return QDir(m_app->session().s_Output_Folder).entryList(QDir::Files | QDir::Hidden, QDir::Name);
     }
     Snapshot snapshot(Document* d) const {
-        return {d->s_WAV_File_Path, fixtures::digest(d->s_WAV_File_Path), d->history().array_WAV_Files(),
-                d->history().u_array_WAV_Files_Position(), workFiles()};
+        return {d->track().s_WAV_File_Path, fixtures::digest(d->track().s_WAV_File_Path),
+                d->history().array_WAV_Files(), d->history().u_array_WAV_Files_Position(), workFiles()};
     }
 
     // Waits until a tool of the running plan has worked for a moment, and
@@ -79,28 +79,28 @@ class tst_NothingLost : public QObject {
     Document* shortTrack(int versions) {
         Document* d = gui::openInNewWindow(*m_app, m_tone);
         for (int v = 1; d && v < versions; ++v) {
-            waitPastEveryStamp(m_app->s_Output_Folder);
+            waitPastEveryStamp(m_app->session().s_Output_Folder);
             QSignalSpy adopted(d, &Document::adopted);
             d->OnPopupReverseEntireTrack();
             if (!adopted.wait(20000) || !gui::waitIdle(*m_app))
                 return nullptr;
         }
         if (d)
-            waitPastEveryStamp(m_app->s_Output_Folder);
+            waitPastEveryStamp(m_app->session().s_Output_Folder);
         return d;
     }
 
     void checkStillEdits(Document* d) {
         const int versions = int(d->history().array_WAV_Files().size());
-        waitPastEveryStamp(m_app->s_Output_Folder);
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
         select(d, 0, 1);
         QSignalSpy adopted(d, &Document::adopted);
         d->Operation_Delete();
         QVERIFY(adopted.wait(60000));
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(d->history().array_WAV_Files().size(), versions + 1);
-        QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).isWorkingWav());
-        waitPastEveryStamp(m_app->s_Output_Folder);
+        QVERIFY(fixtures::wavInfo(d->track().s_WAV_File_Path).isWorkingWav());
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
     }
 
 private slots:
@@ -114,9 +114,9 @@ private slots:
         QCOMPARE(fixtures::run("sox", {ten, hour, "repeat", "359"}), 0);
         m_hour = gui::openInNewWindow(*m_app, hour);
         QVERIFY(m_hour);
-        QCOMPARE(m_hour->i_Audio_Duration_Seconds, 3600);
+        QCOMPARE(m_hour->track().i_Audio_Duration_Seconds, 3600);
         QFile::remove(hour);
-        waitPastEveryStamp(m_app->s_Output_Folder);
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
     }
 
     void aKilledEffectLeavesTheTrackAsItWas_data() {
@@ -249,7 +249,7 @@ private slots:
     void aDeleteOverAVanishedVersionAdoptsNothing() {
         Document* d = shortTrack(2);
         QVERIFY(d);
-        QVERIFY(QFile::remove(d->s_WAV_File_Path)); // gone from disk, still current
+        QVERIFY(QFile::remove(d->track().s_WAV_File_Path)); // gone from disk, still current
         const Snapshot before = snapshot(d);
         const auto alert = gui::answerAlert();
         d->Operation_Delete();
@@ -271,7 +271,7 @@ private slots:
         const qsizetype runs = m_app->runner().runs().size();
         gui::AlertSeen alert;
         {
-            fixtures::Immutable frozen(m_app->s_Output_Folder);
+            fixtures::Immutable frozen(m_app->session().s_Output_Folder);
             QVERIFY(frozen.made);
             const auto seen = gui::answerAlert();
             d->OnPopupReverseEntireTrack();
@@ -279,7 +279,7 @@ private slots:
             alert = *seen;
         }
         QVERIFY(gui::waitIdle(*m_app));
-        QVERIFY2(alert.informativeText.startsWith("The work folder " + m_app->s_Output_Folder +
+        QVERIFY2(alert.informativeText.startsWith("The work folder " + m_app->session().s_Output_Folder +
                                                   " cannot be written"),
                  qPrintable(alert.informativeText));
         QCOMPARE(m_app->runner().runs().size(), runs); // refused before anything ran
@@ -298,16 +298,16 @@ private slots:
             Document* d = gui::firstDocument(*app); // the 21 MB silence track fits, barely
             QVERIFY(d);
             const qsizetype runs = app->runner().runs().size();
-            const QStringList files = QDir(app->s_Output_Folder).entryList(QDir::Files);
+            const QStringList files = QDir(app->session().s_Output_Folder).entryList(QDir::Files);
             const auto alert = gui::answerAlert();
             d->OnPopupReverseEntireTrack();
             QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
             QVERIFY2(alert->informativeText.startsWith("There is not enough free space in the work folder " +
-                                                       app->s_Output_Folder + "."),
+                                                       app->session().s_Output_Folder + "."),
                      qPrintable(alert->informativeText));
             QVERIFY2(alert->informativeText.contains(" MB free"), qPrintable(alert->informativeText));
             QCOMPARE(app->runner().runs().size(), runs);
-            QCOMPARE(QDir(app->s_Output_Folder).entryList(QDir::Files), files);
+            QCOMPARE(QDir(app->session().s_Output_Folder).entryList(QDir::Files), files);
             QCOMPARE(d->history().array_WAV_Files().size(), 1);
         }
     }
@@ -340,7 +340,7 @@ private slots:
         QVERIFY(loaded.wait(20000));
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(d->windowTitle(), QString("silence.wav"));
-        QCOMPARE(d->history().array_WAV_Files(), QStringList({m_app->sSilenceWavPath}));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({m_app->session().sSilenceWavPath}));
         for (const QString& version : versions)
             QVERIFY2(!QFile::exists(version), qPrintable(version));
         d->close();
@@ -383,8 +383,8 @@ private slots:
         d->OnToolbarStop();
         QVERIFY(loaded.wait(20000));
         QVERIFY(gui::waitIdle(*m_app));
-        QVERIFY(QFile::exists(d->s_WAV_File_Path));
-        QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_WAV_File_Path}));
+        QVERIFY(QFile::exists(d->track().s_WAV_File_Path));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({d->track().s_WAV_File_Path}));
         d->close();
     }
 

@@ -1,5 +1,6 @@
 #include "application/AppDelegate.h"
 #include "document/Document.h"
+#include "document/SplitActions.h"
 #include "document/WaveformPlot.h"
 #include "document/Window_Split_Silence.h"
 #include "support/DialogDriving.h"
@@ -28,8 +29,8 @@ struct History {
     bool operator==(const History&) const = default;
 };
 History historyOf(const Document* d) {
-    return {d->s_WAV_File_Path, d->history().array_WAV_Files(), d->history().u_array_WAV_Files_Position(),
-            d->history().u_array_WAV_Files_Length()};
+    return {d->track().s_WAV_File_Path, d->history().array_WAV_Files(),
+            d->history().u_array_WAV_Files_Position(), d->history().u_array_WAV_Files_Length()};
 }
 } // namespace
 
@@ -66,7 +67,7 @@ class tst_Split : public QObject {
     }
 
     static void checkPiece(const Document* piece, const QString& path, double seconds) {
-        QCOMPARE(piece->s_WAV_File_Path, path);
+        QCOMPARE(piece->track().s_WAV_File_Path, path);
         QCOMPARE(piece->windowTitle(), QFileInfo(path).fileName());
         QCOMPARE(piece->history().array_WAV_Files(), QStringList({path}));
         const double length = fixtures::wavInfo(path).seconds();
@@ -120,9 +121,9 @@ private slots:
     void theToolsMenuHoldsTheThreeSplits() {
         Document* d = openPattern();
         QVERIFY(d);
-        QVERIFY(d->popupMenuTools->actions().contains(d->popupMenuSplit->menuAction()));
+        QVERIFY(d->popupMenuTools->actions().contains(d->split().popupMenuSplit->menuAction()));
         QStringList names;
-        for (QAction* action : d->popupMenuSplit->actions())
+        for (QAction* action : d->split().popupMenuSplit->actions())
             names << action->objectName();
         QCOMPARE(names, QStringList({"OnPopupSplit2PartsCurrentPosition",
                                      "OnPopupSplit3PartsBeforeSelectionAfter", "OnPopupSplitOnSilence"}));
@@ -132,33 +133,37 @@ private slots:
         Document* d = openPattern();
         QVERIFY(d);
         d->changeColor(QColor(200, 40, 160));
-        d->viewAudioPlot->f_Audio_Position = 4;
+        d->track().f_Audio_Position = 4;
         const History before = historyOf(d);
-        QAction* command = d->popupMenuSplit->findChild<QAction*>("OnPopupSplit2PartsCurrentPosition");
+        QAction* command =
+            d->split().popupMenuSplit->findChild<QAction*>("OnPopupSplit2PartsCurrentPosition");
         const QList<Document*> pieces = split(d, [&] { command->trigger(); });
         QCOMPARE(pieces.size(), 2);
-        const QString folder = m_app->s_Output_Folder,
-                      base = QFileInfo(d->s_WAV_File_Path).completeBaseName();
+        const QString folder = m_app->session().s_Output_Folder,
+                      base = QFileInfo(d->track().s_WAV_File_Path).completeBaseName();
         checkPiece(pieces[0], folder + "/" + base + "_PART_1.wav", 4.0);
         checkPiece(pieces[1], folder + "/" + base + "_PART_2.wav", 6.0);
-        QVERIFY(fixtures::rms(pieces[1]->s_WAV_File_Path, 0.1, 1.9) < 0.001); // the silence leads piece 2
-        QVERIFY(fixtures::rms(pieces[1]->s_WAV_File_Path, 2.1, 5.9) > 0.05);
+        QVERIFY(fixtures::rms(pieces[1]->track().s_WAV_File_Path, 0.1, 1.9) <
+                0.001); // the silence leads piece 2
+        QVERIFY(fixtures::rms(pieces[1]->track().s_WAV_File_Path, 2.1, 5.9) > 0.05);
         for (const Document* piece : pieces)
             QCOMPARE(piece->audioPlot->color(), QColor(200, 40, 160));
         QVERIFY(historyOf(d) == before);
-        QVERIFY(QFile::exists(d->s_WAV_File_Path));
+        QVERIFY(QFile::exists(d->track().s_WAV_File_Path));
         QCOMPARE(m_app->u_Open_New_Document, 0u);
     }
 
     void threePartsAroundTheSelection() {
         Document* d = openPattern();
         QVERIFY(d);
-        d->viewAudioPlot->f_Selection_Start = 20;
-        d->viewAudioPlot->f_Selection_End = 50;
+        d->track().f_Selection_Start = 20;
+        d->track().f_Selection_End = 50;
         const History before = historyOf(d);
-        const QList<Document*> pieces = split(d, [&] { d->OnPopupSplit3PartsBeforeSelectionAfter(); });
+        const QList<Document*> pieces =
+            split(d, [&] { d->split().OnPopupSplit3PartsBeforeSelectionAfter(); });
         QCOMPARE(pieces.size(), 3);
-        const QString base = m_app->s_Output_Folder + "/" + QFileInfo(d->s_WAV_File_Path).completeBaseName();
+        const QString base =
+            m_app->session().s_Output_Folder + "/" + QFileInfo(d->track().s_WAV_File_Path).completeBaseName();
         checkPiece(pieces[0], base + "_PART_1.wav", 2.0);
         checkPiece(pieces[1], base + "_PART_2.wav", 3.0);
         checkPiece(pieces[2], base + "_PART_3.wav", 5.0);
@@ -170,31 +175,31 @@ private slots:
     void atPositionZeroTheFirstPieceIsEmptyAndOpensAllTheSame() {
         Document* d = openPattern();
         QVERIFY(d);
-        d->viewAudioPlot->f_Audio_Position = 0;
-        const QList<Document*> pieces = split(d, [&] { d->OnPopupSplit2PartsCurrentPosition(); });
+        d->track().f_Audio_Position = 0;
+        const QList<Document*> pieces = split(d, [&] { d->split().OnPopupSplit2PartsCurrentPosition(); });
         QCOMPARE(pieces.size(), 2);
-        QVERIFY(fixtures::wavInfo(pieces[0]->s_WAV_File_Path).seconds() < 0.03);
-        QCOMPARE(pieces[0]->i_Audio_Duration_Seconds, qint64(0));
+        QVERIFY(fixtures::wavInfo(pieces[0]->track().s_WAV_File_Path).seconds() < 0.03);
+        QCOMPARE(pieces[0]->track().i_Audio_Duration_Seconds, qint64(0));
         QVERIFY(pieces[0]->b_Audio_Loaded);
-        QVERIFY(std::abs(fixtures::wavInfo(pieces[1]->s_WAV_File_Path).seconds() - 10.0) < 0.03);
+        QVERIFY(std::abs(fixtures::wavInfo(pieces[1]->track().s_WAV_File_Path).seconds() - 10.0) < 0.03);
     }
 
     void splittingAgainRefreshesTheWindowsShowingThePieces() {
         Document* d = openPattern();
         QVERIFY(d);
-        d->viewAudioPlot->f_Audio_Position = 4;
-        const QList<Document*> pieces = split(d, [&] { d->OnPopupSplit2PartsCurrentPosition(); });
+        d->track().f_Audio_Position = 4;
+        const QList<Document*> pieces = split(d, [&] { d->split().OnPopupSplit2PartsCurrentPosition(); });
         QCOMPARE(pieces.size(), 2);
         d->changeColor(QColor(10, 20, 250));
         QSignalSpy refreshed(pieces[1], &Document::loaded);
-        QVERIFY(split(d, [&] { d->OnPopupSplit2PartsCurrentPosition(); }).isEmpty());
+        QVERIFY(split(d, [&] { d->split().OnPopupSplit2PartsCurrentPosition(); }).isEmpty());
         QVERIFY(refreshed.size() > 0 || refreshed.wait(10000));
         QCOMPARE(m_app->documents().size(), 3); // no window added
         for (const Document* piece : pieces) {
             QCOMPARE(piece->audioPlot->color(), QColor(10, 20, 250));
             // A refresh clears the history, deleting the file it lists: the piece itself.
-            QCOMPARE(piece->history().array_WAV_Files(), QStringList({piece->s_WAV_File_Path}));
-            QVERIFY(!QFile::exists(piece->s_WAV_File_Path));
+            QCOMPARE(piece->history().array_WAV_Files(), QStringList({piece->track().s_WAV_File_Path}));
+            QVERIFY(!QFile::exists(piece->track().s_WAV_File_Path));
         }
         QCOMPARE(m_app->u_Open_New_Document, 2u); // no new document took the entries
     }
@@ -202,35 +207,36 @@ private slots:
     void aPieceAWindowStillKeepsIsNeverWrittenOver() {
         Document* d = openPattern();
         QVERIFY(d);
-        d->viewAudioPlot->f_Audio_Position = 4;
-        const QList<Document*> first = split(d, [&] { d->OnPopupSplit2PartsCurrentPosition(); });
+        d->track().f_Audio_Position = 4;
+        const QList<Document*> first = split(d, [&] { d->split().OnPopupSplit2PartsCurrentPosition(); });
         QCOMPARE(first.size(), 2);
         // The first piece's window edits it: the piece is now its undo.
         Document* edited = first[0];
-        const QString kept = edited->s_WAV_File_Path;
+        const QString kept = edited->track().s_WAV_File_Path;
         const QByteArray keptAudio = fixtures::digest(kept);
-        edited->viewAudioPlot->f_Selection_Start = 0;
-        edited->viewAudioPlot->f_Selection_End = 50;
+        edited->track().f_Selection_Start = 0;
+        edited->track().f_Selection_End = 50;
         edited->Operation_Delete();
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(edited->history().array_WAV_Files().first(), kept);
-        QVERIFY(edited->s_WAV_File_Path != kept);
+        QVERIFY(edited->track().s_WAV_File_Path != kept);
 
         // Splitting elsewhere writes its pieces under the next stem, the kept piece untouched.
-        d->viewAudioPlot->f_Audio_Position = 7;
-        const QList<Document*> second = split(d, [&] { d->OnPopupSplit2PartsCurrentPosition(); });
+        d->track().f_Audio_Position = 7;
+        const QList<Document*> second = split(d, [&] { d->split().OnPopupSplit2PartsCurrentPosition(); });
         QCOMPARE(second.size(), 2);
-        const QString base = m_app->s_Output_Folder + "/" + QFileInfo(d->s_WAV_File_Path).completeBaseName();
+        const QString base =
+            m_app->session().s_Output_Folder + "/" + QFileInfo(d->track().s_WAV_File_Path).completeBaseName();
         checkPiece(second[0], base + " (2)_PART_1.wav", 7.0);
         checkPiece(second[1], base + " (2)_PART_2.wav", 3.0);
         QCOMPARE(fixtures::digest(kept), keptAudio);
         QVERIFY(std::abs(fixtures::wavInfo(kept).seconds() - 4.0) < 0.03);
         // The window that did not edit its piece shows it still, as it was.
-        QVERIFY(std::abs(fixtures::wavInfo(first[1]->s_WAV_File_Path).seconds() - 6.0) < 0.03);
+        QVERIFY(std::abs(fixtures::wavInfo(first[1]->track().s_WAV_File_Path).seconds() - 6.0) < 0.03);
         edited->Operation_Undo();
         QVERIFY(gui::waitIdle(*m_app));
-        QCOMPARE(edited->s_WAV_File_Path, kept);
-        QCOMPARE(edited->i_Audio_Duration_Seconds, qint64(4));
+        QCOMPARE(edited->track().s_WAV_File_Path, kept);
+        QCOMPARE(edited->track().i_Audio_Duration_Seconds, qint64(4));
     }
 
     void splitOnSilenceOpensOnePiecePerPhrase() {
@@ -238,13 +244,13 @@ private slots:
         QVERIFY(d);
         const History before = historyOf(d);
         answerSilenceDialog("0.1");
-        const QList<Document*> pieces = split(d, [&] { d->OnPopupSplitOnSilence(); });
+        const QList<Document*> pieces = split(d, [&] { d->split().OnPopupSplitOnSilence(); });
         QCOMPARE(pieces.size(), 3);
-        const QString base =
-            QFileInfo(d->s_WAV_File_Path).path() + "/" + QFileInfo(d->s_WAV_File_Path).completeBaseName();
+        const QString base = QFileInfo(d->track().s_WAV_File_Path).path() + "/" +
+                             QFileInfo(d->track().s_WAV_File_Path).completeBaseName();
         for (int i = 0; i < 3; ++i) {
             const QString path = base + QString("_PART_%1.wav").arg(i + 1, 3, 10, QChar('0'));
-            QCOMPARE(pieces[i]->s_WAV_File_Path, path);
+            QCOMPARE(pieces[i]->track().s_WAV_File_Path, path);
             QCOMPARE(pieces[i]->windowTitle(), QFileInfo(path).fileName());
             const double length = fixtures::wavInfo(path).seconds();
             QVERIFY2(
@@ -258,7 +264,7 @@ private slots:
         const int windows = int(m_app->documents().size());
         QSignalSpy refreshed(pieces[2], &Document::loaded);
         answerSilenceDialog("0.1");
-        QVERIFY(split(d, [&] { d->OnPopupSplitOnSilence(); }).isEmpty());
+        QVERIFY(split(d, [&] { d->split().OnPopupSplitOnSilence(); }).isEmpty());
         QVERIFY(refreshed.size() > 0 || refreshed.wait(10000));
         QCOMPARE(int(m_app->documents().size()), windows);
         bool ranSox = false;
@@ -272,15 +278,15 @@ private slots:
     void aStaleHigherNumberedPieceOfAnEarlierSplitIsOpenedToo() {
         Document* d = gui::openInNewWindow(*m_app, m_speech);
         QVERIFY(d);
-        const QString base =
-            QFileInfo(d->s_WAV_File_Path).path() + "/" + QFileInfo(d->s_WAV_File_Path).completeBaseName();
+        const QString base = QFileInfo(d->track().s_WAV_File_Path).path() + "/" +
+                             QFileInfo(d->track().s_WAV_File_Path).completeBaseName();
         // An earlier split of this version that made four pieces.
         fixtures::makeTone(base + "_PART_004.wav", 1.5);
         answerSilenceDialog("0.1");
-        const QList<Document*> pieces = split(d, [&] { d->OnPopupSplitOnSilence(); });
+        const QList<Document*> pieces = split(d, [&] { d->split().OnPopupSplitOnSilence(); });
         QCOMPARE(pieces.size(), 4);
         QCOMPARE(pieces[3]->windowTitle(), QFileInfo(base + "_PART_004.wav").fileName());
-        QCOMPARE(pieces[3]->i_Audio_Duration_Seconds, qint64(1));
+        QCOMPARE(pieces[3]->track().i_Audio_Duration_Seconds, qint64(1));
     }
 
     void theSilenceDialogChecksItsDurations() {
@@ -347,7 +353,7 @@ private slots:
         const int windows = int(m_app->documents().size());
         gui::whenModal<Window_Split_Silence>(
             [](Window_Split_Silence* w) { clickButton(w, QDialogButtonBox::Cancel); });
-        d->OnPopupSplitOnSilence();
+        d->split().OnPopupSplitOnSilence();
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(m_app->runner().runs().size(), runs);
         QCOMPARE(int(m_app->documents().size()), windows);
@@ -359,26 +365,27 @@ private slots:
         {
             // The tools find nothing to cut. (A file that is gone altogether
             // is said as such before anything runs.)
-            QFile damaged(d->s_WAV_File_Path);
+            QFile damaged(d->track().s_WAV_File_Path);
             QVERIFY(damaged.open(QIODevice::WriteOnly | QIODevice::Truncate));
             damaged.write("not audio at all");
         }
         // The missing piece is told, and the windows open for the pieces' paths all the same.
         const auto alert = gui::answerAlert();
-        const QList<Document*> pieces = split(d, [&] { d->OnPopupSplit3PartsBeforeSelectionAfter(); });
+        const QList<Document*> pieces =
+            split(d, [&] { d->split().OnPopupSplit3PartsBeforeSelectionAfter(); });
         QVERIFY(alert->shown);
         QVERIFY2(alert->informativeText.contains("Split into parts"), qPrintable(alert->informativeText));
         QCOMPARE(pieces.size(), 3);
         for (const Document* piece : pieces) {
-            QVERIFY(!QFile::exists(piece->s_WAV_File_Path));
-            QCOMPARE(piece->i_Audio_Duration_Seconds, qint64(0));
+            QVERIFY(!QFile::exists(piece->track().s_WAV_File_Path));
+            QCOMPARE(piece->track().i_Audio_Duration_Seconds, qint64(0));
             QVERIFY(piece->windowTitle().endsWith(".wav"));
         }
         // On silence nothing is found, and nothing more happens.
         const int windows = int(m_app->documents().size());
         QSignalSpy handed(d, &Document::splitHandedOver);
         answerSilenceDialog("0.5");
-        d->OnPopupSplitOnSilence();
+        d->split().OnPopupSplitOnSilence();
         QVERIFY(gui::waitIdle(*m_app));
         QTest::qWait(200);
         QCOMPARE(handed.size(), 0);

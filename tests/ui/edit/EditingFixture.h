@@ -65,14 +65,14 @@ protected:
         QSignalSpy loaded(d, &Document::loaded);
         if (!loaded.wait(30000))
             return nullptr;
-        waitPastEveryStamp(m_app->s_Output_Folder);
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
         return d;
     }
 
     void setMarkers(Document* d, float start, float end, float position) {
-        d->viewAudioPlot->f_Selection_Start = start;
-        d->viewAudioPlot->f_Selection_End = end;
-        d->viewAudioPlot->f_Audio_Position = position;
+        d->track().f_Selection_Start = start;
+        d->track().f_Selection_End = end;
+        d->track().f_Audio_Position = position;
     }
 
     // Copies 20–50 % (2–5 s: tone for two seconds, then one of silence).
@@ -82,11 +82,11 @@ protected:
         d->Operation_Copy();
         if (!copied.wait(20000))
             return false;
-        waitPastEveryStamp(m_app->s_Output_Folder);
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
         return true;
     }
 
-    QStringList workFiles() const { return QDir(m_app->s_Output_Folder).entryList(QDir::Files); }
+    QStringList workFiles() const { return QDir(m_app->session().s_Output_Folder).entryList(QDir::Files); }
 
     // Runs an edit and waits for its result; `m_added` gets the files it left.
     bool edit(Document* d, const std::function<void()>& action) {
@@ -102,26 +102,27 @@ protected:
     QStringList m_added;
 
     void checkResult(Document* d, int versionsBefore, double length, const Spans& spans) {
-        const fixtures::WavInfo info = fixtures::wavInfo(d->s_WAV_File_Path);
-        QVERIFY2(info.ok, qPrintable(d->s_WAV_File_Path));
+        const fixtures::WavInfo info = fixtures::wavInfo(d->track().s_WAV_File_Path);
+        QVERIFY2(info.ok, qPrintable(d->track().s_WAV_File_Path));
         QVERIFY2(std::abs(info.seconds() - length) < 0.03, qPrintable(QString::number(info.seconds())));
         for (const Span& span : spans) {
-            const double level = fixtures::rms(d->s_WAV_File_Path, span.from + Margin, span.to - Margin);
+            const double level =
+                fixtures::rms(d->track().s_WAV_File_Path, span.from + Margin, span.to - Margin);
             QVERIFY2(span.tone ? level > 0.05 : level < 0.001,
                      qPrintable(QString("%1–%2 s: %3").arg(span.from).arg(span.to).arg(level)));
         }
         QCOMPARE(d->history().u_array_WAV_Files_Length(), quint64(versionsBefore + 1));
-        QCOMPARE(d->history().array_WAV_Files().last(), d->s_WAV_File_Path);
-        const QString name = QFileInfo(d->s_WAV_File_Path).fileName();
+        QCOMPARE(d->history().array_WAV_Files().last(), d->track().s_WAV_File_Path);
+        const QString name = QFileInfo(d->track().s_WAV_File_Path).fileName();
         QVERIFY2(QRegularExpression("^\\d{4}(-\\d\\d){5}(Before)?\\.wav$").match(name).hasMatch(),
                  qPrintable(name));
         QCOMPARE(d->windowTitle(), name);
-        QCOMPARE(d->s_WAV_File_URL, "file://" + m_app->s_Output_Folder + "/" + name);
-        QCOMPARE(d->viewAudioPlot->f_Audio_Position, 0.0f);
+        QCOMPARE(d->track().s_WAV_File_URL, "file://" + m_app->session().s_Output_Folder + "/" + name);
+        QCOMPARE(d->track().f_Audio_Position, 0.0f);
         // ffmpeg reports hundredths, rounded; the document keeps the whole seconds of that.
         const qint64 whole = qint64(std::floor(std::round(info.seconds() * 100) / 100));
-        QCOMPARE(d->i_Audio_Duration_Seconds, whole);
-        QCOMPARE(d->viewAudioPlot->f_Audio_Length, float(whole));
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, whole);
+        QCOMPARE(d->track().f_Audio_Length, float(whole));
         // Only the result is new, and the padded clip of a mix, which stays by design.
         QStringList left = m_added;
         left.removeAll(name);

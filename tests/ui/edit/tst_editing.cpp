@@ -12,17 +12,18 @@ private slots:
     void copyFillsTheClipboardAndLeavesTheTrack() {
         Document* d = openPattern();
         QVERIFY(d);
-        const QString track = d->s_WAV_File_Path;
+        const QString track = d->track().s_WAV_File_Path;
         QVERIFY(copyClip(d));
-        const QString clip = m_app->s_Copied_WAV_File;
-        QVERIFY(clip.startsWith(m_app->s_Output_Folder + "/"));
+        const QString clip = m_app->session().s_Copied_WAV_File;
+        QVERIFY(clip.startsWith(m_app->session().s_Output_Folder + "/"));
         const fixtures::WavInfo info = fixtures::wavInfo(clip);
         QVERIFY(std::abs(info.seconds() - 3.0) < 0.03);
         QVERIFY(fixtures::rms(clip, 0.1, 1.9) > 0.05);
         QVERIFY(fixtures::rms(clip, 2.1, 2.9) < 0.001);
-        QCOMPARE(d->s_WAV_File_Path, track);
+        QCOMPARE(d->track().s_WAV_File_Path, track);
         QCOMPARE(d->history().u_array_WAV_Files_Length(), 1u);
-        QCOMPARE(QDir(m_app->s_Output_Folder).entryList({"*Before.wav", "*After.wav"}), QStringList());
+        QCOMPARE(QDir(m_app->session().s_Output_Folder).entryList({"*Before.wav", "*After.wav"}),
+                 QStringList());
     }
 
     void cutAndDelete_data() {
@@ -34,15 +35,16 @@ private slots:
         QFETCH(bool, cut);
         Document* d = openPattern();
         QVERIFY(d);
-        m_app->s_Copied_WAV_File.clear();
+        m_app->session().s_Copied_WAV_File.clear();
         setMarkers(d, 20, 50, 3);
         QVERIFY(edit(d, [&] { cut ? d->Operation_Cut() : d->Operation_Delete(); }));
         checkResult(d, 1, 7, {{0, 2, true}, {2, 3, false}, {3, 7, true}});
         if (cut)
-            QCOMPARE(m_app->s_Copied_WAV_File, d->s_WAV_File_Path); // the clipboard names the remainder
+            QCOMPARE(m_app->session().s_Copied_WAV_File,
+                     d->track().s_WAV_File_Path); // the clipboard names the remainder
         else
-            QVERIFY(m_app->s_Copied_WAV_File.isEmpty());
-        QCOMPARE(d->viewAudioPlot->f_Selection_Start, 20.0f); // markers keep their percentages
+            QVERIFY(m_app->session().s_Copied_WAV_File.isEmpty());
+        QCOMPARE(d->track().f_Selection_Start, 20.0f); // markers keep their percentages
     }
 
     void paste_data() {
@@ -70,7 +72,7 @@ private slots:
         QFETCH(Spans, spans);
         Document* d = openPattern();
         QVERIFY(d && copyClip(d));
-        const QString clip = m_app->s_Copied_WAV_File;
+        const QString clip = m_app->session().s_Copied_WAV_File;
         setMarkers(d, 20, 50, 7.5f);
         QVERIFY(edit(d, [&] {
             switch (PastePlace(place)) {
@@ -92,7 +94,7 @@ private slots:
             }
         }));
         checkResult(d, 1, length, spans);
-        QCOMPARE(m_app->s_Copied_WAV_File, clip); // the same clip can be pasted again
+        QCOMPARE(m_app->session().s_Copied_WAV_File, clip); // the same clip can be pasted again
         QVERIFY(QFile::exists(clip));
     }
 
@@ -198,7 +200,7 @@ private slots:
         QFETCH(double, length);
         Document* d = openPattern();
         QVERIFY(d);
-        const QString before = d->s_WAV_File_Path;
+        const QString before = d->track().s_WAV_File_Path;
         gui::whenModal<Window_Silence_Trim>([&](Window_Silence_Trim* dialog) {
             QRadioButton* radio[] = {dialog->radioStart, dialog->radioEnd, dialog->radioEntire};
             radio[mode - 1]->click();
@@ -209,7 +211,7 @@ private slots:
                                       : Spans{{0, 4, true}, {4, 6, false}, {6, 10, true}};
         checkResult(d, 1, length, spans);
         if (mode == 2) { // sample by sample, the original read backwards
-            const std::vector<short> original = frames(before), result = frames(d->s_WAV_File_Path);
+            const std::vector<short> original = frames(before), result = frames(d->track().s_WAV_File_Path);
             const std::size_t n = original.size() / 2, m = result.size() / 2;
             QVERIFY(m > n - 100 && m <= n);
             for (std::size_t j = 0; j < m; j += 997)

@@ -26,7 +26,7 @@ private slots:
     // Runs an edit whose result is not audio: the alert names the operation,
     // and the track, its history and the work folder stay as they were.
     void expectRefused(Document* d, const std::function<void()>& action, const QString& operation) {
-        const QString track = d->s_WAV_File_Path;
+        const QString track = d->track().s_WAV_File_Path;
         const quint64 versions = d->history().u_array_WAV_Files_Length();
         const QStringList files = workFiles();
         const auto alert = gui::answerAlert();
@@ -35,7 +35,7 @@ private slots:
         QVERIFY(gui::waitIdle(*m_app));
         QVERIFY2(alert->informativeText.startsWith(operation + " produced no usable audio."),
                  qPrintable(alert->informativeText));
-        QCOMPARE(d->s_WAV_File_Path, track);
+        QCOMPARE(d->track().s_WAV_File_Path, track);
         QCOMPARE(d->history().u_array_WAV_Files_Length(), versions);
         QCOMPARE(workFiles(), files);
     }
@@ -47,20 +47,20 @@ private slots:
         Document* d = openPattern();
         QVERIFY(d);
         for (int attempt = 0; attempt < 3; ++attempt) {
-            waitPastEveryStamp(m_app->s_Output_Folder); // start right after a second begins
-            setMarkers(d, 0, 30, 0);                    // 0–3 s: tone
+            waitPastEveryStamp(m_app->session().s_Output_Folder); // start right after a second begins
+            setMarkers(d, 0, 30, 0);                              // 0–3 s: tone
             QSignalSpy copied(d, &Document::copied);
             d->Operation_Copy();
             QVERIFY(copied.wait(20000));
-            const QString first = m_app->s_Copied_WAV_File;
+            const QString first = m_app->session().s_Copied_WAV_File;
             setMarkers(d, 40, 60, 0); // 4–6 s: silence
             d->Operation_Copy();
             QVERIFY(copied.wait(20000));
-            if (m_app->s_Copied_WAV_File != first)
+            if (m_app->session().s_Copied_WAV_File != first)
                 continue; // the second copy fell into the next second: try again
-            const fixtures::WavInfo clip = fixtures::wavInfo(m_app->s_Copied_WAV_File);
+            const fixtures::WavInfo clip = fixtures::wavInfo(m_app->session().s_Copied_WAV_File);
             QVERIFY(std::abs(clip.seconds() - 2.0) < 0.03);
-            QVERIFY(fixtures::rms(m_app->s_Copied_WAV_File, 0.1, 1.9) < 0.001);
+            QVERIFY(fixtures::rms(m_app->session().s_Copied_WAV_File, 0.1, 1.9) < 0.001);
             return;
         }
         QFAIL("two copies never landed in one second");
@@ -73,38 +73,40 @@ private slots:
     bool inOneSecond(Document* d, const std::function<void()>& first, const std::function<void()>& second) {
         const auto alert = gui::answerAlert(); // an edit that fails says so, and the test fails
         const auto stopAnswering = qScopeGuard([&] { alert->stop = true; });
-        waitPastEveryStamp(m_app->s_Output_Folder);
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
         const QDateTime now = QDateTime::currentDateTime();
         const QDateTime stamp = now.addMSecs(-now.time().msec());
         setNamingClock([stamp] { return stamp; });
         const auto realClock = qScopeGuard([] { setNamingClock({}); });
         if (!edit(d, first))
             return false;
-        const QString made = d->s_WAV_File_Path;
+        const QString made = d->track().s_WAV_File_Path;
         if (!edit(d, second))
             return false;
-        return QFileInfo(d->s_WAV_File_Path).fileName().left(19) == QFileInfo(made).fileName().left(19);
+        return QFileInfo(d->track().s_WAV_File_Path).fileName().left(19) ==
+               QFileInfo(made).fileName().left(19);
     }
 
     QStringList hiddenFiles() const {
-        return QDir(m_app->s_Output_Folder).entryList({".*-replaced.wav"}, QDir::Files | QDir::Hidden);
+        return QDir(m_app->session().s_Output_Folder)
+            .entryList({".*-replaced.wav"}, QDir::Files | QDir::Hidden);
     }
 
     void twoReversesInOneSecondRewriteOneFileAndUndoFindsTheNewerAudio() {
         Document* d = openPattern();
         QVERIFY(d);
-        const QString original = d->s_WAV_File_Path;
+        const QString original = d->track().s_WAV_File_Path;
         QVERIFY(inOneSecond(
             d, [&] { d->OnPopupReverseEntireTrack(); }, [&] { d->OnPopupReverseEntireTrack(); }));
         // The second reverse read the first one's file before it rewrote it.
         const QStringList history = d->history().array_WAV_Files();
         QCOMPARE(history.size(), 3);
         QCOMPARE(history[1], history[2]);
-        QCOMPARE(fixtures::samples(d->s_WAV_File_Path), fixtures::samples(original));
+        QCOMPARE(fixtures::samples(d->track().s_WAV_File_Path), fixtures::samples(original));
         QVERIFY2(hiddenFiles().isEmpty(), qPrintable(hiddenFiles().join(", ")));
         d->Operation_Undo();
-        QCOMPARE(d->s_WAV_File_Path, history[1]);
-        QCOMPARE(fixtures::samples(d->s_WAV_File_Path), fixtures::samples(original));
+        QCOMPARE(d->track().s_WAV_File_Path, history[1]);
+        QCOMPARE(fixtures::samples(d->track().s_WAV_File_Path), fixtures::samples(original));
     }
 
     void aCutAndAPasteInOneSecondPasteTheRemainderIntoItself() {
@@ -115,8 +117,8 @@ private slots:
         // clipboard under the same name; the paste rewrites that name.
         QVERIFY(inOneSecond(
             d, [&] { d->Operation_Cut(); }, [&] { d->OnPopupMenuPasteAtCurrentPosition(); }));
-        QCOMPARE(m_app->s_Copied_WAV_File, d->s_WAV_File_Path);
-        const fixtures::WavInfo info = fixtures::wavInfo(d->s_WAV_File_Path);
+        QCOMPARE(m_app->session().s_Copied_WAV_File, d->track().s_WAV_File_Path);
+        const fixtures::WavInfo info = fixtures::wavInfo(d->track().s_WAV_File_Path);
         QVERIFY(info.ok);
         QVERIFY2(std::abs(info.seconds() - 14.0) < 0.05, qPrintable(QString::number(info.seconds())));
         QVERIFY(hiddenFiles().isEmpty());
@@ -132,17 +134,17 @@ private slots:
         const auto alert = gui::answerAlert();
         const auto stopAnswering = qScopeGuard([&] { alert->stop = true; });
         for (int attempt = 0; attempt < 3; ++attempt) {
-            waitPastEveryStamp(m_app->s_Output_Folder);
+            waitPastEveryStamp(m_app->session().s_Output_Folder);
             QVERIFY(edit(d, [&] { d->OnPopupMenuPasteAtEnd(); }));
-            const QString pasted = QFileInfo(d->s_WAV_File_Path).fileName();
+            const QString pasted = QFileInfo(d->track().s_WAV_File_Path).fileName();
             QVERIFY2(pasted.endsWith("Before.wav"), qPrintable(pasted));
             setMarkers(d, 100.0f * 10 / 13, 100, 0); // the pasted three seconds
             const QString second = QDateTime::currentDateTime().toString("yyyy-MM-dd-HH-mm-ss");
             QVERIFY(edit(d, [&] { d->Operation_Delete(); }));
             QVERIFY2(!alert->shown, qPrintable(alert->informativeText));
-            const fixtures::WavInfo info = fixtures::wavInfo(d->s_WAV_File_Path);
+            const fixtures::WavInfo info = fixtures::wavInfo(d->track().s_WAV_File_Path);
             QVERIFY2(std::abs(info.seconds() - 10.0) < 0.05, qPrintable(QString::number(info.seconds())));
-            QVERIFY(fixtures::rms(d->s_WAV_File_Path, 6.1, 9.9) > 0.3); // the pattern's last tone
+            QVERIFY(fixtures::rms(d->track().s_WAV_File_Path, 6.1, 9.9) > 0.3); // the pattern's last tone
             QVERIFY(
                 QFile::exists(d->history().array_WAV_Files()[d->history().u_array_WAV_Files_Position() - 1]));
             if (pasted.left(19) == second)
@@ -155,9 +157,9 @@ private slots:
         Document* d = openPattern();
         QVERIFY(d);
         for (int attempt = 0; attempt < 3; ++attempt) {
-            waitPastEveryStamp(m_app->s_Output_Folder);
+            waitPastEveryStamp(m_app->session().s_Output_Folder);
             QVERIFY(edit(d, [&] { d->OnPopupReverseEntireTrack(); }));
-            const QString current = d->s_WAV_File_Path;
+            const QString current = d->track().s_WAV_File_Path;
             const QByteArray was = digest(current);
             const QStringList history = d->history().array_WAV_Files();
             const auto alert = gui::answerAlert();
@@ -183,8 +185,8 @@ private slots:
         QVERIFY(d);
         setMarkers(d, 20, 50, 0);
         QVERIFY(edit(d, [&] { d->Operation_Cut(); }));
-        QCOMPARE(m_app->s_Copied_WAV_File, d->s_WAV_File_Path);
-        waitPastEveryStamp(m_app->s_Output_Folder);
+        QCOMPARE(m_app->session().s_Copied_WAV_File, d->track().s_WAV_File_Path);
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
         QVERIFY(edit(d, [&] { d->OnPopupMenuPasteAtStart(); }));
         checkResult(d, 2, 14, {{0, 2, true}, {2, 3, false}, {3, 9, true}, {9, 10, false}, {10, 14, true}});
     }
@@ -194,10 +196,10 @@ private slots:
         QVERIFY(d);
         setMarkers(d, 0, 100, 0);
         QVERIFY(edit(d, [&] { d->Operation_Delete(); }));
-        const fixtures::WavInfo info = fixtures::wavInfo(d->s_WAV_File_Path);
+        const fixtures::WavInfo info = fixtures::wavInfo(d->track().s_WAV_File_Path);
         QVERIFY(info.ok);
         QCOMPARE(info.frames, qint64(0));
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(0));
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(0));
         QCOMPARE(d->history().u_array_WAV_Files_Length(), 2u);
     }
 
@@ -215,7 +217,7 @@ private slots:
         setMarkers(d, 20, 50, 0.9f);
         QVERIFY(edit(d, [&] { d->OnPopupPasteMixingAtCurrentPosition(); }));
         checkResult(d, 1, 10, {{0, 4, true}, {4, 6, false}, {6, 10, true}});
-        const QString padded = paddedPath(m_app->s_Copied_WAV_File);
+        const QString padded = paddedPath(m_app->session().s_Copied_WAV_File);
         QVERIFY(QFile::exists(padded)); // stays until the next mix or start
         QVERIFY(std::abs(fixtures::wavInfo(padded).seconds() - 3.0) < 0.03);
     }
@@ -256,7 +258,7 @@ private slots:
     void aTrimWhoseResultIsNotWrittenSaysSoAndChangesNothing() {
         Document* d = openPattern();
         QVERIFY(d);
-        const QString current = d->s_WAV_File_Path;
+        const QString current = d->track().s_WAV_File_Path;
         // sox then has nothing it can read. (A file that is gone altogether is
         // said as such before anything runs.)
         {
@@ -273,14 +275,14 @@ private slots:
                  QString("Parameters were not accepted. change parameters and try again."));
         QCOMPARE(alert->buttons, QStringList({"Close"}));
         QVERIFY(gui::waitIdle(*m_app));
-        QCOMPARE(d->s_WAV_File_Path, current);
+        QCOMPARE(d->track().s_WAV_File_Path, current);
         QCOMPARE(d->history().array_WAV_Files(), QStringList({current}));
     }
 
     void undoAndRedoAcrossTenEditsBringBackEveryVersionByteForByte() {
         Document* d = openPattern();
         QVERIFY(d && copyClip(d));
-        QList<QByteArray> versions{digest(d->s_WAV_File_Path)};
+        QList<QByteArray> versions{digest(d->track().s_WAV_File_Path)};
         const QList<std::function<void()>> edits = {
             [&] { d->OnPopupMenuPasteAtEnd(); },
             [&] { d->Operation_Delete(); },
@@ -295,22 +297,22 @@ private slots:
         };
         for (const auto& action : edits) {
             setMarkers(d, 10, 30, 1.5f);
-            waitPastEveryStamp(m_app->s_Output_Folder);
+            waitPastEveryStamp(m_app->session().s_Output_Folder);
             QVERIFY(edit(d, action));
-            versions << digest(d->s_WAV_File_Path);
+            versions << digest(d->track().s_WAV_File_Path);
         }
         QCOMPARE(d->history().u_array_WAV_Files_Length(), 11u);
         for (int i = 9; i >= 0; --i) {
             QSignalSpy reloaded(d, &Document::loaded);
             d->Operation_Undo();
             QVERIFY(reloaded.wait(10000));
-            QCOMPARE(digest(d->s_WAV_File_Path), versions[i]);
+            QCOMPARE(digest(d->track().s_WAV_File_Path), versions[i]);
         }
         for (int i = 1; i <= 10; ++i) {
             QSignalSpy reloaded(d, &Document::loaded);
             d->Operation_Redo();
             QVERIFY(reloaded.wait(10000));
-            QCOMPARE(digest(d->s_WAV_File_Path), versions[i]);
+            QCOMPARE(digest(d->track().s_WAV_File_Path), versions[i]);
         }
     }
 
@@ -322,7 +324,7 @@ private slots:
         Document* second = m_app->documents().last();
         QSignalSpy loaded(second, &Document::loaded);
         QVERIFY(loaded.wait(20000));
-        waitPastEveryStamp(m_app->s_Output_Folder);
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
         second->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(second));
         QVERIFY(edit(second, [&] { second->OnPopupMenuPasteAtStart(); }));
@@ -334,7 +336,7 @@ private slots:
         QVERIFY(d);
         d->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(d));
-        m_app->s_Copied_WAV_File.clear();
+        m_app->session().s_Copied_WAV_File.clear();
         const auto alert = gui::answerAlert();
         m_app->actionPaste->trigger();
         QTRY_VERIFY(alert->shown);
@@ -360,7 +362,7 @@ private slots:
     void aClipboardFileThatDisappearedIsNothingToPaste() {
         Document* d = openPattern();
         QVERIFY(d && copyClip(d));
-        QVERIFY(QFile::remove(m_app->s_Copied_WAV_File));
+        QVERIFY(QFile::remove(m_app->session().s_Copied_WAV_File));
         const auto alert = gui::answerAlert();
         d->Operation_Paste();
         QTRY_VERIFY(alert->shown);
@@ -369,7 +371,7 @@ private slots:
         // taken: the track stays as it was.
         expectRefused(
             d, [&] { d->OnPopupMenuPasteAtStart(); }, "Paste");
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(10));
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(10));
     }
 
     void mixingWithNothingCopiedSaysSoAndRunsNothing_data() {
@@ -383,11 +385,11 @@ private slots:
         QVERIFY(d);
         if (copiedThenDeleted) {
             QVERIFY(copyClip(d));
-            QVERIFY(QFile::remove(m_app->s_Copied_WAV_File));
+            QVERIFY(QFile::remove(m_app->session().s_Copied_WAV_File));
         } else {
-            m_app->s_Copied_WAV_File.clear();
+            m_app->session().s_Copied_WAV_File.clear();
         }
-        const QString track = d->s_WAV_File_Path;
+        const QString track = d->track().s_WAV_File_Path;
         const QStringList files = workFiles();
         const qsizetype runs = m_app->runner().runs().size();
         for (const auto& mix :
@@ -401,7 +403,7 @@ private slots:
         }
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(m_app->runner().runs().size(), runs);
-        QCOMPARE(d->s_WAV_File_Path, track);
+        QCOMPARE(d->track().s_WAV_File_Path, track);
         QCOMPARE(workFiles(), files);
         QVERIFY(!QFile::exists("/_PAD.wav") && !QFile::exists("_PAD.wav"));
     }
@@ -412,16 +414,16 @@ private slots:
         // A file made unreadable: the tools read nothing, and the join has no
         // result to take.
         {
-            QFile damaged(d->s_WAV_File_Path);
+            QFile damaged(d->track().s_WAV_File_Path);
             QVERIFY(damaged.open(QIODevice::WriteOnly | QIODevice::Truncate));
             damaged.write("not audio at all");
         }
         expectRefused(
             d, [&] { d->Operation_Delete(); }, "Delete");
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(10));
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(10));
         QVERIFY(!d->viewAudioPlot->grab().toImage().isNull());
         // A file removed altogether is said as such before anything runs.
-        QVERIFY(QFile::remove(d->s_WAV_File_Path));
+        QVERIFY(QFile::remove(d->track().s_WAV_File_Path));
         const qsizetype runs = m_app->runner().runs().size();
         const auto alert = gui::answerAlert();
         d->Operation_Delete();
@@ -429,7 +431,7 @@ private slots:
         QVERIFY2(alert->informativeText.contains("is no longer there; it was removed outside Tanselo"),
                  qPrintable(alert->informativeText));
         QCOMPARE(m_app->runner().runs().size(), runs);
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(10));
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(10));
 
         Document* e = openPattern();
         QVERIFY(e);

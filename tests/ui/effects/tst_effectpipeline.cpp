@@ -18,10 +18,10 @@ private slots:
     void reversingTheWholeTrackReversesEverySample() {
         Document* d = openPattern();
         QVERIFY(d);
-        const QString before = d->s_WAV_File_Path;
+        const QString before = d->track().s_WAV_File_Path;
         QVERIFY(edit(d, [&] { d->OnPopupReverseEntireTrack(); }));
         checkResult(d, 1, 10, {{0, 4, true}, {4, 6, false}, {6, 10, true}});
-        const std::vector<short> original = frames(before), result = frames(d->s_WAV_File_Path);
+        const std::vector<short> original = frames(before), result = frames(d->track().s_WAV_File_Path);
         QCOMPARE(result.size(), original.size());
         const std::size_t n = original.size() / 2;
         for (std::size_t j = 0; j < n; j += 101)
@@ -31,18 +31,18 @@ private slots:
     void reversingTheSelectionLeavesTheRestAsItWas() {
         Document* d = openPattern();
         QVERIFY(d);
-        const QString before = d->s_WAV_File_Path;
+        const QString before = d->track().s_WAV_File_Path;
         setMarkers(d, 30, 70, 0); // 3–7 s
         QVERIFY(edit(d, [&] { d->OnPopupReverseSelection(); }));
         checkResult(d, 1, 10, {{0, 4, true}, {4, 6, false}, {6, 10, true}});
         for (const auto& [from, to] : {std::pair{0.1, 2.9}, std::pair{7.1, 9.9}}) {
             const double was = fixtures::rms(before, from, to),
-                         is = fixtures::rms(d->s_WAV_File_Path, from, to);
+                         is = fixtures::rms(d->track().s_WAV_File_Path, from, to);
             QVERIFY2(std::abs(fixtures::decibels(is, was)) < 0.5,
                      qPrintable(QString::number(fixtures::decibels(is, was))));
         }
         // Inside, sample by sample, the selection read backwards.
-        const std::vector<short> original = frames(before), result = frames(d->s_WAV_File_Path);
+        const std::vector<short> original = frames(before), result = frames(d->track().s_WAV_File_Path);
         const std::size_t start = 3 * 44100, end = 7 * 44100;
         int matches = 0, checked = 0;
         for (std::size_t j = start + 500; j < end - 500; j += 997, ++checked)
@@ -119,7 +119,7 @@ private slots:
     void anArgumentSoxRefusesLeavesTheTrackAsItWas() {
         Document* d = openPattern();
         QVERIFY(d);
-        const QString current = d->s_WAV_File_Path;
+        const QString current = d->track().s_WAV_File_Path;
         const auto alert = gui::answerAlert();
         d->applyEffect({{}, {"echo", "not-a-number"}}, false);
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
@@ -128,20 +128,20 @@ private slots:
                  QString("Parameters were not accepted. change parameters and try again."));
         QCOMPARE(alert->buttons, QStringList({"Close"}));
         QVERIFY(gui::waitIdle(*m_app));
-        QCOMPARE(d->s_WAV_File_Path, current);
+        QCOMPARE(d->track().s_WAV_File_Path, current);
         QCOMPARE(d->history().array_WAV_Files(), QStringList({current}));
     }
 
     void onASelectionTheCutPartsStayAfterARefusal() {
         Document* d = openPattern();
         QVERIFY(d);
-        const QString current = d->s_WAV_File_Path;
-        const QStringList before = QDir(m_app->s_Output_Folder).entryList(QDir::Files);
+        const QString current = d->track().s_WAV_File_Path;
+        const QStringList before = QDir(m_app->session().s_Output_Folder).entryList(QDir::Files);
         const auto alert = gui::answerAlert();
         d->applyEffect({{}, {"echo", "not-a-number"}}, true);
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
         QVERIFY(gui::waitIdle(*m_app));
-        QStringList added = QDir(m_app->s_Output_Folder).entryList(QDir::Files);
+        QStringList added = QDir(m_app->session().s_Output_Folder).entryList(QDir::Files);
         for (const QString& name : before)
             added.removeAll(name);
         added.sort();
@@ -149,7 +149,7 @@ private slots:
         QVERIFY(added[0].endsWith("After.wav"));
         QVERIFY(added[1].endsWith("Before.wav"));
         QVERIFY(added[2].endsWith("Selection.wav"));
-        QCOMPARE(d->s_WAV_File_Path, current);
+        QCOMPARE(d->track().s_WAV_File_Path, current);
         QCOMPARE(d->history().u_array_WAV_Files_Length(), 1u);
     }
 
@@ -165,9 +165,9 @@ private slots:
                 reverse = action->menu();
         QVERIFY(reverse);
         QCOMPARE(reverse->actions().size(), 2);
-        const QString before = d->s_WAV_File_Path;
+        const QString before = d->track().s_WAV_File_Path;
         QVERIFY(edit(d, [&] { reverse->actions().first()->trigger(); }));
-        const std::vector<short> original = frames(before), result = frames(d->s_WAV_File_Path);
+        const std::vector<short> original = frames(before), result = frames(d->track().s_WAV_File_Path);
         QCOMPARE(result.size(), original.size());
         QCOMPARE(result[2 * 1000], original[original.size() - 2 - 2 * 1000]);
     }
@@ -195,7 +195,7 @@ private slots:
         QVERIFY(declarationProblems(row).isEmpty());
         Document* d = openPattern();
         QVERIFY(d);
-        const QString before = d->s_WAV_File_Path;
+        const QString before = d->track().s_WAV_File_Path;
         QString title, startLabel, movedLabel, refused;
         gui::whenModal<EffectDialog>("Window_Volume", [&](EffectDialog* dialog) {
             title = dialog->windowTitle();
@@ -217,7 +217,7 @@ private slots:
         QCOMPARE(refused, QString("Factor invalid."));
         QCOMPARE(movedLabel, QString("1.50"));
         // sox was given vol -1.50: every sample is the original's, inverted and half again as loud.
-        const std::vector<short> original = frames(before), result = frames(d->s_WAV_File_Path);
+        const std::vector<short> original = frames(before), result = frames(d->track().s_WAV_File_Path);
         QCOMPARE(result.size(), original.size());
         for (std::size_t i : {std::size_t(2000), std::size_t(2011), std::size_t(50000)}) {
             QVERIFY(std::abs(original[i]) > 1000);

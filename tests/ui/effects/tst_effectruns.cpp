@@ -56,7 +56,7 @@ class tst_EffectRuns : public EditingFixture {
 
     void expectUnchanged(Document* d, const QString& current, const QStringList& files) {
         QVERIFY(gui::waitIdle(*m_app));
-        QCOMPARE(d->s_WAV_File_Path, current);
+        QCOMPARE(d->track().s_WAV_File_Path, current);
         QCOMPARE(d->history().array_WAV_Files(), QStringList({current}));
         QCOMPARE(d->history().u_array_WAV_Files_Length(), 1u);
         QCOMPARE(d->windowTitle(), QFileInfo(current).fileName());
@@ -101,25 +101,25 @@ private slots:
         const EffectEntry& entry = *findEffect(key);
         Document* d = openPattern();
         QVERIFY(d);
-        const QString original = d->s_WAV_File_Path;
+        const QString original = d->track().s_WAV_File_Path;
         QVERIFY2(runItem(d, actionName(entry, false), !entry.dialog.isEmpty()), qPrintable(key));
 
-        const fixtures::WavInfo info = fixtures::wavInfo(d->s_WAV_File_Path);
+        const fixtures::WavInfo info = fixtures::wavInfo(d->track().s_WAV_File_Path);
         QVERIFY(info.ok);
         QVERIFY2(std::abs(info.seconds() - lengthAfter(key, 5)) < 0.03,
                  qPrintable(QString::number(info.seconds())));
-        QCOMPARE(d->history().array_WAV_Files(), QStringList({original, d->s_WAV_File_Path}));
-        QCOMPARE(d->windowTitle(), QFileInfo(d->s_WAV_File_Path).fileName());
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(lengthAfter(key, 5) + 0.004));
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({original, d->track().s_WAV_File_Path}));
+        QCOMPARE(d->windowTitle(), QFileInfo(d->track().s_WAV_File_Path).fileName());
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(lengthAfter(key, 5) + 0.004));
         // The effect did something, except amplifying by the 100 % it starts
         // with (the fades reach into half a second of the five).
-        const double changed = changedShare(frames(original), frames(d->s_WAV_File_Path));
+        const double changed = changedShare(frames(original), frames(d->track().s_WAV_File_Path));
         if (key == "Amplify")
             QCOMPARE(changed, 0.0);
         else
             QVERIFY2(changed > 0.05, qPrintable(QString::number(changed)));
         if (key == "Reverse") {
-            const std::vector<short> was = frames(original), is = frames(d->s_WAV_File_Path);
+            const std::vector<short> was = frames(original), is = frames(d->track().s_WAV_File_Path);
             QCOMPARE(is.size(), was.size());
             for (std::size_t j = 0; j < is.size(); j += 2 * 307)
                 QCOMPARE(is[j], was[was.size() - 2 - j]);
@@ -137,11 +137,11 @@ private slots:
         const EffectEntry& entry = *findEffect(key);
         Document* d = openPattern();
         QVERIFY(d);
-        const QString original = d->s_WAV_File_Path;
+        const QString original = d->track().s_WAV_File_Path;
         setMarkers(d, 30, 70, 0); // 1.5–3.5 s
         QVERIFY2(runItem(d, actionName(entry, true), !entry.dialog.isEmpty()), qPrintable(key));
 
-        const QString result = d->s_WAV_File_Path;
+        const QString result = d->track().s_WAV_File_Path;
         const double length = fixtures::wavInfo(result).seconds(), expected = 3 + lengthAfter(key, 2);
         QVERIFY2(std::abs(length - expected) < 0.03, qPrintable(QString::number(length)));
         QCOMPARE(d->history().array_WAV_Files(), QStringList({original, result}));
@@ -169,10 +169,10 @@ private slots:
         Document* d = openPattern();
         QVERIFY(d);
         QVERIFY(runItem(d, "OnPopupSpeedEntireTrack", true));
-        QVERIFY(std::abs(fixtures::wavInfo(d->s_WAV_File_Path).seconds() - 4.0) < 0.03);
-        waitPastEveryStamp(m_app->s_Output_Folder);
+        QVERIFY(std::abs(fixtures::wavInfo(d->track().s_WAV_File_Path).seconds() - 4.0) < 0.03);
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
         QVERIFY(runItem(d, "OnPopupTempoEntireTrack", true));
-        QVERIFY(std::abs(fixtures::wavInfo(d->s_WAV_File_Path).seconds() - 3.2) < 0.03);
+        QVERIFY(std::abs(fixtures::wavInfo(d->track().s_WAV_File_Path).seconds() - 3.2) < 0.03);
         QCOMPARE(d->history().u_array_WAV_Files_Length(), 3u);
     }
 
@@ -182,8 +182,8 @@ private slots:
         Document* d = m_app->documents().last();
         QSignalSpy loaded(d, &Document::loaded);
         QVERIFY(loaded.wait(30000));
-        waitPastEveryStamp(m_app->s_Output_Folder);
-        const QString original = d->s_WAV_File_Path;
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
+        const QString original = d->track().s_WAV_File_Path;
         setMarkers(d, 0, 30, 0); // 0–1.5 s: noise only
 
         gui::whenModal<EffectDialog>("Window_Ask_Noise_Selected", [](EffectDialog* ask) { ask->OnOK(); });
@@ -193,7 +193,7 @@ private slots:
         QVERIFY(item);
         QVERIFY(edit(d, [&] { item->trigger(); }));
 
-        const QString result = d->s_WAV_File_Path;
+        const QString result = d->track().s_WAV_File_Path;
         QCOMPARE(d->history().array_WAV_Files(), QStringList({original, result}));
         QVERIFY(std::abs(fixtures::wavInfo(result).seconds() - 5) < 0.03);
         for (const auto& [from, to] : {std::pair{0.3, 1.3}, std::pair{3.5, 4.5}}) {
@@ -211,7 +211,7 @@ private slots:
     void noiseReductionWithoutASelectionSaysSo() {
         Document* d = openPattern();
         QVERIFY(d);
-        const QString current = d->s_WAV_File_Path;
+        const QString current = d->track().s_WAV_File_Path;
         const QStringList files = workFiles();
         setMarkers(d, 40, 40, 0);
         gui::whenModal<EffectDialog>("Window_Ask_Noise_Selected", [](EffectDialog* ask) { ask->OnOK(); });
@@ -229,7 +229,7 @@ private slots:
     void noiseReductionThatMakesNothingSaysSo() {
         Document* d = openPattern();
         QVERIFY(d);
-        const QString current = d->s_WAV_File_Path;
+        const QString current = d->track().s_WAV_File_Path;
         QVERIFY(QFile::rename(current, current + ".away"));
         {
             QFile damaged(current);
@@ -248,7 +248,7 @@ private slots:
                 "The noise could not be removed. Select a stretch that holds noise only, then try again."));
         QVERIFY(gui::waitIdle(*m_app));
         QVERIFY(QFile::remove(current) && QFile::rename(current + ".away", current));
-        QCOMPARE(d->s_WAV_File_Path, current);
+        QCOMPARE(d->track().s_WAV_File_Path, current);
         QCOMPARE(d->history().array_WAV_Files(), QStringList({current}));
     }
 
@@ -271,7 +271,7 @@ private slots:
         Document* d = openPattern();
         QVERIFY(d);
         setMarkers(d, 30, 70, 0);
-        const QString current = d->s_WAV_File_Path;
+        const QString current = d->track().s_WAV_File_Path;
         const QStringList files = workFiles();
         const int runs = m_app->runner().runs().size();
         const auto backOut = [how](QDialog* dialog) {
@@ -313,7 +313,7 @@ private slots:
     void soxRefusesOnTheWholeTrack() {
         Document* d = openPattern();
         QVERIFY(d);
-        const QString current = d->s_WAV_File_Path;
+        const QString current = d->track().s_WAV_File_Path;
         const QStringList files = workFiles();
         gui::whenModal<EffectDialog>("Window_Echo", [](EffectDialog* echo) {
             dialogs::typeInto(echo->findChild<QLineEdit*>("textDecayFactor"),
@@ -334,7 +334,7 @@ private slots:
         Document* d = openPattern();
         QVERIFY(d);
         setMarkers(d, 30, 70, 0);
-        const QString current = d->s_WAV_File_Path;
+        const QString current = d->track().s_WAV_File_Path;
         const QStringList files = workFiles();
         gui::whenModal<EffectDialog>("Window_Phaser", [](EffectDialog* phaser) {
             dialogs::typeInto(phaser->findChild<QLineEdit*>("textSpeed"), "5000"); // sox: at most 2 Hz
@@ -347,7 +347,7 @@ private slots:
         QCOMPARE(alert->informativeText,
                  QString("Parameters were not accepted. change parameters and try again."));
         QVERIFY(gui::waitIdle(*m_app));
-        QCOMPARE(d->s_WAV_File_Path, current);
+        QCOMPARE(d->track().s_WAV_File_Path, current);
         QCOMPARE(d->history().array_WAV_Files(), QStringList({current}));
         // The three cut parts stay behind; nothing was processed or joined.
         QStringList added = workFiles();
@@ -356,7 +356,7 @@ private slots:
         QCOMPARE(added.size(), 3);
         const QString stamp = added[0].left(19);
         QCOMPARE(added, QStringList({stamp + "After.wav", stamp + "Before.wav", stamp + "Selection.wav"}));
-        const QString folder = m_app->s_Output_Folder + "/" + stamp;
+        const QString folder = m_app->session().s_Output_Folder + "/" + stamp;
         QVERIFY(std::abs(fixtures::wavInfo(folder + "Before.wav").seconds() - 1.5) < 0.03);
         QVERIFY(std::abs(fixtures::wavInfo(folder + "Selection.wav").seconds() - 2.0) < 0.03);
         QVERIFY(std::abs(fixtures::wavInfo(folder + "After.wav").seconds() - 1.5) < 0.03);

@@ -91,7 +91,7 @@ private slots:
 
     void theListStacksTheTracksAndTheRowsMoveAndGo() {
         QCOMPARE(open({{10, 440}, {20, 660}, {30, 880}}).size(), 3);
-        Window_Multiple_Tracks mixer(*m_app);
+        Window_Multiple_Tracks mixer(m_app->session(), [this] { return m_app->openTracks(); });
         mixer.show();
         QAbstractItemModel* model = mixer.tableAudioTracks->model();
         QCOMPARE(model->headerData(0, Qt::Horizontal).toString(), QString("Track"));
@@ -100,7 +100,8 @@ private slots:
         QCOMPARE(model->headerData(2, Qt::Horizontal, Qt::UserRole).toString(), QString("key3"));
         QCOMPARE(column(mixer, 2), QStringList({"00:00:00", "00:00:10", "00:00:30"}));
         QCOMPARE(column(mixer, 1), QStringList({"00:00:10", "00:00:20", "00:00:30"}));
-        QCOMPARE(column(mixer, 0).first(), QFileInfo(m_app->documents()[0]->s_WAV_File_Path).fileName());
+        QCOMPARE(column(mixer, 0).first(),
+                 QFileInfo(m_app->documents()[0]->track().s_WAV_File_Path).fileName());
         QCOMPARE(mixer.Status_Play, 0u);
         QVERIFY(!mixer.btnPlay->isEnabled() && !mixer.btnPause->isEnabled() && !mixer.btnStop->isEnabled());
 
@@ -146,7 +147,7 @@ private slots:
 
     void aStartOfItsOwnAndStartsThatAreNotNumbers() {
         QCOMPARE(open({{10, 440}, {20, 660}}).size(), 2);
-        Window_Multiple_Tracks mixer(*m_app);
+        Window_Multiple_Tracks mixer(m_app->session(), [this] { return m_app->openTracks(); });
         mixer.show();
         select(mixer, 1);
         mixer.textPosition->setText("5");
@@ -190,7 +191,7 @@ private slots:
         QCOMPARE(sources.size(), 3);
         QStringList sourceFiles;
         for (Document* d : sources)
-            sourceFiles << d->s_WAV_File_Path;
+            sourceFiles << d->track().s_WAV_File_Path;
         gui::whenModal<Window_Multiple_Tracks>([](Window_Multiple_Tracks* mixer) {
             mixer->tableAudioTracks->selectRow(2);
             mixer->textPosition->setText("30");
@@ -212,16 +213,16 @@ private slots:
         QCOMPARE(m_app->documents().size(), 4);
         Document* joined = m_app->documents().last();
         QTRY_VERIFY_WITH_TIMEOUT(joined->b_Audio_Loaded, 20000);
-        QCOMPARE(joined->s_WAV_File_Path, m_app->s_Mixed_WAV_File);
+        QCOMPARE(joined->track().s_WAV_File_Path, m_app->s_Mixed_WAV_File);
         QCOMPARE(joined->windowTitle(), QFileInfo(m_app->s_Mixed_WAV_File).fileName());
-        QCOMPARE(joined->i_Audio_Duration_Seconds, qint64(35));
+        QCOMPARE(joined->track().i_Audio_Duration_Seconds, qint64(35));
         QCOMPARE(joined->audioPlot->color(), QColor(0, 255, 0));
         const std::vector<short> all = fixtures::samples(m_app->s_Mixed_WAV_File);
         QVERIFY(std::abs(pitch(all, 1, 9) - 440) < 5);
         QVERIFY(std::abs(pitch(all, 11, 29) - 880) < 8);
         QVERIFY(std::abs(pitch(all, 31, 34.5) - 1320) < 12);
         for (Document* d : sources) // the sources are as they were
-            QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_WAV_File_Path}));
+            QCOMPARE(d->history().array_WAV_Files(), QStringList({d->track().s_WAV_File_Path}));
     }
 
     void closingTheMixerByHandOpensNothing() {
@@ -243,21 +244,21 @@ private slots:
     void joiningTwiceRestartsTheWaitAndPadsThePaddedCopies() {
         const QList<Document*> sources = open({{3, 440}, {2, 880}});
         QCOMPARE(sources.size(), 2);
-        Window_Multiple_Tracks mixer(*m_app);
+        Window_Multiple_Tracks mixer(m_app->session(), [this] { return m_app->openTracks(); });
         mixer.show();
         QVERIFY(join(mixer));
         QVERIFY(mixer.labelClosing->text().contains("opens in"));
         QVERIFY(mixer.secondsUntilClose() >= 9);
-        QCOMPARE(mixer.arrayTracks[1].s_Path, paddedPath(sources[1]->s_WAV_File_Path));
+        QCOMPARE(mixer.arrayTracks[1].s_Path, paddedPath(sources[1]->track().s_WAV_File_Path));
         QTest::qWait(1500);
         QVERIFY(mixer.secondsUntilClose() <= 9);
         QVERIFY(join(mixer));
         QVERIFY(mixer.secondsUntilClose() >= 9); // the wait starts again
-        const QString twice = paddedPath(paddedPath(sources[1]->s_WAV_File_Path));
+        const QString twice = paddedPath(paddedPath(sources[1]->track().s_WAV_File_Path));
         QVERIFY(twice.endsWith("_PAD_PAD.wav"));
         QCOMPARE(mixer.arrayTracks[1].s_Path, twice);
         QCOMPARE(fixtures::wavInfo(twice).seconds(), 3.0 + 3.0 + 2.0); // padded by 3 s twice
-        QVERIFY(std::abs(fixtures::wavInfo(m_app->s_Mixed_WAV_File).seconds() - 8.0) < 0.01);
+        QVERIFY(std::abs(fixtures::wavInfo(mixer.mixedFile()).seconds() - 8.0) < 0.01);
         mixer.reject(); // closed by hand: nothing opens
         QVERIFY(!mixer.bOK);
         QCOMPARE(mixer.secondsUntilClose(), 0);
@@ -268,19 +269,19 @@ private slots:
     void aTrackWhoseFileIsGoneIsNamedAndNothingRuns() {
         const QList<Document*> sources = open({{2, 440}, {2, 880}});
         QCOMPARE(sources.size(), 2);
-        Window_Multiple_Tracks mixer(*m_app);
+        Window_Multiple_Tracks mixer(m_app->session(), [this] { return m_app->openTracks(); });
         mixer.show();
-        QVERIFY(QFile::remove(sources[1]->s_WAV_File_Path));
+        QVERIFY(QFile::remove(sources[1]->track().s_WAV_File_Path));
         const qsizetype runs = m_app->runner().runs().size();
         const auto alert = gui::answerAlert();
         mixer.btnMix->click();
         QTRY_VERIFY(alert->shown);
-        QVERIFY(alert->informativeText.contains(QFileInfo(sources[1]->s_WAV_File_Path).fileName()));
+        QVERIFY(alert->informativeText.contains(QFileInfo(sources[1]->track().s_WAV_File_Path).fileName()));
         QVERIFY(alert->informativeText.contains("Refresh"));
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(m_app->runner().runs().size(), runs);
         QCOMPARE(mixer.secondsUntilClose(), 0);
-        QVERIFY(QFile::exists(sources[0]->s_WAV_File_Path));
+        QVERIFY(QFile::exists(sources[0]->track().s_WAV_File_Path));
     }
 
     // A start far out would pad until the disk is full: refused with the
@@ -288,13 +289,13 @@ private slots:
     void aStartPastWhatAWavHoldsIsRefusedBeforeAnythingRuns() {
         const QList<Document*> sources = open({{2, 440}, {2, 880}});
         QCOMPARE(sources.size(), 2);
-        Window_Multiple_Tracks mixer(*m_app);
+        Window_Multiple_Tracks mixer(m_app->session(), [this] { return m_app->openTracks(); });
         mixer.show();
         select(mixer, 1);
         mixer.textPosition->setText("2147483647");
         mixer.OnUpdatePosition();
         QCOMPARE(starts(mixer.arrayTracks), QList<quint64>({0, 2147483647}));
-        const QStringList files = QDir(m_app->s_Output_Folder).entryList(QDir::Files);
+        const QStringList files = QDir(m_app->session().s_Output_Folder).entryList(QDir::Files);
         const qsizetype runs = m_app->runner().runs().size();
         const auto alert = gui::answerAlert();
         mixer.btnMix->click();
@@ -304,7 +305,7 @@ private slots:
                  qPrintable(alert->informativeText));
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(m_app->runner().runs().size(), runs);
-        QCOMPARE(QDir(m_app->s_Output_Folder).entryList(QDir::Files), files);
+        QCOMPARE(QDir(m_app->session().s_Output_Folder).entryList(QDir::Files), files);
         QCOMPARE(mixer.secondsUntilClose(), 0);
     }
 
@@ -313,9 +314,9 @@ private slots:
     void aJoinWaitsForARunningPlanAndOutlivesAClosedSource() {
         const QList<Document*> sources = open({{2, 440}, {3, 880}});
         QCOMPARE(sources.size(), 2);
-        const QString closedTrack = sources[1]->s_WAV_File_Path;
+        const QString closedTrack = sources[1]->track().s_WAV_File_Path;
         const QByteArray closedBytes = fixtures::digest(closedTrack);
-        Window_Multiple_Tracks mixer(*m_app);
+        Window_Multiple_Tracks mixer(m_app->session(), [this] { return m_app->openTracks(); });
         mixer.show();
         delete sources[1];
         m_app->runner().submit(
@@ -327,14 +328,14 @@ private slots:
         QCOMPARE(mixer.labelClosing->text(), QString("Joining the tracks…"));
         QVERIFY(mixed.wait(30000));
         QVERIFY(mixer.btnMix->isEnabled());
-        QVERIFY(std::abs(fixtures::wavInfo(m_app->s_Mixed_WAV_File).seconds() - 5.0) < 0.01);
+        QVERIFY(std::abs(fixtures::wavInfo(mixer.mixedFile()).seconds() - 5.0) < 0.01);
         QCOMPARE(fixtures::digest(closedTrack), closedBytes);
         mixer.reject();
     }
 
     void thePreviewPlaysTheSelectedRow() {
         QCOMPARE(open({{30, 1000}, {30, 440}}).size(), 2);
-        Window_Multiple_Tracks mixer(*m_app);
+        Window_Multiple_Tracks mixer(m_app->session(), [this] { return m_app->openTracks(); });
         mixer.show();
         select(mixer, 0);
         QCOMPARE(mixer.Status_Play, 3u);
@@ -365,7 +366,7 @@ private slots:
 
     void theStripDrawsTheBarsWhereTheyBelong() {
         QCOMPARE(open({{10, 440}, {30, 660}}).size(), 2);
-        Window_Multiple_Tracks mixer(*m_app);
+        Window_Multiple_Tracks mixer(m_app->session(), [this] { return m_app->openTracks(); });
         mixer.resize(800, 400);
         mixer.show();
         select(mixer, 1);

@@ -49,9 +49,9 @@ private slots:
         fixtures::makeTone(tone, 10, 440);
         Document* d = gui::openInNewWindow(*app, tone);
         QVERIFY(d);
-        d->viewAudioPlot->f_Selection_Start = 20;
-        d->viewAudioPlot->f_Selection_End = 50;
-        d->viewAudioPlot->f_Audio_Position = 3;
+        d->track().f_Selection_Start = 20;
+        d->track().f_Selection_End = 50;
+        d->track().f_Audio_Position = 3;
         emit d->viewAudioPlot->markersChanged(); // as a drag of the markers does
 
         QList<QWidget*> reachable;

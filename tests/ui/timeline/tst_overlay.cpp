@@ -1,5 +1,6 @@
 #include "timeline/OverlayGeometry.h"
 #include "timeline/View_Audio_Wave.h"
+#include "track/Track.h"
 
 #include <QImage>
 #include <QTest>
@@ -12,11 +13,12 @@ constexpr int H = 200;
 
 // A loaded 10-second overlay, 1000 × 200, painted once so that it knows its width.
 struct Overlay {
-    View_Audio_Wave view;
+    Track track;
+    View_Audio_Wave view{track};
     Overlay() {
         view.resize(W, H);
         view.b_Audio_Loaded = true;
-        view.f_Audio_Length = 10.0f;
+        track.f_Audio_Length = 10.0f;
         image();
     }
     QImage image() { return view.grab().toImage(); }
@@ -46,7 +48,8 @@ class tst_Overlay : public QObject {
     Q_OBJECT
 private slots:
     void notLoadedShowsTheNoticeAndIgnoresTheMouse() {
-        View_Audio_Wave view;
+        Track track;
+        View_Audio_Wave view(track);
         view.resize(W, H);
         const QImage image = view.grab().toImage();
         int red = 0, minX = W, maxY = 0;
@@ -65,8 +68,8 @@ private slots:
         QTest::mousePress(&view, Qt::LeftButton, {}, QPoint(400, 100));
         QTest::mouseMove(&view, QPoint(10, 100));
         QTest::mouseRelease(&view, Qt::LeftButton, {}, QPoint(10, 100));
-        QCOMPARE(view.f_Audio_Position, 0.0f);
-        QCOMPARE(view.f_Selection_Start, 40.0f);
+        QCOMPARE(track.f_Audio_Position, 0.0f);
+        QCOMPARE(track.f_Selection_Start, 40.0f);
         QVERIFY(!view.b_Mouse_Down_Start);
     }
 
@@ -80,11 +83,12 @@ private slots:
     }
 
     void theFirstPaintLearnsTheWidthAndDrawsBandHandlesAndMarker() {
-        View_Audio_Wave view;
+        Track track;
+        View_Audio_Wave view(track);
         view.resize(W, H);
         view.b_Audio_Loaded = true;
-        view.f_Audio_Length = 10.0f;
-        view.f_Audio_Position = 2.5f;
+        track.f_Audio_Length = 10.0f;
+        track.f_Audio_Position = 2.5f;
         QCOMPARE(view.f_AudioPlot_Width, 0.0f);
         const QImage image = view.grab().toImage();
         QCOMPARE(view.f_AudioPlot_Width, float(W));
@@ -107,13 +111,13 @@ private slots:
 
     void noMarkerWithoutALength() {
         Overlay o;
-        o.view.f_Audio_Length = 0.0f;
+        o.track.f_Audio_Length = 0.0f;
         const QRectF before = o.view.rect_Position_Top;
         const QImage image = o.image();
         QVERIFY(isBlack(image.pixel(1, 100)));
         QCOMPARE(o.view.rect_Position_Top, before);
         o.press(300, 20);
-        QCOMPARE(o.view.f_Audio_Position, 0.0f);
+        QCOMPARE(o.track.f_Audio_Position, 0.0f);
     }
 
     void draggingTheStartPastTheEndSwapsOnRelease() {
@@ -121,15 +125,15 @@ private slots:
         o.press(400, 100);
         QVERIFY(o.view.b_Mouse_Down_Start);
         o.drag(700, 100);
-        QCOMPARE(o.view.f_Selection_Start, 70.0f);
-        QCOMPARE(o.view.f_Selection_End, 60.0f); // start > end while dragging
+        QCOMPARE(o.track.f_Selection_Start, 70.0f);
+        QCOMPARE(o.track.f_Selection_End, 60.0f); // start > end while dragging
         const QImage during = o.image();
         QVERIFY(isWhite(during.pixel(650, 20))); // the band still lies between them
         QVERIFY(isBlack(during.pixel(550, 20)));
         o.release(700, 100);
         QVERIFY(!o.view.b_Mouse_Down_Start);
-        QCOMPARE(o.view.f_Selection_Start, 60.0f);
-        QCOMPARE(o.view.f_Selection_End, 70.0f);
+        QCOMPARE(o.track.f_Selection_Start, 60.0f);
+        QCOMPARE(o.track.f_Selection_End, 70.0f);
     }
 
     void draggingPastEitherEdgeStoresValuesBeyondTheTrack() {
@@ -137,14 +141,14 @@ private slots:
         o.press(600, 100);
         QVERIFY(o.view.b_Mouse_Down_End);
         o.drag(1100, 100);
-        QCOMPARE(o.view.f_Selection_End, 110.0f);
+        QCOMPARE(o.track.f_Selection_End, 110.0f);
         o.release(1100, 100);
         o.press(400, 100);
         o.drag(-50, 100);
-        QCOMPARE(o.view.f_Selection_Start, -5.0f);
+        QCOMPARE(o.track.f_Selection_Start, -5.0f);
         o.release(-50, 100);
-        QCOMPARE(o.view.f_Selection_Start, -5.0f);
-        QCOMPARE(o.view.f_Selection_End, 110.0f);
+        QCOMPARE(o.track.f_Selection_Start, -5.0f);
+        QCOMPARE(o.track.f_Selection_End, 110.0f);
     }
 
     void handleEdgesThatGrabAndThoseThatDoNot() {
@@ -162,17 +166,17 @@ private slots:
             Overlay o; // right edge: no grab, the position moves instead
             o.press(410, 100);
             QVERIFY(!o.view.b_Mouse_Down_Start);
-            QCOMPARE(o.view.f_Audio_Position, 4.1f);
+            QCOMPARE(o.track.f_Audio_Position, 4.1f);
         }
         {
             Overlay o; // top edge
             o.press(400, 110);
             QVERIFY(!o.view.b_Mouse_Down_Start);
-            QCOMPARE(o.view.f_Audio_Position, 4.0f);
+            QCOMPARE(o.track.f_Audio_Position, 4.0f);
         }
         {
             Overlay o; // where the handles overlap, the start handle wins
-            o.view.f_Selection_End = 41.0f;
+            o.track.f_Selection_End = 41.0f;
             o.image();
             o.press(405, 100);
             QVERIFY(o.view.b_Mouse_Down_Start);
@@ -182,19 +186,19 @@ private slots:
 
     void aPressInTheRedCircleMovesThePosition() {
         Overlay o;
-        o.view.f_Audio_Position = 5.0f;
+        o.track.f_Audio_Position = 5.0f;
         o.image();
         QCOMPARE(o.view.rect_Position_Bottom, QRectF(490, 190, 20, 20));
         o.press(495, 195);
-        QCOMPARE(o.view.f_Audio_Position, 4.95f);
+        QCOMPARE(o.track.f_Audio_Position, 4.95f);
         QVERIFY(!o.view.b_Mouse_Down_Start && !o.view.b_Mouse_Down_End);
     }
 
     void aPressElsewhereSetsThePositionFromX() {
         Overlay o;
         o.press(123, 20);
-        QCOMPARE(o.view.f_Audio_Position, overlay::positionAt(123, 1000.0f, 10.0f));
-        QCOMPARE(o.view.f_Audio_Position, 1.23f);
+        QCOMPARE(o.track.f_Audio_Position, overlay::positionAt(123, 1000.0f, 10.0f));
+        QCOMPARE(o.track.f_Audio_Position, 1.23f);
         const QImage image = o.image();
         QVERIFY(isRed(image.pixel(123, 60)));
     }
@@ -206,19 +210,20 @@ private slots:
         QCOMPARE(o.view.f_AudioPlot_Width, 1000.0f);
         QCOMPARE(o.view.rect_Selection_Start, QRectF(390, 90, 20, 20));
         o.press(500, 20);
-        QCOMPARE(o.view.f_Audio_Position, 5.0f);
+        QCOMPARE(o.track.f_Audio_Position, 5.0f);
     }
 
     void aPressBeforeTheFirstPaintStoresWhatTheDivisionGives() {
-        View_Audio_Wave view;
+        Track track;
+        View_Audio_Wave view(track);
         view.resize(W, H);
         view.b_Audio_Loaded = true;
-        view.f_Audio_Length = 10.0f;
+        track.f_Audio_Length = 10.0f;
         QTest::mousePress(&view, Qt::LeftButton, {}, QPoint(300, 100));
-        QVERIFY(std::isinf(view.f_Audio_Position));
+        QVERIFY(std::isinf(track.f_Audio_Position));
         QTest::mouseRelease(&view, Qt::LeftButton, {}, QPoint(300, 100));
         QTest::mousePress(&view, Qt::LeftButton, {}, QPoint(0, 100));
-        QVERIFY(std::isnan(view.f_Audio_Position));
+        QVERIFY(std::isnan(track.f_Audio_Position));
         QVERIFY(!view.grab().toImage().isNull()); // drawing after it does not fail
         QCOMPARE(view.f_AudioPlot_Width, float(W));
     }
@@ -238,8 +243,9 @@ private slots:
         QFETCH(float, value);
         for (int field = 0; field < 5; ++field) {
             Overlay o;
-            float* targets[] = {&o.view.f_Selection_Start, &o.view.f_Selection_End, &o.view.f_AudioPlot_Width,
-                                &o.view.f_Audio_Position, &o.view.f_Audio_Length};
+            float* targets[] = {&o.track.f_Selection_Start, &o.track.f_Selection_End,
+                                &o.view.f_AudioPlot_Width, &o.track.f_Audio_Position,
+                                &o.track.f_Audio_Length};
             *targets[field] = value;
             QVERIFY(!o.image().isNull());
             o.press(500, 50);

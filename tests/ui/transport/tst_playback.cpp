@@ -114,17 +114,17 @@ private slots:
         QTRY_VERIFY(first->isPlaying());
 
         d->OnToolbarPause();
-        d->viewAudioPlot->f_Audio_Position = 4.5f;
+        d->track().f_Audio_Position = 4.5f;
         d->OnPopupMenuPlayFromCurrentPosition(); // a choice restarts a paused playback
         QCOMPARE(d->m_RecordStatus, 3u);
         QVERIFY(d->sound.get() != first);
-        QCOMPARE(d->viewAudioPlot->f_Audio_Position, 4.5f);
+        QCOMPARE(d->track().f_Audio_Position, 4.5f);
 
         d->OnToolbarStop();
         QCOMPARE(d->m_RecordStatus, 0u);
         QCOMPARE(buttons(d), QString("on on off off on on on on on"));
         QVERIFY(!d->timerHandleAudioPlaying);
-        QCOMPARE(d->viewAudioPlot->f_Audio_Position, 4.5f); // kept
+        QCOMPARE(d->track().f_Audio_Position, 4.5f); // kept
         d->stopAudio();
         QCOMPARE(d->m_RecordStatus, 0u);
     }
@@ -132,10 +132,10 @@ private slots:
     void theTimerMovesTheMarkerEverySecond() {
         Document* d = open(m_tone10);
         QVERIFY(d);
-        d->viewAudioPlot->f_Audio_Position = 7;
+        d->track().f_Audio_Position = 7;
         d->OnPopupMenuPlayFromStart();
-        QCOMPARE(d->viewAudioPlot->f_Audio_Position, 0.0f);
-        QTRY_COMPARE_WITH_TIMEOUT(d->viewAudioPlot->f_Audio_Position, 2.0f, 3500);
+        QCOMPARE(d->track().f_Audio_Position, 0.0f);
+        QTRY_COMPARE_WITH_TIMEOUT(d->track().f_Audio_Position, 2.0f, 3500);
         d->OnToolbarStop();
     }
 
@@ -147,24 +147,24 @@ private slots:
         QList<float> positions;
         for (int i = 0; i < 14; ++i) {
             d->TimerHandleAudioPlayingRoutine();
-            positions << d->viewAudioPlot->f_Audio_Position;
+            positions << d->track().f_Audio_Position;
         }
         QCOMPARE(positions, QList<float>({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14}));
         QCOMPARE(d->u_Last_Position, 14u);
         QCOMPARE(d->m_RecordStatus, 3u);
         QVERIFY(d->labelPosition->text().contains("00:00:14"));
         d->OnToolbarStop();
-        QCOMPARE(d->viewAudioPlot->f_Audio_Position, 14.0f);
+        QCOMPARE(d->track().f_Audio_Position, 14.0f);
     }
 
     void aSelectionPlaysFromItsStartAndStopsAtItsEnd() {
         Document* d = open(m_track60);
         QVERIFY(d);
-        d->viewAudioPlot->f_Selection_Start = 10;
-        d->viewAudioPlot->f_Selection_End = 20;
+        d->track().f_Selection_Start = 10;
+        d->track().f_Selection_End = 20;
         d->OnPopupMenuPlaySelection();
         QVERIFY(d->b_Play_Selection);
-        QCOMPARE(d->viewAudioPlot->f_Audio_Position, 6.0f);
+        QCOMPARE(d->track().f_Audio_Position, 6.0f);
         holdTheTimer(d);
         // The player starts where the marker does.
         QTRY_VERIFY_WITH_TIMEOUT(d->sound->isPlaying(), 10000);
@@ -173,7 +173,7 @@ private slots:
         QList<float> positions;
         while (d->m_RecordStatus == 3 && positions.size() < 20) {
             d->TimerHandleAudioPlayingRoutine();
-            positions << d->viewAudioPlot->f_Audio_Position;
+            positions << d->track().f_Audio_Position;
         }
         QCOMPARE(positions, QList<float>({7, 8, 9, 10, 11, 12, 12}));
         QCOMPARE(d->m_RecordStatus, 0u);
@@ -183,8 +183,8 @@ private slots:
     void pausedSelectionKeepsItsEnd() {
         Document* d = open(m_track60);
         QVERIFY(d);
-        d->viewAudioPlot->f_Selection_Start = 10;
-        d->viewAudioPlot->f_Selection_End = 20;
+        d->track().f_Selection_Start = 10;
+        d->track().f_Selection_End = 20;
         d->OnPopupMenuPlaySelection();
         holdTheTimer(d);
         for (int i = 0; i < 3; ++i)
@@ -192,14 +192,14 @@ private slots:
         d->OnToolbarPause();
         d->OnToolbarPlay();
         QVERIFY(d->b_Play_Selection);
-        QCOMPARE(d->viewAudioPlot->f_Audio_Position, 9.0f);
+        QCOMPARE(d->track().f_Audio_Position, 9.0f);
         holdTheTimer(d);
         for (int i = 0; i < 3; ++i)
             d->TimerHandleAudioPlayingRoutine();
         QCOMPARE(d->m_RecordStatus, 3u);
         d->TimerHandleAudioPlayingRoutine(); // at 12.0: the end
         QCOMPARE(d->m_RecordStatus, 0u);
-        QCOMPARE(d->viewAudioPlot->f_Audio_Position, 12.0f);
+        QCOMPARE(d->track().f_Audio_Position, 12.0f);
     }
 
     void pauseThenStopKeepsTheMarker() {
@@ -212,9 +212,9 @@ private slots:
         d->OnToolbarPause();
         d->OnToolbarStop();
         QCOMPARE(d->m_RecordStatus, 0u);
-        QCOMPARE(d->viewAudioPlot->f_Audio_Position, 2.0f);
+        QCOMPARE(d->track().f_Audio_Position, 2.0f);
         d->OnPopupMenuPlayFromCurrentPosition();
-        QCOMPARE(d->viewAudioPlot->f_Audio_Position, 2.0f);
+        QCOMPARE(d->track().f_Audio_Position, 2.0f);
         QTRY_VERIFY_WITH_TIMEOUT(std::abs(d->sound->currentTime() - 2.0) < 0.5, 10000);
         d->OnToolbarStop();
     }
@@ -234,12 +234,12 @@ private slots:
         const QPoint at(int(view->width() * 0.8), view->height() / 2);
         QTest::mousePress(view, Qt::LeftButton, {}, at);
         QTest::mouseRelease(view, Qt::LeftButton, {}, at);
-        const float clicked = view->f_Audio_Position;
+        const float clicked = d->track().f_Audio_Position;
         QVERIFY2(std::abs(clicked - 48) < 2, qPrintable(QString::number(clicked)));
         QVERIFY(d->sound->currentTime() < 10);
         d->TimerHandleAudioPlayingRoutine();
         QTRY_VERIFY_WITH_TIMEOUT(std::abs(d->sound->currentTime() - clicked) < 0.5, 5000);
-        QCOMPARE(view->f_Audio_Position, clicked + 1);
+        QCOMPARE(d->track().f_Audio_Position, clicked + 1);
         d->OnToolbarStop();
     }
 
@@ -259,7 +259,7 @@ private slots:
         d->OnToolbarStop();
         d->popupMenuPlay->actions().at(0)->trigger();
         QVERIFY(!d->b_Play_Selection);
-        QCOMPARE(d->viewAudioPlot->f_Audio_Position, 0.0f);
+        QCOMPARE(d->track().f_Audio_Position, 0.0f);
         d->OnToolbarStop();
     }
 
@@ -270,11 +270,11 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(d));
         d->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(d));
-        d->viewAudioPlot->f_Audio_Position = 3;
+        d->track().f_Audio_Position = 3;
         QTest::keyClick(d, Qt::Key_Space);
         QCOMPARE(d->m_RecordStatus, 3u);
         QVERIFY(!d->b_Play_Selection);
-        QCOMPARE(d->viewAudioPlot->f_Audio_Position, 3.0f);
+        QCOMPARE(d->track().f_Audio_Position, 3.0f);
         QTest::keyClick(d, Qt::Key_Space);
         QCOMPARE(d->m_RecordStatus, 4u);
         QTest::keyClick(d, Qt::Key_Space);
@@ -301,7 +301,7 @@ private slots:
         const std::vector<short> before = listening::hear(500);
         QTRY_VERIFY_WITH_TIMEOUT(d->u_Last_Position >= 1, 3000);
         QVERIFY(d->u_Last_Position < 4);
-        d->viewAudioPlot->f_Audio_Position = 6; // as a click would
+        d->track().f_Audio_Position = 6; // as a click would
         const quint64 ticked = d->u_Last_Position;
         QTRY_VERIFY_WITH_TIMEOUT(d->u_Last_Position != ticked, 3000); // the next tick seeks
         QTest::qWait(300); // what was on its way before the seek has been played
@@ -333,7 +333,7 @@ private slots:
     void aMissingFileIsSaidAndNothingStarts() {
         Document* d = open(m_tone10);
         QVERIFY(d);
-        const QString path = d->s_WAV_File_Path;
+        const QString path = d->track().s_WAV_File_Path;
         QVERIFY(QFile::rename(path, path + ".away"));
         const auto alert = gui::answerAlert();
         d->OnPopupMenuPlayFromStart();

@@ -54,10 +54,10 @@ struct SmallWorkFolder {
     AppDelegate& app;
     QString was;
     SmallWorkFolder(AppDelegate& a, const QString& path, const QString& options)
-        : disk(path, options), app(a), was(a.s_Output_Folder) {
-        app.s_Output_Folder = disk.folder;
+        : disk(path, options), app(a), was(a.session().s_Output_Folder) {
+        app.session().s_Output_Folder = disk.folder;
     }
-    ~SmallWorkFolder() { app.s_Output_Folder = was; }
+    ~SmallWorkFolder() { app.session().s_Output_Folder = was; }
     SmallWorkFolder(const SmallWorkFolder&) = delete;
     SmallWorkFolder& operator=(const SmallWorkFolder&) = delete;
 };
@@ -104,16 +104,16 @@ private slots:
         if (QMediaDevices::audioInputs().isEmpty())
             bringBackTheMicrophone();
         QTRY_VERIFY_WITH_TIMEOUT(!QMediaDevices::defaultAudioInput().isNull(), 5000);
-        if (!QFile::exists(m_app->sSilenceWavPath))
-            fixtures::run("sox",
-                          {"-n", "-r", "44100", "-c", "2", m_app->sSilenceWavPath, "trim", "0.0", "60.0"});
+        if (!QFile::exists(m_app->session().sSilenceWavPath))
+            fixtures::run("sox", {"-n", "-r", "44100", "-c", "2", m_app->session().sSilenceWavPath, "trim",
+                                  "0.0", "60.0"});
     }
 
     void recordPauseRecordStopMakesOneTake() {
         Document* d = open(m_tone);
         QVERIFY(d);
-        const QString previous = d->s_WAV_File_Path;
-        QVERIFY(previous.startsWith(m_app->s_Output_Folder));
+        const QString previous = d->track().s_WAV_File_Path;
+        QVERIFY(previous.startsWith(m_app->session().s_Output_Folder));
         playIntoTheMicrophone();
 
         d->OnToolbarRecord();
@@ -121,7 +121,7 @@ private slots:
         QCOMPARE(buttons(d), QString("off off on on off off off off off on on on"));
         QVERIFY(d->viewAudioPlot->b_Recording);
         const QString take = d->s_Sound_File_Source;
-        QCOMPARE(QFileInfo(take).path(), m_app->s_Output_Folder);
+        QCOMPARE(QFileInfo(take).path(), m_app->session().s_Output_Folder);
         QVERIFY(QFileInfo(take).fileName().contains(QRegularExpression("^\\d{4}(-\\d\\d){5}\\.wav$")));
         // The overlay is black and the plot shows the live input.
         const auto loudest = [d] {
@@ -157,10 +157,10 @@ private slots:
         QCOMPARE(d->m_RecordStatus, 0u);
         QCOMPARE(buttons(d), QString("on on off off on on on on on on on on"));
         QVERIFY(!d->viewAudioPlot->b_Recording);
-        QCOMPARE(d->s_WAV_File_Path, take);
-        QCOMPARE(d->s_File_Path, take);
+        QCOMPARE(d->track().s_WAV_File_Path, take);
+        QCOMPARE(d->track().s_File_Path, take);
         QCOMPARE(d->windowTitle(), QFileInfo(take).fileName());
-        QCOMPARE(d->s_WAV_File_URL, "file://" + take);
+        QCOMPARE(d->track().s_WAV_File_URL, "file://" + take);
         QCOMPARE(d->history().array_WAV_Files(), QStringList({take}));
         QCOMPARE(d->history().u_array_WAV_Files_Length(), 1u);
         QCOMPARE(d->history().u_array_WAV_Files_Position(), 1u);
@@ -174,14 +174,14 @@ private slots:
         QVERIFY2(listening::level(recorded) > 0.25, qPrintable(QString::number(listening::level(recorded))));
         const double pitch = listening::frequency(recorded);
         QVERIFY2(std::abs(pitch - 1000) < 15, qPrintable(QString::number(pitch)));
-        QCOMPARE(d->i_Audio_Duration_Seconds, qint64(info.seconds()));
-        QVERIFY(!d->s_File_Size.isEmpty());
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(info.seconds()));
+        QVERIFY(!d->track().s_File_Size.isEmpty());
         QTRY_VERIFY(!d->audioPlot->showsLiveInput() && !d->audioPlot->points().empty());
 
         // Undo has nothing to go back to.
         d->Operation_Undo();
         QVERIFY(gui::waitIdle(*m_app));
-        QCOMPARE(d->s_WAV_File_Path, take);
+        QCOMPARE(d->track().s_WAV_File_Path, take);
         QVERIFY(QFile::exists(take));
     }
 
@@ -194,9 +194,9 @@ private slots:
         QTest::keyClick(d, Qt::Key_R); // Record's key
         QCOMPARE(d->m_RecordStatus, 1u);
         QVERIFY(finish(d));
-        QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).isWorkingWav());
-        QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).seconds() < 1);
-        QCOMPARE(d->i_Audio_Duration_Seconds, 0);
+        QVERIFY(fixtures::wavInfo(d->track().s_WAV_File_Path).isWorkingWav());
+        QVERIFY(fixtures::wavInfo(d->track().s_WAV_File_Path).seconds() < 1);
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, 0);
         QCOMPARE(d->history().u_array_WAV_Files_Length(), 1u);
     }
 
@@ -215,9 +215,9 @@ private slots:
         const std::vector<short> other = fixtures::samples(named);
         QTest::qWait(1700);
         QVERIFY(finish(d));
-        const QString take = d->s_WAV_File_Path;
+        const QString take = d->track().s_WAV_File_Path;
         QVERIFY(take != named);
-        QCOMPARE(QFileInfo(take).path(), m_app->s_Output_Folder);
+        QCOMPARE(QFileInfo(take).path(), m_app->session().s_Output_Folder);
         QVERIFY(QFileInfo(take).fileName().contains(QRegularExpression("^\\d{4}(-\\d\\d){5}\\.wav$")));
         QCOMPARE(d->history().array_WAV_Files(), QStringList({take}));
         QCOMPARE(fixtures::samples(named), other); // untouched
@@ -228,8 +228,9 @@ private slots:
                  qPrintable(QString("the take is not what was recorded: %1 Hz over %2 s")
                                 .arg(listening::frequency(recorded))
                                 .arg(fixtures::wavInfo(take).seconds())));
-        QVERIFY(
-            QDir(m_app->s_Output_Folder).entryList({".recording-*"}, QDir::Hidden | QDir::Files).isEmpty());
+        QVERIFY(QDir(m_app->session().s_Output_Folder)
+                    .entryList({".recording-*"}, QDir::Hidden | QDir::Files)
+                    .isEmpty());
     }
 
     // A recording makes the track when it stops: a load still on its way is
@@ -237,7 +238,7 @@ private slots:
     void nothingLoadsIntoARecordingWindow() {
         Document* d = open(m_tone);
         QVERIFY(d);
-        const QString before = d->s_WAV_File_Path;
+        const QString before = d->track().s_WAV_File_Path;
         // The runner is busy for a second, so the silence track's load waits.
         m_app->runner().submit(
             {{step::Run{Tool::FFmpeg, {"-re", "-f", "lavfi", "-i", "anullsrc=d=1", "-f", "null", "-"}}}},
@@ -256,7 +257,7 @@ private slots:
 
         const auto dialog = gui::answerFileDialog({});
         d->OnToolbarOpen();
-        d->Refresh_Audio_Plot();
+        d->Refresh_Audio_Plot(Qt::green);
         d->Operation_Save();
         QTest::qWait(400); // the save command's wait is 0.1 s
         QVERIFY(!dialog->shown);
@@ -267,7 +268,7 @@ private slots:
 
         const QString take = d->s_Sound_File_Source;
         QVERIFY(finish(d));
-        QCOMPARE(d->s_WAV_File_Path, take);
+        QCOMPARE(d->track().s_WAV_File_Path, take);
         QCOMPARE(d->history().array_WAV_Files(), QStringList({take}));
         QCOMPARE(d->windowTitle(), QFileInfo(take).fileName());
         QVERIFY(d->btnOpen->isEnabled());
@@ -292,7 +293,7 @@ private slots:
         QVERIFY(!d->b_Audio_Loaded);
         const QString take = d->s_Sound_File_Source;
         QVERIFY(finish(d));
-        QCOMPARE(d->s_WAV_File_Path, take);
+        QCOMPARE(d->track().s_WAV_File_Path, take);
         QCOMPARE(d->windowTitle(), QFileInfo(take).fileName());
         QVERIFY(d->b_Audio_Loaded);
         QVERIFY(d->btnOpen->isEnabled());
@@ -312,20 +313,22 @@ private slots:
         QVERIFY(finish(first));
         QTest::qWait(600);
         QVERIFY(finish(second));
-        QVERIFY(first->s_WAV_File_Path != second->s_WAV_File_Path);
+        QVERIFY(first->track().s_WAV_File_Path != second->track().s_WAV_File_Path);
         for (Document* d : {first, second}) {
-            QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_WAV_File_Path}));
-            QCOMPARE(d->windowTitle(), QFileInfo(d->s_WAV_File_Path).fileName());
-            const fixtures::WavInfo take = fixtures::wavInfo(d->s_WAV_File_Path);
+            QCOMPARE(d->history().array_WAV_Files(), QStringList({d->track().s_WAV_File_Path}));
+            QCOMPARE(d->windowTitle(), QFileInfo(d->track().s_WAV_File_Path).fileName());
+            const fixtures::WavInfo take = fixtures::wavInfo(d->track().s_WAV_File_Path);
             QVERIFY(take.isWorkingWav());
             QVERIFY2(take.seconds() > 0.4, qPrintable(QString::number(take.seconds())));
-            QVERIFY(std::abs(listening::frequency(fixtures::samples(d->s_WAV_File_Path)) - 1000) < 15);
+            QVERIFY(std::abs(listening::frequency(fixtures::samples(d->track().s_WAV_File_Path)) - 1000) <
+                    15);
         }
         // The second take went on after the first had stopped: it is the longer.
-        QVERIFY(fixtures::wavInfo(second->s_WAV_File_Path).seconds() >
-                fixtures::wavInfo(first->s_WAV_File_Path).seconds() + 0.3);
-        QVERIFY(
-            QDir(m_app->s_Output_Folder).entryList({".recording-*"}, QDir::Hidden | QDir::Files).isEmpty());
+        QVERIFY(fixtures::wavInfo(second->track().s_WAV_File_Path).seconds() >
+                fixtures::wavInfo(first->track().s_WAV_File_Path).seconds() + 0.3);
+        QVERIFY(QDir(m_app->session().s_Output_Folder)
+                    .entryList({".recording-*"}, QDir::Hidden | QDir::Files)
+                    .isEmpty());
     }
 
     // A window that recorded before it ever held a track, and whose take is
@@ -338,9 +341,9 @@ private slots:
         QCOMPARE(d->m_RecordStatus, 1u);
         QTest::qWait(500);
         const QStringList growing =
-            QDir(m_app->s_Output_Folder).entryList({".recording-*"}, QDir::Hidden | QDir::Files);
+            QDir(m_app->session().s_Output_Folder).entryList({".recording-*"}, QDir::Hidden | QDir::Files);
         QCOMPARE(growing.size(), 1);
-        QVERIFY(QFile::remove(QDir(m_app->s_Output_Folder).filePath(growing.first())));
+        QVERIFY(QFile::remove(QDir(m_app->session().s_Output_Folder).filePath(growing.first())));
         const auto alert = gui::answerAlert();
         QSignalSpy loaded(d, &Document::loaded);
         d->OnToolbarStop();
@@ -349,10 +352,10 @@ private slots:
                  QString("The recording produced no usable audio."));
         QVERIFY(loaded.wait(20000));
         QCOMPARE(d->m_RecordStatus, 0u);
-        QCOMPARE(d->s_WAV_File_Path, m_app->sSilenceWavPath);
+        QCOMPARE(d->track().s_WAV_File_Path, m_app->session().sSilenceWavPath);
         QCOMPARE(d->windowTitle(), QString("silence.wav"));
-        QCOMPARE(d->history().array_WAV_Files(), QStringList({m_app->sSilenceWavPath}));
-        QCOMPARE(d->i_Audio_Duration_Seconds, 60);
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({m_app->session().sSilenceWavPath}));
+        QCOMPARE(d->track().i_Audio_Duration_Seconds, 60);
     }
 
     void withoutAnInputRecordSaysSoAndChangesNothing() {
@@ -360,8 +363,8 @@ private slots:
         QVERIFY(d);
         removeTheMicrophone();
         QTRY_VERIFY_WITH_TIMEOUT(QMediaDevices::audioInputs().isEmpty(), 5000);
-        const QString before = buttons(d), current = d->s_WAV_File_Path;
-        const QStringList files = QDir(m_app->s_Output_Folder).entryList(QDir::Files);
+        const QString before = buttons(d), current = d->track().s_WAV_File_Path;
+        const QStringList files = QDir(m_app->session().s_Output_Folder).entryList(QDir::Files);
         const auto alert = gui::answerAlert();
         d->OnToolbarRecord();
         QVERIFY(alert->shown);
@@ -371,9 +374,9 @@ private slots:
         QCOMPARE(alert->buttons, QStringList({"Close"}));
         QCOMPARE(d->m_RecordStatus, 0u);
         QCOMPARE(buttons(d), before);
-        QCOMPARE(d->s_WAV_File_Path, current);
+        QCOMPARE(d->track().s_WAV_File_Path, current);
         QVERIFY(!d->viewAudioPlot->b_Recording);
-        QCOMPARE(QDir(m_app->s_Output_Folder).entryList(QDir::Files), files);
+        QCOMPARE(QDir(m_app->session().s_Output_Folder).entryList(QDir::Files), files);
     }
 
     void losingTheInputWhileRecordingKeepsWhatWasRecorded() {
@@ -391,7 +394,7 @@ private slots:
         QVERIFY(loaded.wait(20000) || loaded.count() > 0);
         QCOMPARE(d->m_RecordStatus, 0u);
         QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_Sound_File_Source}));
-        QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).seconds() > 0.3);
+        QVERIFY(fixtures::wavInfo(d->track().s_WAV_File_Path).seconds() > 0.3);
     }
 
     void aRecordingStopsWhereTheWorkFolderWouldRunOutOfRoom() {
@@ -411,10 +414,10 @@ private slots:
         QCOMPARE(alert->informativeText, recordingLimitMessage(limit, small.disk.folder));
         QVERIFY(loaded.wait(20000) || loaded.count() > 0);
         QCOMPARE(d->m_RecordStatus, 0u);
-        QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_WAV_File_Path}));
-        QCOMPARE(QFileInfo(d->s_WAV_File_Path).path(), small.disk.folder);
-        QCOMPARE(fixtures::wavInfo(d->s_WAV_File_Path).frames, limit.frames);
-        QVERIFY(fixtures::rms(d->s_WAV_File_Path, 1.0, 2.0) > 0.05); // the tone was taken
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({d->track().s_WAV_File_Path}));
+        QCOMPARE(QFileInfo(d->track().s_WAV_File_Path).path(), small.disk.folder);
+        QCOMPARE(fixtures::wavInfo(d->track().s_WAV_File_Path).frames, limit.frames);
+        QVERIFY(fixtures::rms(d->track().s_WAV_File_Path, 1.0, 2.0) > 0.05); // the tone was taken
         delete d;
         QVERIFY(gui::waitIdle(*m_app));
     }
@@ -447,9 +450,9 @@ private slots:
                  qPrintable(alert->informativeText));
         QVERIFY(loaded.wait(20000) || loaded.count() > 0);
         QCOMPARE(d->m_RecordStatus, 0u);
-        const fixtures::WavInfo take = fixtures::wavInfo(d->s_WAV_File_Path);
+        const fixtures::WavInfo take = fixtures::wavInfo(d->track().s_WAV_File_Path);
         QVERIFY(take.ok && take.seconds() > 1.0);
-        QCOMPARE(wavHeaderProblem(d->s_WAV_File_Path), QString());
+        QCOMPARE(wavHeaderProblem(d->track().s_WAV_File_Path), QString());
         delete d;
         QVERIFY(gui::waitIdle(*m_app));
     }
@@ -499,7 +502,7 @@ private slots:
         QCOMPARE(d->m_RecordStatus, 0u);
         // Whatever was recorded last is the track, alone in its history.
         QCOMPARE(d->history().array_WAV_Files().size(), 1);
-        QVERIFY(fixtures::wavInfo(d->s_WAV_File_Path).ok);
+        QVERIFY(fixtures::wavInfo(d->track().s_WAV_File_Path).ok);
     }
 
     void soundSettingsOpenTheMixer() {

@@ -1,6 +1,6 @@
 #include "SingleInstance.h"
 
-#include "WorkFolder.h"
+#include "session/WorkFolder.h"
 
 #include <QCryptographicHash>
 #include <QDeadlineTimer>

@@ -1,9 +1,8 @@
 #include "AppDelegate.h"
 
+#include "application/SingleInstance.h"
 #include "document/Document.h"
 #include "mixer/Window_Multiple_Tracks.h"
-#include "names/Names.h"
-#include "session/SingleInstance.h"
 #include "session/WorkFolder.h"
 #include "widgets/Alerts.h"
 #include "widgets/Icons.h"
@@ -87,6 +86,7 @@ std::optional<int> AppDelegate::applicationDidFinishLaunching(const QStringList&
     QGuiApplication::setDesktopFileName(QStringLiteral("org.tanselo.Tanselo"));
     QApplication::setWindowIcon(applicationIcon());
 
+    QString& s_Output_Folder = m_session.s_Output_Folder;
     s_Output_Folder = workFolderPath();
     // A work folder that cannot be made ends the start with status 0, as it
     // always has; any other start that fails ends with 1, so that a script or
@@ -112,30 +112,29 @@ std::optional<int> AppDelegate::applicationDidFinishLaunching(const QStringList&
     RemoveAllContentInFolder(s_Output_Folder);
 
     const ToolPaths tools = locateTools(QCoreApplication::applicationDirPath());
-    sSoxPath = tools.sox;
-    sFFmpegPath = tools.ffmpeg;
-    for (const auto& [name, path] : {std::pair{"sox", sSoxPath}, std::pair{"ffmpeg", sFFmpegPath}}) {
+    for (const auto& [name, path] : {std::pair{"sox", tools.sox}, std::pair{"ffmpeg", tools.ffmpeg}}) {
         if (path.isEmpty()) {
             showErrorAlert(nullptr, missingToolMessage(name));
             return 1;
         }
     }
-    m_runner = std::make_unique<PlanRunner>(tools);
-    connect(m_runner.get(), &PlanRunner::busyChanged, this, [this](bool busy) {
+    m_session.startRunner(tools);
+    connect(&m_session.runner(), &PlanRunner::busyChanged, this, [this](bool busy) {
         for (QAction* edit :
              {actionUndo, actionRedo, actionCut, actionCopy, actionPaste, actionDelete, actionExport})
             edit->setEnabled(!busy);
     });
 
-    sSilenceWavPath = pathInFolder(s_Output_Folder, QStringLiteral("silence.wav"));
-    sSilenceWavURL = fileUrlText(s_Output_Folder, QStringLiteral("silence.wav"));
+    m_session.sSilenceWavPath = pathInFolder(s_Output_Folder, QStringLiteral("silence.wav"));
+    m_session.sSilenceWavURL = fileUrlText(s_Output_Folder, QStringLiteral("silence.wav"));
     // Queued first, so every document's first load finds the track made. A
     // track that could not be made whole (a full disk) is not left to pass for
     // one: the user is told why, and the windows say the file is missing.
-    m_runner->submit(buildSilenceTrackPlan(sSilenceWavPath), nullptr, [this](const PlanOutcome& outcome) {
-        if (!outcome.ok && !outcome.cancelled)
-            showErrorAlert(currentDocument(), outcome.alert);
-    });
+    m_session.runner().submit(buildSilenceTrackPlan(m_session.sSilenceWavPath), nullptr,
+                              [this](const PlanOutcome& outcome) {
+                                  if (!outcome.ok && !outcome.cancelled)
+                                      showErrorAlert(currentDocument(), outcome.alert);
+                              });
 
     u_Current_ID = 0;
     b_Starting = false;
@@ -149,13 +148,59 @@ void AppDelegate::RemoveAllContentInFolder(const QString& path) {
 }
 
 Document* AppDelegate::newDocument() {
+    return newDocument(std::nullopt);
+}
+
+Document* AppDelegate::newDocument(const std::optional<Opening>& opening) {
     // At most one document comes into being before start-up has finished.
     if (b_Starting && ++u_Doc_Index >= 2)
         return nullptr;
-    auto* document = new Document(*this, u_Current_ID++);
+    return makeDocument(opening ? *opening : nextOpening());
+}
+
+Opening AppDelegate::nextOpening() {
+    switch (u_Open_New_Document) {
+    case 0:
+        return Opening::silence();
+    case 1:
+        return Opening::askForFile();
+    case 2: {
+        // The window takes its entry now rather than when its load begins, so
+        // that windows made within each other's start-up wait never share one.
+        // A window made after an empty batch finds no entry.
+        const quint64 index = u_Pre_Generated_Docs_Index++;
+        if (u_Pre_Generated_Docs_Index >= quint64(array_Pre_Generated_Docs.size()))
+            u_Open_New_Document = 0;
+        if (index >= quint64(array_Pre_Generated_Docs.size()))
+            return Opening::piece({}, color_Pre_Generated_Docs);
+        return Opening::piece(array_Pre_Generated_Docs.at(qsizetype(index)), color_Pre_Generated_Docs);
+    }
+    default:
+        return {Opening::Kind::Nothing, {}, {}};
+    }
+}
+
+Document* AppDelegate::makeDocument(const Opening& opening) {
+    auto* document = new Document(m_session, u_Current_ID++, opening,
+                                  [this](QMainWindow* window) { installMenus(window); });
     m_documents.append(document);
+    connect(document, &Document::openTracksRequested, this,
+            [this](const QStringList& paths, const QColor& colour) {
+                array_Pre_Generated_Docs = paths;
+                u_Pre_Generated_Docs_Index = 0;
+                color_Pre_Generated_Docs = colour;
+                openPreGeneratedDocuments();
+            });
+    connect(document, &Document::filesDropped, this, &AppDelegate::openFiles);
+    connect(document, &Document::openingTaken, this, &AppDelegate::openingTaken);
     document->show();
     return document;
+}
+
+void AppDelegate::openingTaken(Opening::Kind kind) {
+    // The open dialog's mode lasts until its window's load begins.
+    if (kind == Opening::Kind::AskForFile && u_Open_New_Document == 1)
+        u_Open_New_Document = 0;
 }
 
 void AppDelegate::openFiles(const QStringList& files) {
@@ -175,8 +220,7 @@ void AppDelegate::openFiles(const QStringList& files) {
 void AppDelegate::openNextFile() {
     if (m_filesToOpen.isEmpty())
         return;
-    if (Document* document = newDocument()) {
-        document->openGivenFile(m_filesToOpen.first());
+    if (Document* document = newDocument(Opening::givenFile(m_filesToOpen.first()))) {
         document->raise();
         document->activateWindow();
     }
@@ -196,48 +240,13 @@ void AppDelegate::openPreGeneratedDocuments() {
     // new documents, which take their entries from the list in order.
     for (const QString& entry : std::as_const(array_Pre_Generated_Docs)) {
         const QList<Document*> open = documents();
-        const auto shown =
-            std::find_if(open.begin(), open.end(), [&](Document* d) { return d->s_WAV_File_Path == entry; });
+        const auto shown = std::find_if(open.begin(), open.end(),
+                                        [&](Document* d) { return d->track().s_WAV_File_Path == entry; });
         if (shown != open.end())
-            (*shown)->Refresh_Audio_Plot();
+            (*shown)->Refresh_Audio_Plot(color_Pre_Generated_Docs);
         else
             newDocument();
     }
-}
-
-QStringList AppDelegate::namesInUse() const {
-    QStringList names;
-    for (Document* document : documents())
-        names += document->namesInUse();
-    if (m_runner)
-        names += m_runner->filesOfQueuedPlans();
-    // The copied audio's name stays taken even when its file went with a
-    // cleared history: a new file under it would be pasted as the copy.
-    if (!s_Copied_WAV_File.isEmpty())
-        names << s_Copied_WAV_File;
-    return names;
-}
-
-NamesInUse AppDelegate::namesAround(const Document* asking) const {
-    NamesInUse inUse;
-    for (Document* document : documents())
-        (document == asking ? inUse.own : inUse.others) += document->namesInUse();
-    if (m_runner)
-        inUse.others += m_runner->filesOfQueuedPlans();
-    inUse.others << sSilenceWavPath;
-    inUse.clipboard = s_Copied_WAV_File;
-    return inUse;
-}
-
-QStringList AppDelegate::namesKeptUnshown() const {
-    QStringList names;
-    for (Document* document : documents())
-        for (const QString& name : document->namesInUse())
-            if (name != document->s_WAV_File_Path)
-                names << name;
-    if (!s_Copied_WAV_File.isEmpty())
-        names << s_Copied_WAV_File;
-    return names;
 }
 
 QList<Document*> AppDelegate::documents() const {
@@ -245,6 +254,13 @@ QList<Document*> AppDelegate::documents() const {
     for (const QPointer<Document>& document : m_documents)
         if (document)
             open.append(document.data());
+    return open;
+}
+
+QList<OpenTrack> AppDelegate::openTracks() const {
+    QList<OpenTrack> open;
+    for (const Document* document : documents())
+        open.append({document->track().s_WAV_File_Path, document->track().i_Audio_Duration_Seconds});
     return open;
 }
 
@@ -317,24 +333,6 @@ void AppDelegate::save() {
         document->Operation_Save();
 }
 
-QStringList AppDelegate::protectedFiles() const {
-    QStringList files{s_Copied_WAV_File, sSilenceWavPath};
-    for (const Document* document : documents())
-        files += document->history().array_WAV_Files();
-    return files;
-}
-
-bool AppDelegate::mayDeleteClipboardFile() const {
-    const QList<Document*> open = documents();
-    // A plan still queued may write that very name (a cut whose result takes
-    // over the copied audio's name): it is not this copy's to delete.
-    return std::none_of(open.begin(), open.end(),
-                        [this](const Document* d) {
-                            return d->history().array_WAV_Files().contains(s_Copied_WAV_File);
-                        }) &&
-           !m_runner->filesOfQueuedPlans().contains(s_Copied_WAV_File);
-}
-
 void AppDelegate::OnMenuQuit() {
     Terminate_App();
 }
@@ -385,7 +383,7 @@ void AppDelegate::OnMenuShortcuts() {
 }
 
 void AppDelegate::OnMenuToolRuns() {
-    showToolLog(currentDocument(), *m_runner);
+    showToolLog(currentDocument(), m_session.runner());
 }
 
 void AppDelegate::OnMultipleTrackConcatenate() {
@@ -394,8 +392,11 @@ void AppDelegate::OnMultipleTrackConcatenate() {
                        QStringLiteral("You need more than one audio track to be able to open the mixer."));
         return;
     }
-    Window_Multiple_Tracks mixer(*this, currentDocument());
+    Window_Multiple_Tracks mixer(
+        m_session, [this] { return openTracks(); }, currentDocument());
     mixer.exec();
+    if (!mixer.mixedFile().isEmpty())
+        s_Mixed_WAV_File = mixer.mixedFile();
     if (!mixer.bOK)
         return;
     array_Pre_Generated_Docs = {s_Mixed_WAV_File};

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "names/Names.h"
-#include "plans/PlanRunner.h"
+#include "document/Opening.h"
+#include "mixer/MixerTracks.h"
+#include "session/Session.h"
 
 #include <QColor>
 #include <QKeySequence>
@@ -17,8 +18,8 @@ class QMainWindow;
 class QMenu;
 class SingleInstance;
 
-// The one object all document windows share: it starts the application,
-// owns the work folder, the tool runner and the state documents read, and
+// The application: it starts the run, owns the session every window works in,
+// keeps the window list, turns the windows' requests into new windows, and
 // forwards the application's menu commands to the active document.
 class AppDelegate : public QObject {
     Q_OBJECT
@@ -36,8 +37,10 @@ public:
     // cannot be deleted is logged.
     static void RemoveAllContentInFolder(const QString& path);
 
-    PlanRunner& runner() { return *m_runner; }
+    Session& session() { return m_session; }
+    PlanRunner& runner() { return m_session.runner(); }
 
+    // A new window, opening as the opening mode says (u_Open_New_Document).
     Document* newDocument();
     // One new window for each file, in order, each importing its file; with
     // none, one new window as File ▸ New makes. The windows come one after
@@ -47,6 +50,8 @@ public:
     void openPreGeneratedDocuments();
     Document* currentDocument() const;
     QList<Document*> documents() const;
+    // The open windows' tracks, as the mixer lists them.
+    QList<OpenTrack> openTracks() const;
 
     // Gives a document window the application's menus.
     void installMenus(QMainWindow* window);
@@ -63,30 +68,6 @@ public:
     // opens as a new green window.
     void OnMultipleTrackConcatenate();
 
-    // Copy and cut delete the old clipboard file first, unless a version of an
-    // open track is that file (as it is after a cut), or a queued plan names
-    // it: then it stays.
-    bool mayDeleteClipboardFile() const;
-
-    // The work files the open windows hold or are about to make: every version
-    // of every track, imports still under way and recordings' names, the
-    // files of queued plans and the copied audio's name. Imports,
-    // takes and joins are named past all of them, so that two windows opening
-    // files in one second never share a working WAV.
-    QStringList namesInUse() const;
-    // What the names of an operation of `asking` must keep clear of: the
-    // other windows' names, the files of queued plans and the silence track;
-    // its own versions; the copied audio.
-    NamesInUse namesAround(const Document* asking) const;
-    // The work files open windows keep without showing them (earlier and
-    // later versions, imports and takes under way), and the copied audio: a
-    // split must not write its pieces over any of them.
-    QStringList namesKeptUnshown() const;
-
-    // The files an export must never replace: every version of every open
-    // track, the clipboard and the silence track.
-    QStringList protectedFiles() const;
-
     void OnMenuQuit();
     [[noreturn]] static void Terminate_App();
     void OnMenuAppHomePage();
@@ -101,21 +82,15 @@ public:
 
     bool b_Starting = false;
     QString s_Title_Bar_Text;
-    QString s_Output_Folder;
-    QString sSoxPath;
-    QString sFFmpegPath;
-    QString sSilenceWavPath;
-    QString sSilenceWavURL;
     quint64 u_Current_ID = 0;
-    QString s_Copied_WAV_File;
+    // What the next new window opens: 0 the silence track, 1 a file the user
+    // chooses, 2 the next entry of array_Pre_Generated_Docs.
     quint64 u_Open_New_Document = 0;
     quint64 u_Doc_Index = 0;
     QStringList array_Pre_Generated_Docs;
     quint64 u_Pre_Generated_Docs_Index = 0;
     QColor color_Pre_Generated_Docs = Qt::green;
-    QString s_Mixed_WAV_File;
-    // The folder the last file was opened from in this run; empty before.
-    QString lastOpenFolder;
+    QString s_Mixed_WAV_File; // the mixer's last joined track
 
     QAction* actionNew;
     QAction* actionOpen;
@@ -141,9 +116,16 @@ private:
     void openHelpPage(const QString& page);
 
     void openNextFile();
+    // A new window opening as `opening` says, or as the mode says without one.
+    Document* newDocument(const std::optional<Opening>& opening);
+    Document* makeDocument(const Opening& opening);
+    // The opening the mode gives a window made now; a batch's entry is taken
+    // (and the mode ends with the batch) when the window is made.
+    Opening nextOpening();
+    void openingTaken(Opening::Kind kind);
 
     std::unique_ptr<SingleInstance> m_instance;
     QStringList m_filesToOpen;
-    std::unique_ptr<PlanRunner> m_runner;
+    Session m_session;
     QList<QPointer<Document>> m_documents;
 };

@@ -1,0 +1,22 @@
+#pragma once
+
+class QWidget;
+struct PlanOutcome;
+
+// What a window's action objects ask of the window they serve: where their
+// dialogs and alerts go, and the checks and the account of failure every
+// plan they run goes through.
+class TrackWindow {
+public:
+    virtual QWidget* windowWidget() = 0; // the parent of dialogs and alerts
+    // Whether the current version's file is there; says so when it has gone.
+    virtual bool trackFileIsThere() = 0;
+    // Before a plan that writes audio: false, with the alert shown, when the
+    // work folder takes no file or lacks the room; false while recording.
+    virtual bool readyToWrite() = 0;
+    // Shows why a plan failed, unless the user cancelled it; true when it failed.
+    virtual bool failed(const PlanOutcome& outcome) = 0;
+
+protected:
+    ~TrackWindow() = default;
+};
