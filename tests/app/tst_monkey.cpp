@@ -755,7 +755,7 @@ class tst_Monkey : public QObject {
             return QStringLiteral("a %1 popup is still up")
                 .arg(QString::fromLatin1(popup->metaObject()->className()));
         for (Document* d : m_app->documents()) {
-            if (d->timerSave && d->timerSave->isActive())
+            if (d->exportActions().timerSave && d->exportActions().timerSave->isActive())
                 return QStringLiteral("the export of %1 is about to open").arg(nameOf(d));
             // Its load is due on a timer: a stalled machine can hold that timer
             // back longer than the quiet this waits for.

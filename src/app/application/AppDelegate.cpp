@@ -330,7 +330,7 @@ void AppDelegate::deleteSelection() {
 
 void AppDelegate::save() {
     if (Document* document = loadedCurrentDocument())
-        document->Operation_Save();
+        document->exportActions().Operation_Save();
 }
 
 void AppDelegate::OnMenuQuit() {

@@ -1,7 +1,6 @@
 #include "Document.h"
 
 #include "HistoryWindow.h"
-#include "SplitActions.h"
 #include "WaveformPlot.h"
 #include "document/ImportPlans.h"
 #include "document/Waveform.h"
@@ -114,6 +113,8 @@ Document::Document(Session& session, quint64 id, const Opening& opening,
 
     buildEditMenus();
     m_split = new SplitActions(m_track, m_session, *this, this);
+    m_export = new ExportActions(m_track, m_session, *this, this);
+    m_batch = new BatchActions(m_track, m_session, this, [this] { return m_export->exportChoice(); });
     popupMenuTools->addMenu(m_split->popupMenuSplit);
     connect(m_split, &SplitActions::piecesMade, this, &Document::handOverPieces);
     buildEffectsMenu();
@@ -133,7 +134,6 @@ Document::Document(Session& session, quint64 id, const Opening& opening,
     if (addApplicationMenus)
         addApplicationMenus(this);
     buildMenuBar();
-    buildBatchMenu();
     connect(this, &Document::loaded, this, &Document::updateMenus);
     connect(btnPlay, &QAction::enabledChanged, this, &Document::updateMenus);
 
@@ -221,7 +221,7 @@ QToolBar* Document::buildToolBar() {
     connect(btnUndo, &QAction::triggered, this, &Document::Operation_Undo);
     connect(btnRedo, &QAction::triggered, this, &Document::Operation_Redo);
     connect(btnColour, &QAction::triggered, this, &Document::chooseColour);
-    connect(btnSave, &QAction::triggered, this, &Document::OnToolbarSave);
+    connect(btnSave, &QAction::triggered, m_export, &ExportActions::OnToolbarSave);
     btnZoomPlus->setShortcuts(QKeySequence::ZoomIn);
     btnZoomMinus->setShortcuts(QKeySequence::ZoomOut);
     connect(btnZoomPlus, &QAction::triggered, this, &Document::OnToolbarZoomPlus);

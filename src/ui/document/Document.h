@@ -1,7 +1,10 @@
 #pragma once
 
+#include "ExportActions.h"
 #include "Opening.h"
+#include "SplitActions.h"
 #include "TrackWindow.h"
+#include "batch/BatchActions.h"
 #include "batch/Recipe.h"
 #include "document/SplitPlans.h"
 #include "edit/EditPlans.h"
@@ -20,7 +23,6 @@
 #include <functional>
 #include <memory>
 
-class BatchDialog;
 class HistoryWindow;
 class QAction;
 class QLabel;
@@ -32,7 +34,6 @@ class QToolBar;
 class Microphone;
 class SoundPlayer;
 class SoundRecorder;
-class SplitActions;
 class View_Audio_Wave;
 class View_Time_Rule;
 class WaveformPlot;
@@ -134,15 +135,8 @@ public:
     // Learns the noise from the selection and removes it from the whole track.
     void OnPopupNoiseReduction();
 
-    // The recipe of the current version: the whole-track operations that made
-    // it, exported as this window last exported (or as the export dialog starts).
-    Recipe recipe() const;
-    // File ▸ Process Files With This Recipe…: one batch window per document.
-    void processFilesWithRecipe();
-    // File ▸ Save Recipe As Script…
-    void saveRecipeAsScript();
-    QAction* actionProcessFiles;
-    QAction* actionSaveRecipeScript;
+    // The recipe commands of the File menu.
+    BatchActions& batchActions() { return *m_batch; }
 
     // The menu bar's own menus of this window (besides the application's
     // File, Edit, Tracks and Help items): the pop-up menus' actions again.
@@ -198,17 +192,13 @@ public:
     qint64 m_RecordFormat = 0, m_RecordSampleRate = workingFormat::SampleRate,
            m_RecordNumberOfChannels = workingFormat::Channels, m_RecordQuality = 127;
 
-    // Export (defined beside the export dialog): the toolbar's Export opens the
-    // dialog at once, the application's save command 0.1 s after its last press.
-    void OnToolbarSave();
-    void Operation_Save();
-    void TimerSaveAudioTrackRoutine();
-    void SaveWAVFile();
-    QPointer<QTimer> timerSave;
+    // Export: the toolbar's Export opens the dialog at once, the
+    // application's save command 0.1 s after its last press.
+    ExportActions& exportActions() { return *m_export; }
 
     // Split into parts: every piece opens in a window of its own, in this
     // window's waveform colour.
-    SplitActions& split() { return *m_split; }
+    SplitActions& splitActions() { return *m_split; }
 
     // Zoom: the whole track spans u_Zoom_Factor visible widths.
     void OnToolbarZoomPlus();
@@ -340,9 +330,8 @@ private:
     Session& m_session;
     Track m_track;
     QPointer<HistoryWindow> m_historyWindow;
-    QPointer<BatchDialog> m_batchDialog;
-    exporting::Choice m_exportChoice; // the setting of this window's last export
-    void buildBatchMenu();
+    ExportActions* m_export = nullptr;
+    BatchActions* m_batch = nullptr;
     QToolBar* m_toolBar = nullptr;
     bool m_zoomed = false; // the width has been set by a zoom action
     int m_plotRequest = 0;
@@ -350,7 +339,7 @@ private:
     // Loading. Every load is numbered when it starts; a load that finishes
     // after a newer one began, or after a recording began, is dropped, so two
     // loads in one window never both take it.
-    bool recording() const;
+    bool recording() const override;
     int beginLoad();
     int m_loadRequest = 0;
     // How this window opens its first track, given when the window is made: a

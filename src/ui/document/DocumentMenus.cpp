@@ -6,7 +6,6 @@
 #include "Document.h"
 
 #include "HistoryWindow.h"
-#include "SplitActions.h"
 #include "plans/PlanRunner.h"
 #include "timeline/MarkerKeys.h"
 #include "timeline/View_Audio_Wave.h"
@@ -20,6 +19,15 @@ void Document::buildMenuBar() {
     QMenuBar* bar = menuBar();
     auto* edit = bar->findChild<QMenu*>(QStringLiteral("menuEdit"));
     auto* tracks = bar->findChild<QMenu*>(QStringLiteral("menuTracks"));
+
+    // File: after the application's Export, this window's recipe commands.
+    auto* file = bar->findChild<QMenu*>(QStringLiteral("menuFile"));
+    const QList<QAction*> fileItems = file->actions();
+    const auto endOfExport = std::find_if(fileItems.begin(), fileItems.end(),
+                                          [](const QAction* item) { return item->isSeparator(); });
+    QAction* beforeQuit = endOfExport == fileItems.end() ? nullptr : *endOfExport;
+    file->insertSeparator(beforeQuit);
+    file->insertActions(beforeQuit, {m_batch->actionProcessFiles, m_batch->actionSaveRecipeScript});
 
     // Edit: this window's History… after the application's Undo and Redo;
     // then select all, the paste places, mixing and silence.

@@ -9,6 +9,8 @@ struct PlanOutcome;
 class TrackWindow {
 public:
     virtual QWidget* windowWidget() = 0; // the parent of dialogs and alerts
+    // Whether the window records: the take is then to replace the track.
+    virtual bool recording() const = 0;
     // Whether the current version's file is there; says so when it has gone.
     virtual bool trackFileIsThere() = 0;
     // Before a plan that writes audio: false, with the alert shown, when the

@@ -43,7 +43,7 @@ class TestBatch : public ExportFixture {
     }
 
     static BatchDialog* openBatch(Document* d) {
-        d->actionProcessFiles->trigger();
+        d->batchActions().actionProcessFiles->trigger();
         auto* dialog = d->findChild<BatchDialog*>();
         return dialog && dialog->isVisible() ? dialog : nullptr;
     }
@@ -138,7 +138,7 @@ private slots:
             exportVia(e, {2, -2, -2, -2}, byHand + "/" + name);
             QVERIFY2(batchTest::sameAudio(byHand + "/" + name, out + "/" + name), qPrintable(name));
             // The recipe follows the window's last export.
-            QCOMPARE(e->recipe(), batchTest::threeSteps());
+            QCOMPARE(e->batchActions().recipe(), batchTest::threeSteps());
         }
         QVERIFY(QFile::exists(m_inputs[0]) && QFile::exists(m_inputs[1]) && QFile::exists(m_inputs[2]));
     }
@@ -276,12 +276,15 @@ private slots:
         QVERIFY(apply(d, "Normalize"));
         const QString script = m_root.filePath("recipes/clean");
         gui::answerFileDialog(script);
-        d->actionSaveRecipeScript->trigger();
+        d->batchActions().actionSaveRecipeScript->trigger();
         QFile file(script + ".sh");
         QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(QString::fromUtf8(file.readAll()), recipeScript(d->recipe()));
+        QCOMPARE(QString::fromUtf8(file.readAll()), recipeScript(d->batchActions().recipe()));
         QVERIFY(file.permissions() & QFile::ExeOwner);
-        QVERIFY(d->menuBar()->findChild<QMenu*>("menuFile")->actions().contains(d->actionSaveRecipeScript));
+        QVERIFY(d->menuBar()
+                    ->findChild<QMenu*>("menuFile")
+                    ->actions()
+                    .contains(d->batchActions().actionSaveRecipeScript));
     }
 };
 

@@ -302,12 +302,12 @@ private slots:
         DialogCounter counter;
         qApp->installEventFilter(&counter);
         counter.pressing = true;
-        d->Operation_Save();
+        d->exportActions().Operation_Save();
         counter.pressing = false;
         QTest::qWait(20);
         counter.sinceSecondPress.start();
         counter.pressing = true;
-        d->Operation_Save();
+        d->exportActions().Operation_Save();
         counter.pressing = false;
         QTest::qWait(600);
         qApp->removeEventFilter(&counter);

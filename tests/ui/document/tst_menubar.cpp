@@ -1,4 +1,3 @@
-#include "document/SplitActions.h"
 #include "plans/PlanRunner.h"
 #include "ui/edit/EditingFixture.h"
 #include "windows/ShortcutsWindow.h"
@@ -70,7 +69,7 @@ private slots:
         QCOMPARE(d->menuSilence->actions(), d->popupMenuSilence->actions());
         QCOMPARE(d->menuPlay->actions().mid(0, 3), d->popupMenuPlay->actions());
         QCOMPARE(menuItem(d, {"Effects"})->menu(), d->popupMenuEffects);
-        QCOMPARE(menuItem(d, {"Tracks", "Split into Parts"})->menu(), d->split().popupMenuSplit);
+        QCOMPARE(menuItem(d, {"Tracks", "Split into Parts"})->menu(), d->splitActions().popupMenuSplit);
         QCOMPARE(menuItem(d, {"View", "Zoom In"}), d->btnZoomPlus);
         QVERIFY(menuItem(d, {"Effects", "Echo", "Selection"}));
         QVERIFY(menuItem(d, {"Effects", "Noise Reduction"}));

@@ -4,7 +4,6 @@
 
 #include "application/AppDelegate.h"
 #include "document/Document.h"
-#include "document/SplitActions.h"
 #include "document/Window_AF_WAV.h"
 #include "support/Fixtures.h"
 #include "support/Gui.h"
@@ -85,7 +84,7 @@ private slots:
         checkRefused(
             d, [d] { d->Operation_Delete(); }, said);
         checkRefused(
-            d, [d] { d->split().OnPopupSplit2PartsCurrentPosition(); }, said);
+            d, [d] { d->splitActions().OnPopupSplit2PartsCurrentPosition(); }, said);
         checkRefused(
             d, [d] { d->btnSave->trigger(); }, said);
         checkRefused(

@@ -1,6 +1,5 @@
 #include "application/AppDelegate.h"
 #include "document/Document.h"
-#include "document/SplitActions.h"
 #include "document/WaveformPlot.h"
 #include "document/Window_Split_Silence.h"
 #include "support/DialogDriving.h"
@@ -121,9 +120,9 @@ private slots:
     void theToolsMenuHoldsTheThreeSplits() {
         Document* d = openPattern();
         QVERIFY(d);
-        QVERIFY(d->popupMenuTools->actions().contains(d->split().popupMenuSplit->menuAction()));
+        QVERIFY(d->popupMenuTools->actions().contains(d->splitActions().popupMenuSplit->menuAction()));
         QStringList names;
-        for (QAction* action : d->split().popupMenuSplit->actions())
+        for (QAction* action : d->splitActions().popupMenuSplit->actions())
             names << action->objectName();
         QCOMPARE(names, QStringList({"OnPopupSplit2PartsCurrentPosition",
                                      "OnPopupSplit3PartsBeforeSelectionAfter", "OnPopupSplitOnSilence"}));
@@ -136,7 +135,7 @@ private slots:
         d->track().f_Audio_Position = 4;
         const History before = historyOf(d);
         QAction* command =
-            d->split().popupMenuSplit->findChild<QAction*>("OnPopupSplit2PartsCurrentPosition");
+            d->splitActions().popupMenuSplit->findChild<QAction*>("OnPopupSplit2PartsCurrentPosition");
         const QList<Document*> pieces = split(d, [&] { command->trigger(); });
         QCOMPARE(pieces.size(), 2);
         const QString folder = m_app->session().s_Output_Folder,
@@ -160,7 +159,7 @@ private slots:
         d->track().f_Selection_End = 50;
         const History before = historyOf(d);
         const QList<Document*> pieces =
-            split(d, [&] { d->split().OnPopupSplit3PartsBeforeSelectionAfter(); });
+            split(d, [&] { d->splitActions().OnPopupSplit3PartsBeforeSelectionAfter(); });
         QCOMPARE(pieces.size(), 3);
         const QString base =
             m_app->session().s_Output_Folder + "/" + QFileInfo(d->track().s_WAV_File_Path).completeBaseName();
@@ -176,7 +175,8 @@ private slots:
         Document* d = openPattern();
         QVERIFY(d);
         d->track().f_Audio_Position = 0;
-        const QList<Document*> pieces = split(d, [&] { d->split().OnPopupSplit2PartsCurrentPosition(); });
+        const QList<Document*> pieces =
+            split(d, [&] { d->splitActions().OnPopupSplit2PartsCurrentPosition(); });
         QCOMPARE(pieces.size(), 2);
         QVERIFY(fixtures::wavInfo(pieces[0]->track().s_WAV_File_Path).seconds() < 0.03);
         QCOMPARE(pieces[0]->track().i_Audio_Duration_Seconds, qint64(0));
@@ -188,11 +188,12 @@ private slots:
         Document* d = openPattern();
         QVERIFY(d);
         d->track().f_Audio_Position = 4;
-        const QList<Document*> pieces = split(d, [&] { d->split().OnPopupSplit2PartsCurrentPosition(); });
+        const QList<Document*> pieces =
+            split(d, [&] { d->splitActions().OnPopupSplit2PartsCurrentPosition(); });
         QCOMPARE(pieces.size(), 2);
         d->changeColor(QColor(10, 20, 250));
         QSignalSpy refreshed(pieces[1], &Document::loaded);
-        QVERIFY(split(d, [&] { d->split().OnPopupSplit2PartsCurrentPosition(); }).isEmpty());
+        QVERIFY(split(d, [&] { d->splitActions().OnPopupSplit2PartsCurrentPosition(); }).isEmpty());
         QVERIFY(refreshed.size() > 0 || refreshed.wait(10000));
         QCOMPARE(m_app->documents().size(), 3); // no window added
         for (const Document* piece : pieces) {
@@ -208,7 +209,8 @@ private slots:
         Document* d = openPattern();
         QVERIFY(d);
         d->track().f_Audio_Position = 4;
-        const QList<Document*> first = split(d, [&] { d->split().OnPopupSplit2PartsCurrentPosition(); });
+        const QList<Document*> first =
+            split(d, [&] { d->splitActions().OnPopupSplit2PartsCurrentPosition(); });
         QCOMPARE(first.size(), 2);
         // The first piece's window edits it: the piece is now its undo.
         Document* edited = first[0];
@@ -223,7 +225,8 @@ private slots:
 
         // Splitting elsewhere writes its pieces under the next stem, the kept piece untouched.
         d->track().f_Audio_Position = 7;
-        const QList<Document*> second = split(d, [&] { d->split().OnPopupSplit2PartsCurrentPosition(); });
+        const QList<Document*> second =
+            split(d, [&] { d->splitActions().OnPopupSplit2PartsCurrentPosition(); });
         QCOMPARE(second.size(), 2);
         const QString base =
             m_app->session().s_Output_Folder + "/" + QFileInfo(d->track().s_WAV_File_Path).completeBaseName();
@@ -244,7 +247,7 @@ private slots:
         QVERIFY(d);
         const History before = historyOf(d);
         answerSilenceDialog("0.1");
-        const QList<Document*> pieces = split(d, [&] { d->split().OnPopupSplitOnSilence(); });
+        const QList<Document*> pieces = split(d, [&] { d->splitActions().OnPopupSplitOnSilence(); });
         QCOMPARE(pieces.size(), 3);
         const QString base = QFileInfo(d->track().s_WAV_File_Path).path() + "/" +
                              QFileInfo(d->track().s_WAV_File_Path).completeBaseName();
@@ -264,7 +267,7 @@ private slots:
         const int windows = int(m_app->documents().size());
         QSignalSpy refreshed(pieces[2], &Document::loaded);
         answerSilenceDialog("0.1");
-        QVERIFY(split(d, [&] { d->split().OnPopupSplitOnSilence(); }).isEmpty());
+        QVERIFY(split(d, [&] { d->splitActions().OnPopupSplitOnSilence(); }).isEmpty());
         QVERIFY(refreshed.size() > 0 || refreshed.wait(10000));
         QCOMPARE(int(m_app->documents().size()), windows);
         bool ranSox = false;
@@ -283,7 +286,7 @@ private slots:
         // An earlier split of this version that made four pieces.
         fixtures::makeTone(base + "_PART_004.wav", 1.5);
         answerSilenceDialog("0.1");
-        const QList<Document*> pieces = split(d, [&] { d->split().OnPopupSplitOnSilence(); });
+        const QList<Document*> pieces = split(d, [&] { d->splitActions().OnPopupSplitOnSilence(); });
         QCOMPARE(pieces.size(), 4);
         QCOMPARE(pieces[3]->windowTitle(), QFileInfo(base + "_PART_004.wav").fileName());
         QCOMPARE(pieces[3]->track().i_Audio_Duration_Seconds, qint64(1));
@@ -353,7 +356,7 @@ private slots:
         const int windows = int(m_app->documents().size());
         gui::whenModal<Window_Split_Silence>(
             [](Window_Split_Silence* w) { clickButton(w, QDialogButtonBox::Cancel); });
-        d->split().OnPopupSplitOnSilence();
+        d->splitActions().OnPopupSplitOnSilence();
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(m_app->runner().runs().size(), runs);
         QCOMPARE(int(m_app->documents().size()), windows);
@@ -372,7 +375,7 @@ private slots:
         // The missing piece is told, and the windows open for the pieces' paths all the same.
         const auto alert = gui::answerAlert();
         const QList<Document*> pieces =
-            split(d, [&] { d->split().OnPopupSplit3PartsBeforeSelectionAfter(); });
+            split(d, [&] { d->splitActions().OnPopupSplit3PartsBeforeSelectionAfter(); });
         QVERIFY(alert->shown);
         QVERIFY2(alert->informativeText.contains("Split into parts"), qPrintable(alert->informativeText));
         QCOMPARE(pieces.size(), 3);
@@ -385,7 +388,7 @@ private slots:
         const int windows = int(m_app->documents().size());
         QSignalSpy handed(d, &Document::splitHandedOver);
         answerSilenceDialog("0.5");
-        d->split().OnPopupSplitOnSilence();
+        d->splitActions().OnPopupSplitOnSilence();
         QVERIFY(gui::waitIdle(*m_app));
         QTest::qWait(200);
         QCOMPARE(handed.size(), 0);

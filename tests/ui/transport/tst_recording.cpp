@@ -258,7 +258,7 @@ private slots:
         const auto dialog = gui::answerFileDialog({});
         d->OnToolbarOpen();
         d->Refresh_Audio_Plot(Qt::green);
-        d->Operation_Save();
+        d->exportActions().Operation_Save();
         QTest::qWait(400); // the save command's wait is 0.1 s
         QVERIFY(!dialog->shown);
         dialog->stop = true;

@@ -1,36 +1,40 @@
-// The document's export: the toolbar's Export opens the export dialog at once,
-// the application's save command 0.1 s later.
+#include "ExportActions.h"
 
-#include "Document.h"
+#include "TrackWindow.h"
 #include "Window_AF_WAV.h"
+#include "session/Session.h"
+#include "track/Track.h"
 
 #include <QTimer>
 
-void Document::OnToolbarSave() {
+ExportActions::ExportActions(Track& track, Session& session, TrackWindow& window, QObject* parent)
+    : QObject(parent), m_track(track), m_session(session), m_window(window) {}
+
+void ExportActions::OnToolbarSave() {
     SaveWAVFile();
 }
 
-void Document::Operation_Save() {
+void ExportActions::Operation_Save() {
     // Every press restarts the wait, so presses within 0.1 s open one dialog.
     if (!timerSave) {
         timerSave = new QTimer(this);
         timerSave->setSingleShot(true);
         timerSave->setInterval(100);
-        connect(timerSave, &QTimer::timeout, this, &Document::TimerSaveAudioTrackRoutine);
+        connect(timerSave, &QTimer::timeout, this, &ExportActions::TimerSaveAudioTrackRoutine);
     }
     timerSave->start();
 }
 
-void Document::TimerSaveAudioTrackRoutine() {
+void ExportActions::TimerSaveAudioTrackRoutine() {
     SaveWAVFile();
 }
 
-void Document::SaveWAVFile() {
+void ExportActions::SaveWAVFile() {
     // Export is off while the window records (its button is disabled); the
     // menu's save command, which has no button state, follows it.
-    if (recording() || !trackFileIsThere())
+    if (m_window.recording() || !m_window.trackFileIsThere())
         return;
-    Window_AF_WAV dialog(m_session, m_session.protectedFiles(), this);
+    Window_AF_WAV dialog(m_session, m_session.protectedFiles(), m_window.windowWidget());
     dialog.s_WAV_File_Path = m_track.s_WAV_File_Path;
     dialog.i_Track_Seconds = m_track.i_Audio_Duration_Seconds;
     // The recipe exports as this window last exported.
