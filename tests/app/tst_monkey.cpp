@@ -430,8 +430,8 @@ class tst_Monkey : public QObject {
         if (!menu->isEmpty())
             return;
         for (Document* d : m_app->documents())
-            if (d->popupMenuEffects == menu)
-                d->fillEffectsMenu();
+            if (d->effectActions().popupMenuEffects == menu)
+                d->effectActions().fillEffectsMenu();
     }
 
     QList<MenuItem> itemsOf(QMenu* menu, const QString& path) {

@@ -117,7 +117,9 @@ Document::Document(Session& session, quint64 id, const Opening& opening,
     m_batch = new BatchActions(m_track, m_session, this, [this] { return m_export->exportChoice(); });
     popupMenuTools->addMenu(m_split->popupMenuSplit);
     connect(m_split, &SplitActions::piecesMade, this, &Document::handOverPieces);
-    buildEffectsMenu();
+    m_effects = new EffectActions(*this, this);
+    popupMenuTools->addSeparator();
+    popupMenuTools->addMenu(m_effects->popupMenuEffects);
     m_toolBar = buildToolBar();
     addToolBar(m_toolBar);
     buildTransport();

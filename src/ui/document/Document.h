@@ -8,6 +8,7 @@
 #include "batch/Recipe.h"
 #include "document/SplitPlans.h"
 #include "edit/EditPlans.h"
+#include "effects/EffectActions.h"
 #include "effects/EffectCatalogue.h"
 #include "history/VersionHistory.h"
 #include "session/Session.h"
@@ -121,19 +122,8 @@ public:
     void OnPopupSilenceTrim();
     void OnToolbarTools(); // pops up the tools menu
 
-    // Effects (defined beside the effect plans): one sox effect over the whole
-    // track or over the selection only.
-    // Over the whole track, the version records `replay`: how to make it again from another file.
-    void applyEffect(const EffectArguments& arguments, bool selectionOnly, const QString& label = {},
-                     const Replay& replay = {});
-    // Runs a catalogue row: its dialog (if any), then the effect.
-    void runEffect(const EffectEntry& entry, bool selectionOnly);
-    void fillEffectsMenu(); // done when the effects menu is first shown
-    void OnPopupReverseEntireTrack();
-    void OnPopupReverseSelection();
-    void OnPopupEqualizerEntireTrack();
-    // Learns the noise from the selection and removes it from the whole track.
-    void OnPopupNoiseReduction();
+    // Effects: one sox effect over the whole track or over the selection only.
+    EffectActions& effectActions() { return *m_effects; }
 
     // The recipe commands of the File menu.
     BatchActions& batchActions() { return *m_batch; }
@@ -157,7 +147,6 @@ public:
     QMenu* popupMenuPaste;
     QMenu* popupMenuPasteMixing;
     QMenu* popupMenuSilence;
-    QMenu* popupMenuEffects;
 
     // Transport (defined beside the transport rules): playback of the current
     // version and recording from the default input, sharing one status.
@@ -312,13 +301,13 @@ private:
     void addMarkerKey(QMenu* menu, const QString& text, const QKeySequence& keys, MarkerKey key);
     QList<QAction*> m_markerKeys;
     QList<QPair<QAction*, QAction*>> m_followedButtons; // a menu item and the toolbar button it follows
-    void buildEffectsMenu();
+    EffectActions* m_effects = nullptr;
     void handOverPieces(const QStringList& pieces);
     SplitActions* m_split = nullptr;
-    EditState editState() const;
+    EditState editState() const override;
     // The names of an operation begun now, clear of every other window's files.
-    ResultNames resultNames(Writes writes = Writes::Version) const;
-    void runEdit(const EditPlan& edit);
+    ResultNames resultNames(Writes writes = Writes::Version) const override;
+    void runEdit(const EditPlan& edit) override;
     void adoptResult(const EditPlan& edit, qint64 seconds);
     // False, with the alert shown, when a result of `seconds` would pass what a WAV holds.
     bool resultFitsAWav(double seconds);

@@ -88,8 +88,8 @@ void Document::buildMenuBar() {
     bar->insertMenu(tracks->menuAction(), menuPlay);
 
     // Effects: the tools menu's effects menu itself, filled when first shown.
-    bar->insertMenu(tracks->menuAction(), popupMenuEffects);
-    popupMenuEffects->setTitle(tr("Effe&cts"));
+    bar->insertMenu(tracks->menuAction(), m_effects->popupMenuEffects);
+    m_effects->popupMenuEffects->setTitle(tr("Effe&cts"));
 
     // View: the toolbar's zoom actions with their keys.
     menuView = new QMenu(tr("&View"), this);
@@ -132,7 +132,8 @@ void Document::updateMenus() {
     // before a track is loaded; nothing that edits while the window records.
     const bool idle = !m_session.runner().isBusy();
     const bool editable = idle && b_Audio_Loaded && !recording();
-    for (QMenu* menu : {menuPasteAt, menuPasteMixing, menuSilence, popupMenuEffects, m_split->popupMenuSplit})
+    for (QMenu* menu :
+         {menuPasteAt, menuPasteMixing, menuSilence, m_effects->popupMenuEffects, m_split->popupMenuSplit})
         menu->menuAction()->setEnabled(editable);
     actionSelectAll->setEnabled(b_Audio_Loaded);
     for (QAction* action : {actionZoomToFit, actionZoomToSelection})

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "edit/EditPlans.h"
+
 class QWidget;
 struct PlanOutcome;
 
@@ -18,6 +20,13 @@ public:
     virtual bool readyToWrite() = 0;
     // Shows why a plan failed, unless the user cancelled it; true when it failed.
     virtual bool failed(const PlanOutcome& outcome) = 0;
+    // What an edit reads: the files and the markers as they stand now.
+    virtual EditState editState() const = 0;
+    // The names of an operation begun now, clear of every other window's files.
+    virtual ResultNames resultNames(Writes writes = Writes::Version) const = 0;
+    // Runs an edit after the checks above; its result becomes the current
+    // version, its clip the copied audio.
+    virtual void runEdit(const EditPlan& edit) = 0;
 
 protected:
     ~TrackWindow() = default;

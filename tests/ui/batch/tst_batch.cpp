@@ -25,7 +25,7 @@ class TestBatch : public ExportFixture {
     // pressing OK on its dialog as it starts, and waits for the new version.
     static bool apply(Document* d, const QString& key, bool selectionOnly = false) {
         const EffectEntry* entry = findEffect(key);
-        d->fillEffectsMenu();
+        d->effectActions().fillEffectsMenu();
         auto* action = d->findChild<QAction*>(actionName(*entry, selectionOnly));
         if (!action)
             return false;

@@ -123,8 +123,8 @@ private slots:
 
     void twoWindowsReversingInOneSecondKeepTheirOwnAudio() {
         const Window a = m_windows[0], b = m_windows[1];
-        QVERIFY(runTogether(
-            {[&] { a.d->OnPopupReverseEntireTrack(); }, [&] { b.d->OnPopupReverseEntireTrack(); }}));
+        QVERIFY(runTogether({[&] { a.d->effectActions().OnPopupReverseEntireTrack(); },
+                             [&] { b.d->effectActions().OnPopupReverseEntireTrack(); }}));
         QCOMPARE(a.d->history().array_WAV_Files().size(), 2);
         QCOMPARE(b.d->history().array_WAV_Files().size(), 2);
         QVERIFY(a.d->track().s_WAV_File_Path != b.d->track().s_WAV_File_Path);
@@ -149,7 +149,7 @@ private slots:
 
     void aCopyInTheSecondOfAnEditCopiesTheSelection() {
         const Window a = m_windows[0];
-        QVERIFY(runTogether({[&] { a.d->OnPopupReverseEntireTrack(); }}));
+        QVERIFY(runTogether({[&] { a.d->effectActions().OnPopupReverseEntireTrack(); }}));
         const QString track = a.d->track().s_WAV_File_Path;
         const QByteArray content = fixtures::digest(track);
         setMarkers(a.d, 40, 60, 0); // 2.4 to 3.6 s of the 6 s
@@ -200,7 +200,7 @@ private slots:
                 log << QString("%1:%2").arg(index).arg(kind);
                 switch (kind) {
                 case 0:
-                    round << [d] { d->OnPopupReverseEntireTrack(); };
+                    round << [d] { d->effectActions().OnPopupReverseEntireTrack(); };
                     break;
                 case 1:
                     round << [=, this] {

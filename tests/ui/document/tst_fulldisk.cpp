@@ -155,7 +155,7 @@ private slots:
         const Snapshot before = snapshot(d, app->session().s_Output_Folder);
 
         const auto alert = gui::answerAlert();
-        d->applyEffect({{}, {"echo", "0.8", "0.88", "60", "0.4"}}, false);
+        d->effectActions().applyEffect({{}, {"echo", "0.8", "0.88", "60", "0.4"}}, false);
         QTRY_VERIFY_WITH_TIMEOUT(app->runner().runningProcessId() != 0, 20000);
         // Everything but a megabyte goes while sox writes (what sox writes
         // meanwhile may take some of it first: then a smaller filler).

@@ -95,8 +95,8 @@ class tst_HistoryWindow : public EditingFixture {
     }
 
     bool echoOnSelection(Document* d) {
-        d->fillEffectsMenu();
-        auto* item = d->popupMenuEffects->findChild<QAction*>("OnPopupEchoSelection");
+        d->effectActions().fillEffectsMenu();
+        auto* item = d->effectActions().popupMenuEffects->findChild<QAction*>("OnPopupEchoSelection");
         if (!item)
             return false;
         gui::whenModal<EffectDialog>([](EffectDialog* dialog) { dialog->OnOK(); });

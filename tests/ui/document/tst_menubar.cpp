@@ -68,7 +68,7 @@ private slots:
         QCOMPARE(d->menuPasteMixing->actions(), d->popupMenuPasteMixing->actions());
         QCOMPARE(d->menuSilence->actions(), d->popupMenuSilence->actions());
         QCOMPARE(d->menuPlay->actions().mid(0, 3), d->popupMenuPlay->actions());
-        QCOMPARE(menuItem(d, {"Effects"})->menu(), d->popupMenuEffects);
+        QCOMPARE(menuItem(d, {"Effects"})->menu(), d->effectActions().popupMenuEffects);
         QCOMPARE(menuItem(d, {"Tracks", "Split into Parts"})->menu(), d->splitActions().popupMenuSplit);
         QCOMPARE(menuItem(d, {"View", "Zoom In"}), d->btnZoomPlus);
         QVERIFY(menuItem(d, {"Effects", "Echo", "Selection"}));

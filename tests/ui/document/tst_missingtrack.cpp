@@ -32,7 +32,7 @@ class tst_MissingTrack : public QObject {
                 [&] { return QDateTime::currentDateTime().toString("yyyy-MM-dd-HH-mm-ss") > opened; }, 5000))
             return nullptr;
         QSignalSpy adopted(d, &Document::adopted);
-        d->OnPopupReverseEntireTrack();
+        d->effectActions().OnPopupReverseEntireTrack();
         if (!adopted.wait(20000) || !gui::waitIdle(*m_app))
             return nullptr;
         return d;
@@ -76,7 +76,7 @@ private slots:
                     "Undo to an earlier version, or open the file again.")
                 .arg(QFileInfo(gone).fileName());
         checkRefused(
-            d, [d] { d->OnPopupReverseEntireTrack(); }, said);
+            d, [d] { d->effectActions().OnPopupReverseEntireTrack(); }, said);
         checkRefused(
             d, [d] { d->Operation_Copy(); }, said);
         checkRefused(
@@ -96,7 +96,7 @@ private slots:
         QCOMPARE(d->history().u_array_WAV_Files_Position(), quint64(0));
         QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(4));
         QSignalSpy adopted(d, &Document::adopted);
-        d->OnPopupReverseEntireTrack();
+        d->effectActions().OnPopupReverseEntireTrack();
         QVERIFY(adopted.wait(20000));
     }
 

@@ -81,7 +81,7 @@ class tst_NothingLost : public QObject {
         for (int v = 1; d && v < versions; ++v) {
             waitPastEveryStamp(m_app->session().s_Output_Folder);
             QSignalSpy adopted(d, &Document::adopted);
-            d->OnPopupReverseEntireTrack();
+            d->effectActions().OnPopupReverseEntireTrack();
             if (!adopted.wait(20000) || !gui::waitIdle(*m_app))
                 return nullptr;
         }
@@ -128,7 +128,7 @@ private slots:
         QFETCH(int, signal);
         const Snapshot before = snapshot(m_hour);
         const auto alert = gui::answerAlert();
-        m_hour->applyEffect({{}, {"echo", "0.8", "0.88", "60", "0.4"}}, false);
+        m_hour->effectActions().applyEffect({{}, {"echo", "0.8", "0.88", "60", "0.4"}}, false);
         const qint64 sox = runningTool();
         QVERIFY(sox > 0);
         QCOMPARE(::kill(pid_t(sox), signal), 0);
@@ -169,7 +169,7 @@ private slots:
     void cancellingAnHourOfEchoKeepsThePreviousVersionPlaying() {
         const Snapshot before = snapshot(m_hour);
         const auto alert = gui::answerAlert();
-        m_hour->applyEffect({{}, {"echo", "0.8", "0.88", "60", "0.4"}}, false);
+        m_hour->effectActions().applyEffect({{}, {"echo", "0.8", "0.88", "60", "0.4"}}, false);
         QVERIFY(runningTool() > 0);
         QVERIFY(m_hour->btnCancel->isVisible());
         QElapsedTimer clock;
@@ -274,7 +274,7 @@ private slots:
             fixtures::Immutable frozen(m_app->session().s_Output_Folder);
             QVERIFY(frozen.made);
             const auto seen = gui::answerAlert();
-            d->OnPopupReverseEntireTrack();
+            d->effectActions().OnPopupReverseEntireTrack();
             QTRY_VERIFY_WITH_TIMEOUT(seen->shown, 20000);
             alert = *seen;
         }
@@ -300,7 +300,7 @@ private slots:
             const qsizetype runs = app->runner().runs().size();
             const QStringList files = QDir(app->session().s_Output_Folder).entryList(QDir::Files);
             const auto alert = gui::answerAlert();
-            d->OnPopupReverseEntireTrack();
+            d->effectActions().OnPopupReverseEntireTrack();
             QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
             QVERIFY2(alert->informativeText.startsWith("There is not enough free space in the work folder " +
                                                        app->session().s_Output_Folder + "."),
@@ -374,7 +374,7 @@ private slots:
         const QStringList versions = d->history().array_WAV_Files();
         m_app->cut();
         d->Operation_Delete();
-        d->OnPopupReverseEntireTrack();
+        d->effectActions().OnPopupReverseEntireTrack();
         QTest::qWait(300);
         QVERIFY(!m_app->runner().isBusy());
         QCOMPARE(m_app->runner().runs().size(), runs);

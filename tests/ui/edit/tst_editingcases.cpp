@@ -97,7 +97,8 @@ private slots:
         QVERIFY(d);
         const QString original = d->track().s_WAV_File_Path;
         QVERIFY(inOneSecond(
-            d, [&] { d->OnPopupReverseEntireTrack(); }, [&] { d->OnPopupReverseEntireTrack(); }));
+            d, [&] { d->effectActions().OnPopupReverseEntireTrack(); },
+            [&] { d->effectActions().OnPopupReverseEntireTrack(); }));
         // The second reverse read the first one's file before it rewrote it.
         const QStringList history = d->history().array_WAV_Files();
         QCOMPARE(history.size(), 3);
@@ -158,14 +159,14 @@ private slots:
         QVERIFY(d);
         for (int attempt = 0; attempt < 3; ++attempt) {
             waitPastEveryStamp(m_app->session().s_Output_Folder);
-            QVERIFY(edit(d, [&] { d->OnPopupReverseEntireTrack(); }));
+            QVERIFY(edit(d, [&] { d->effectActions().OnPopupReverseEntireTrack(); }));
             const QString current = d->track().s_WAV_File_Path;
             const QByteArray was = digest(current);
             const QStringList history = d->history().array_WAV_Files();
             const auto alert = gui::answerAlert();
             // sox knows no such effect: nothing is written, and the result's
             // name is the current version's when this second is still the same.
-            d->applyEffect(EffectArguments{{}, {"no-such-effect"}}, false);
+            d->effectActions().applyEffect(EffectArguments{{}, {"no-such-effect"}}, false);
             QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
             QVERIFY(gui::waitIdle(*m_app));
             QCOMPARE(alert->informativeText,

@@ -19,7 +19,7 @@ private slots:
         Document* d = openPattern();
         QVERIFY(d);
         const QString before = d->track().s_WAV_File_Path;
-        QVERIFY(edit(d, [&] { d->OnPopupReverseEntireTrack(); }));
+        QVERIFY(edit(d, [&] { d->effectActions().OnPopupReverseEntireTrack(); }));
         checkResult(d, 1, 10, {{0, 4, true}, {4, 6, false}, {6, 10, true}});
         const std::vector<short> original = frames(before), result = frames(d->track().s_WAV_File_Path);
         QCOMPARE(result.size(), original.size());
@@ -33,7 +33,7 @@ private slots:
         QVERIFY(d);
         const QString before = d->track().s_WAV_File_Path;
         setMarkers(d, 30, 70, 0); // 3–7 s
-        QVERIFY(edit(d, [&] { d->OnPopupReverseSelection(); }));
+        QVERIFY(edit(d, [&] { d->effectActions().OnPopupReverseSelection(); }));
         checkResult(d, 1, 10, {{0, 4, true}, {4, 6, false}, {6, 10, true}});
         for (const auto& [from, to] : {std::pair{0.1, 2.9}, std::pair{7.1, 9.9}}) {
             const double was = fixtures::rms(before, from, to),
@@ -56,7 +56,7 @@ private slots:
     void theEffectsMenuListsEveryActionOfTheTable() {
         Document* d = openPattern();
         QVERIFY(d);
-        d->fillEffectsMenu();
+        d->effectActions().fillEffectsMenu();
         QStringList offered, expected;
         QString group;
         for (const EffectEntry& entry : effectCatalogue()) {
@@ -71,7 +71,7 @@ private slots:
                  << "Noise Reduction…: OnPopupNoiseReduction";
 
         const QStringList files = workFiles();
-        for (QAction* item : d->popupMenuEffects->actions()) {
+        for (QAction* item : d->effectActions().popupMenuEffects->actions()) {
             if (item->isSeparator()) {
                 offered << "-";
                 continue;
@@ -121,7 +121,7 @@ private slots:
         QVERIFY(d);
         const QString current = d->track().s_WAV_File_Path;
         const auto alert = gui::answerAlert();
-        d->applyEffect({{}, {"echo", "not-a-number"}}, false);
+        d->effectActions().applyEffect({{}, {"echo", "not-a-number"}}, false);
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
         QCOMPARE(alert->text, QString("Error"));
         QCOMPARE(alert->informativeText,
@@ -138,7 +138,7 @@ private slots:
         const QString current = d->track().s_WAV_File_Path;
         const QStringList before = QDir(m_app->session().s_Output_Folder).entryList(QDir::Files);
         const auto alert = gui::answerAlert();
-        d->applyEffect({{}, {"echo", "not-a-number"}}, true);
+        d->effectActions().applyEffect({{}, {"echo", "not-a-number"}}, true);
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
         QVERIFY(gui::waitIdle(*m_app));
         QStringList added = QDir(m_app->session().s_Output_Folder).entryList(QDir::Files);
@@ -156,11 +156,11 @@ private slots:
     void theToolsMenuOffersReversalAndItsItemReverses() {
         Document* d = openPattern();
         QVERIFY(d);
-        QVERIFY(d->popupMenuTools->actions().contains(d->popupMenuEffects->menuAction()));
-        QVERIFY(d->popupMenuEffects->isEmpty()); // filled when first shown
-        d->fillEffectsMenu();
+        QVERIFY(d->popupMenuTools->actions().contains(d->effectActions().popupMenuEffects->menuAction()));
+        QVERIFY(d->effectActions().popupMenuEffects->isEmpty()); // filled when first shown
+        d->effectActions().fillEffectsMenu();
         QMenu* reverse = nullptr;
-        for (QAction* action : d->popupMenuEffects->actions())
+        for (QAction* action : d->effectActions().popupMenuEffects->actions())
             if (action->text() == "Reverse")
                 reverse = action->menu();
         QVERIFY(reverse);
@@ -211,7 +211,7 @@ private slots:
             dialog->findChild<QCheckBox*>("checkInvert")->setChecked(true);
             dialog->OnOK();
         });
-        QVERIFY(edit(d, [&] { d->runEffect(row, false); }));
+        QVERIFY(edit(d, [&] { d->effectActions().runEffect(row, false); }));
         QCOMPARE(title, QString("Volume Test"));
         QCOMPARE(startLabel, QString("0.50"));
         QCOMPARE(refused, QString("Factor invalid."));

@@ -42,8 +42,8 @@ class tst_EffectRuns : public EditingFixture {
     // Triggers the effects menu's item for `action`, answering its dialog with
     // the values it starts with.
     bool runItem(Document* d, const QString& action, bool hasDialog) {
-        d->fillEffectsMenu();
-        auto* item = d->popupMenuEffects->findChild<QAction*>(action);
+        d->effectActions().fillEffectsMenu();
+        auto* item = d->effectActions().popupMenuEffects->findChild<QAction*>(action);
         if (!item)
             return false;
         if (hasDialog)
@@ -188,8 +188,8 @@ private slots:
 
         gui::whenModal<EffectDialog>("Window_Ask_Noise_Selected", [](EffectDialog* ask) { ask->OnOK(); });
         gui::whenModal<EffectDialog>("Window_Noise_Reduction", [](EffectDialog* level) { level->OnOK(); });
-        d->fillEffectsMenu();
-        auto* item = d->popupMenuEffects->findChild<QAction*>("OnPopupNoiseReduction");
+        d->effectActions().fillEffectsMenu();
+        auto* item = d->effectActions().popupMenuEffects->findChild<QAction*>("OnPopupNoiseReduction");
         QVERIFY(item);
         QVERIFY(edit(d, [&] { item->trigger(); }));
 
@@ -217,7 +217,7 @@ private slots:
         gui::whenModal<EffectDialog>("Window_Ask_Noise_Selected", [](EffectDialog* ask) { ask->OnOK(); });
         gui::whenModal<EffectDialog>("Window_Noise_Reduction", [](EffectDialog* level) { level->OnOK(); });
         const auto alert = gui::answerAlert();
-        d->OnPopupNoiseReduction();
+        d->effectActions().OnPopupNoiseReduction();
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
         QCOMPARE(alert->informativeText, QString("Select a stretch that holds noise only, then try again."));
         expectUnchanged(d, current, files);
@@ -240,7 +240,7 @@ private slots:
         gui::whenModal<EffectDialog>("Window_Ask_Noise_Selected", [](EffectDialog* ask) { ask->OnOK(); });
         gui::whenModal<EffectDialog>("Window_Noise_Reduction", [](EffectDialog* level) { level->OnOK(); });
         const auto alert = gui::answerAlert();
-        d->OnPopupNoiseReduction();
+        d->effectActions().OnPopupNoiseReduction();
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
         QCOMPARE(
             alert->informativeText,
@@ -299,8 +299,8 @@ private slots:
                 backOut(dialog);
             });
         }
-        d->fillEffectsMenu();
-        auto* item = d->popupMenuEffects->findChild<QAction*>(action);
+        d->effectActions().fillEffectsMenu();
+        auto* item = d->effectActions().popupMenuEffects->findChild<QAction*>(action);
         QVERIFY(item);
         item->trigger();
         QVERIFY(shown > 0);
@@ -321,8 +321,8 @@ private slots:
             echo->OnOK();
         });
         const auto alert = gui::answerAlert();
-        d->fillEffectsMenu();
-        d->popupMenuEffects->findChild<QAction*>("OnPopupEchoEntireTrack")->trigger();
+        d->effectActions().fillEffectsMenu();
+        d->effectActions().popupMenuEffects->findChild<QAction*>("OnPopupEchoEntireTrack")->trigger();
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
         QCOMPARE(alert->text, QString("Error"));
         QCOMPARE(alert->informativeText,
@@ -341,8 +341,8 @@ private slots:
             phaser->OnOK();
         });
         const auto alert = gui::answerAlert();
-        d->fillEffectsMenu();
-        d->popupMenuEffects->findChild<QAction*>("OnPopupPhaserSelection")->trigger();
+        d->effectActions().fillEffectsMenu();
+        d->effectActions().popupMenuEffects->findChild<QAction*>("OnPopupPhaserSelection")->trigger();
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
         QCOMPARE(alert->informativeText,
                  QString("Parameters were not accepted. change parameters and try again."));

@@ -44,7 +44,7 @@ private slots:
         QTest::qWait(500); // a back end started anyway would fail by now
         // The window still edits.
         QSignalSpy adopted(d, &Document::adopted);
-        d->OnPopupReverseEntireTrack();
+        d->effectActions().OnPopupReverseEntireTrack();
         QVERIFY(adopted.wait(20000));
     }
 };

@@ -1,35 +1,38 @@
-// The document's effect actions: each runs one sox effect over the whole
-// track or over the selection only, and adopts the result as a new version.
+#include "EffectActions.h"
 
 #include "EffectDialogs.h"
-#include "document/Document.h"
-#include "effects/EffectCatalogue.h"
+#include "document/TrackWindow.h"
 #include "widgets/Alerts.h"
 
 #include <QMenu>
 
-void Document::applyEffect(const EffectArguments& arguments, bool selectionOnly, const QString& label,
-                           const Replay& replay) {
-    const ResultNames names = resultNames();
-    EditPlan plan = selectionOnly ? buildEffectSelectionPlan(editState(), names, arguments)
-                                  : buildEffectPlan(editState(), names, arguments);
+EffectActions::EffectActions(TrackWindow& window, QObject* parent) : QObject(parent), m_window(window) {
+    popupMenuEffects = new QMenu(tr("Effects"), window.windowWidget());
+    connect(popupMenuEffects, &QMenu::aboutToShow, this, &EffectActions::fillEffectsMenu);
+}
+
+void EffectActions::applyEffect(const EffectArguments& arguments, bool selectionOnly, const QString& label,
+                                const Replay& replay) {
+    const ResultNames names = m_window.resultNames();
+    EditPlan plan = selectionOnly ? buildEffectSelectionPlan(m_window.editState(), names, arguments)
+                                  : buildEffectPlan(m_window.editState(), names, arguments);
     plan.label = label;
     if (!selectionOnly)
         plan.replay = replay;
-    runEdit(plan);
+    m_window.runEdit(plan);
 }
 
-void Document::OnPopupReverseEntireTrack() {
+void EffectActions::OnPopupReverseEntireTrack() {
     runEffect(*findEffect(QStringLiteral("Reverse")), false);
 }
-void Document::OnPopupReverseSelection() {
+void EffectActions::OnPopupReverseSelection() {
     runEffect(*findEffect(QStringLiteral("Reverse")), true);
 }
 
-void Document::runEffect(const EffectEntry& entry, bool selectionOnly) {
+void EffectActions::runEffect(const EffectEntry& entry, bool selectionOnly) {
     EffectValues values;
     if (!entry.dialog.isEmpty()) {
-        EffectDialog dialog(entry.dialog, this);
+        EffectDialog dialog(entry.dialog, m_window.windowWidget());
         if (!entry.windowTitle.isEmpty())
             dialog.setWindowTitle(entry.windowTitle);
         dialog.exec();
@@ -41,36 +44,30 @@ void Document::runEffect(const EffectEntry& entry, bool selectionOnly) {
     applyEffect(entry.arguments(values), selectionOnly, label, effectReplay(entry.key, label, values));
 }
 
-void Document::OnPopupEqualizerEntireTrack() {
+void EffectActions::OnPopupEqualizerEntireTrack() {
     runEffect(*findEffect(QStringLiteral("Equalizer")), false);
 }
 
-void Document::OnPopupNoiseReduction() {
-    EffectDialog ask(askNoiseSelectedDialog(), this);
+void EffectActions::OnPopupNoiseReduction() {
+    EffectDialog ask(askNoiseSelectedDialog(), m_window.windowWidget());
     ask.exec();
     if (!ask.bOK)
         return;
-    EffectDialog strength(noiseReductionDialog(), this);
+    EffectDialog strength(noiseReductionDialog(), m_window.windowWidget());
     strength.exec();
     if (!strength.bOK)
         return;
-    const EditState state = editState();
+    const EditState state = m_window.editState();
     if (state.f_Selection_End <= state.f_Selection_Start) {
-        showErrorAlert(this, QStringLiteral("Select a stretch that holds noise only, then try again."));
+        showErrorAlert(m_window.windowWidget(),
+                       QStringLiteral("Select a stretch that holds noise only, then try again."));
         return;
     }
-    runEdit(buildNoiseReductionPlan(state, resultNames(),
-                                    strength.effectValues().real(QStringLiteral("f_Level"))));
+    m_window.runEdit(buildNoiseReductionPlan(state, m_window.resultNames(),
+                                             strength.effectValues().real(QStringLiteral("f_Level"))));
 }
 
-void Document::buildEffectsMenu() {
-    popupMenuEffects = new QMenu(tr("Effects"), this);
-    connect(popupMenuEffects, &QMenu::aboutToShow, this, &Document::fillEffectsMenu);
-    popupMenuTools->addSeparator();
-    popupMenuTools->addMenu(popupMenuEffects);
-}
-
-void Document::fillEffectsMenu() {
+void EffectActions::fillEffectsMenu() {
     // Filled when first shown: the catalogue's rows group by group, each a
     // submenu with its entire-track and (where it has one) selection action;
     // noise reduction, a procedure of its own, comes last.
@@ -94,6 +91,6 @@ void Document::fillEffectsMenu() {
         }
     }
     popupMenuEffects->addSeparator();
-    popupMenuEffects->addAction(tr("Noise Reduction") + ellipsis, this, &Document::OnPopupNoiseReduction)
+    popupMenuEffects->addAction(tr("Noise Reduction") + ellipsis, this, &EffectActions::OnPopupNoiseReduction)
         ->setObjectName(QStringLiteral("OnPopupNoiseReduction"));
 }
