@@ -593,7 +593,7 @@ class tst_Monkey : public QObject {
             return;
         }
         QList<QMenu*> submenus;
-        for (QAction* action : d->popupMenuTools->actions())
+        for (QAction* action : d->editingActions().popupMenuTools->actions())
             if (QMenu* sub = QMenu::menuInAction(action))
                 submenus << sub;
         QMenu* sub = submenus.at(choose(0, int(submenus.size()) - 1));

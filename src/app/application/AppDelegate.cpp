@@ -310,22 +310,22 @@ void AppDelegate::redo() {
 
 void AppDelegate::copy() {
     if (Document* document = loadedCurrentDocument())
-        document->Operation_Copy();
+        document->editingActions().Operation_Copy();
 }
 
 void AppDelegate::cut() {
     if (Document* document = loadedCurrentDocument())
-        document->Operation_Cut();
+        document->editingActions().Operation_Cut();
 }
 
 void AppDelegate::paste() {
     if (Document* document = loadedCurrentDocument())
-        document->Operation_Paste();
+        document->editingActions().Operation_Paste();
 }
 
 void AppDelegate::deleteSelection() {
     if (Document* document = loadedCurrentDocument())
-        document->Operation_Delete();
+        document->editingActions().Operation_Delete();
 }
 
 void AppDelegate::save() {

@@ -111,7 +111,8 @@ Document::Document(Session& session, quint64 id, const Opening& opening,
     connect(viewAudioPlot, &View_Audio_Wave::markersChanged, this, &Document::showMarkers);
     connect(&m_track, &Track::changed, this, &Document::showMarkers);
 
-    buildEditMenus();
+    m_editing = new EditingActions(m_track, m_session, *this, this);
+    QMenu* popupMenuTools = m_editing->popupMenuTools;
     m_split = new SplitActions(m_track, m_session, *this, this);
     m_export = new ExportActions(m_track, m_session, *this, this);
     m_batch = new BatchActions(m_track, m_session, this, [this] { return m_export->exportChoice(); });
@@ -215,11 +216,11 @@ QToolBar* Document::buildToolBar() {
     btnColour = add("colour", tr("Colour"), tr("Choose the waveform's colour"));
 
     connect(btnOpen, &QAction::triggered, this, &Document::OnToolbarOpen);
-    connect(btnCopy, &QAction::triggered, this, &Document::Operation_Copy);
-    connect(btnCut, &QAction::triggered, this, &Document::Operation_Cut);
-    connect(btnDelete, &QAction::triggered, this, &Document::Operation_Delete);
-    connect(btnPaste, &QAction::triggered, this, &Document::Operation_Paste);
-    connect(btnTools, &QAction::triggered, this, &Document::OnToolbarTools);
+    connect(btnCopy, &QAction::triggered, m_editing, &EditingActions::Operation_Copy);
+    connect(btnCut, &QAction::triggered, m_editing, &EditingActions::Operation_Cut);
+    connect(btnDelete, &QAction::triggered, m_editing, &EditingActions::Operation_Delete);
+    connect(btnPaste, &QAction::triggered, m_editing, &EditingActions::Operation_Paste);
+    connect(btnTools, &QAction::triggered, m_editing, &EditingActions::OnToolbarTools);
     connect(btnUndo, &QAction::triggered, this, &Document::Operation_Undo);
     connect(btnRedo, &QAction::triggered, this, &Document::Operation_Redo);
     connect(btnColour, &QAction::triggered, this, &Document::chooseColour);

@@ -8,6 +8,7 @@
 #include "batch/Recipe.h"
 #include "document/SplitPlans.h"
 #include "edit/EditPlans.h"
+#include "edit/EditingActions.h"
 #include "effects/EffectActions.h"
 #include "effects/EffectCatalogue.h"
 #include "history/VersionHistory.h"
@@ -99,28 +100,9 @@ public:
 
     void changeColor(const QColor& color);
 
-    // Editing (defined beside the edit plans). Copy and cut fill the
-    // application's clipboard; every other edit makes a new version.
-    void Operation_Copy();
-    void Operation_Cut();
-    void Operation_Delete();
-    void Operation_Paste(); // pops up the paste menu, or says there is nothing to paste
-    void OnPopupMenuPasteAtStart();
-    void OnPopupMenuPasteAtCurrentPosition();
-    void OnPopupMenuPasteAtStartOfSelection();
-    void OnPopupMenuPasteAtEndOfSelection();
-    void OnPopupMenuPasteAtEnd();
-    void OnPopupPasteMixingAtStart();
-    void OnPopupPasteMixingAtCurrentPosition();
-    void OnPopupPasteMixingAtStartOfSelection();
-    void OnPopupPasteMixingAtEndOfSelection();
-    quint64 Get_Silence_Duration_In_MS();
-    void OnPopupSilenceInsertAtStart();
-    void OnPopupSilenceInsertAtEnd();
-    void OnPopupSilenceInsertAtCurrentPosition();
-    void OnPopupSilenceSelection();
-    void OnPopupSilenceTrim();
-    void OnToolbarTools(); // pops up the tools menu
+    // Editing: copy and cut fill the session's clipboard; every other edit
+    // makes a new version.
+    EditingActions& editingActions() { return *m_editing; }
 
     // Effects: one sox effect over the whole track or over the selection only.
     EffectActions& effectActions() { return *m_effects; }
@@ -142,11 +124,6 @@ public:
     // Moves the play position or a selection end as the keys do (Home, End,
     // the arrows, Shift with them, [ and ]).
     void pressMarkerKey(MarkerKey key);
-
-    QMenu* popupMenuTools;
-    QMenu* popupMenuPaste;
-    QMenu* popupMenuPasteMixing;
-    QMenu* popupMenuSilence;
 
     // Transport (defined beside the transport rules): playback of the current
     // version and recording from the default input, sharing one status.
@@ -289,18 +266,18 @@ private:
     void reloadCurrentVersion();
     void chooseColour();
     void layOutZoom();
-    QPoint popupPosition() const; // where a pop-up menu opens
+    QPoint popupPosition() const override; // where a pop-up menu opens
     void setUpAccessibility();
     void describeForAccessibility(); // the waveform, ruler and status texts in words
     void enableWheelZoom();
     void followViewport();
     void showMarkers();
-    void buildEditMenus();
     void buildMenuBar();
     void updateMenus();
     void addMarkerKey(QMenu* menu, const QString& text, const QKeySequence& keys, MarkerKey key);
     QList<QAction*> m_markerKeys;
     QList<QPair<QAction*, QAction*>> m_followedButtons; // a menu item and the toolbar button it follows
+    EditingActions* m_editing = nullptr;
     EffectActions* m_effects = nullptr;
     void handOverPieces(const QStringList& pieces);
     SplitActions* m_split = nullptr;
@@ -309,12 +286,6 @@ private:
     ResultNames resultNames(Writes writes = Writes::Version) const override;
     void runEdit(const EditPlan& edit) override;
     void adoptResult(const EditPlan& edit, qint64 seconds);
-    // False, with the alert shown, when a result of `seconds` would pass what a WAV holds.
-    bool resultFitsAWav(double seconds);
-    void paste(PastePlace place);
-    void pasteMix(PastePlace place);
-    bool haveCopiedContent(); // or says "There is no copied content."
-    void insertSilence(SilencePlace place);
 
     Session& m_session;
     Track m_track;

@@ -49,9 +49,9 @@ void Document::buildMenuBar() {
         menu->addActions(popup->actions());
         return menu;
     };
-    menuPasteAt = copyOf(popupMenuPaste, tr("Paste &At"));
-    menuPasteMixing = copyOf(popupMenuPasteMixing, tr("&Mix Copied Audio In"));
-    menuSilence = copyOf(popupMenuSilence, tr("&Silence"));
+    menuPasteAt = copyOf(m_editing->popupMenuPaste, tr("Paste &At"));
+    menuPasteMixing = copyOf(m_editing->popupMenuPasteMixing, tr("&Mix Copied Audio In"));
+    menuSilence = copyOf(m_editing->popupMenuSilence, tr("&Silence"));
     edit->addSeparator();
     addMarkerKey(edit, tr("Extend Selection to Start"), QKeySequence::SelectStartOfLine,
                  MarkerKey::ExtendSelectionStart);

@@ -2,6 +2,7 @@
 
 #include "edit/EditPlans.h"
 
+class QPoint;
 class QWidget;
 struct PlanOutcome;
 
@@ -10,7 +11,8 @@ struct PlanOutcome;
 // plan they run goes through.
 class TrackWindow {
 public:
-    virtual QWidget* windowWidget() = 0; // the parent of dialogs and alerts
+    virtual QWidget* windowWidget() = 0;      // the parent of dialogs and alerts
+    virtual QPoint popupPosition() const = 0; // where a pop-up menu opens
     // Whether the window records: the take is then to replace the track.
     virtual bool recording() const = 0;
     // Whether the current version's file is there; says so when it has gone.

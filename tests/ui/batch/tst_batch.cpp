@@ -71,14 +71,14 @@ class TestBatch : public ExportFixture {
     static bool insertAndTrimSilence(Document* d) {
         QSignalSpy adopted(d, &Document::adopted);
         gui::whenModal<Window_Silence_Insert>([](Window_Silence_Insert* dialog) { dialog->OnOK(); });
-        d->OnPopupSilenceInsertAtEnd();
+        d->editingActions().OnPopupSilenceInsertAtEnd();
         if (!adopted.wait(60000))
             return false;
         gui::whenModal<Window_Silence_Trim>([](Window_Silence_Trim* dialog) {
             dialog->radioEntire->click();
             dialog->OnOK();
         });
-        d->OnPopupSilenceTrim();
+        d->editingActions().OnPopupSilenceTrim();
         return adopted.wait(60000);
     }
 
@@ -149,7 +149,7 @@ private slots:
         QVERIFY(insertAndTrimSilence(d));
         QSignalSpy adopted(d, &Document::adopted);
         gui::whenModal<Window_Silence_Insert>([](Window_Silence_Insert* dialog) { dialog->OnOK(); });
-        d->OnPopupSilenceInsertAtCurrentPosition();
+        d->editingActions().OnPopupSilenceInsertAtCurrentPosition();
         QVERIFY(adopted.wait(60000));
         BatchDialog* dialog = openBatch(d);
         QVERIFY(dialog);

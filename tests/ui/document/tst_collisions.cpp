@@ -135,11 +135,12 @@ private slots:
         const Window a = m_windows[0], b = m_windows[1];
         setMarkers(a.d, 20, 50, 0);
         QSignalSpy copied(a.d, &Document::copied);
-        a.d->Operation_Copy();
+        a.d->editingActions().Operation_Copy();
         QVERIFY(copied.wait(20000) && gui::waitIdle(*m_app));
         m_clipGain = a.gain;
         setMarkers(b.d, 20, 50, 0);
-        QVERIFY(runTogether({[&] { a.d->OnPopupMenuPasteAtEnd(); }, [&] { b.d->Operation_Delete(); }}));
+        QVERIFY(runTogether({[&] { a.d->editingActions().OnPopupMenuPasteAtEnd(); },
+                             [&] { b.d->editingActions().Operation_Delete(); }}));
         QVERIFY2(a.d->track().s_WAV_File_Path.endsWith("Before.wav"),
                  qPrintable(a.d->track().s_WAV_File_Path));
         QVERIFY(std::abs(fixtures::wavInfo(a.d->track().s_WAV_File_Path).seconds() - 7.8) < 0.05);
@@ -154,7 +155,7 @@ private slots:
         const QByteArray content = fixtures::digest(track);
         setMarkers(a.d, 40, 60, 0); // 2.4 to 3.6 s of the 6 s
         QSignalSpy copied(a.d, &Document::copied);
-        a.d->Operation_Copy();
+        a.d->editingActions().Operation_Copy();
         QVERIFY(copied.wait(20000) && gui::waitIdle(*m_app));
         m_clipGain = a.gain;
         const QString clip = m_app->session().s_Copied_WAV_File;
@@ -206,14 +207,14 @@ private slots:
                     round << [=, this] {
                         setMarkers(d, start, end, 0);
                         if (longEnough)
-                            d->Operation_Delete();
+                            d->editingActions().Operation_Delete();
                     };
                     break;
                 case 2:
                     round << [=, this] {
                         setMarkers(d, start, end, 0);
                         if (longEnough) {
-                            d->Operation_Cut();
+                            d->editingActions().Operation_Cut();
                             m_clipGain = w.gain;
                         }
                     };
@@ -221,7 +222,7 @@ private slots:
                 case 3:
                     round << [=, this] {
                         setMarkers(d, start, end, 0);
-                        d->Operation_Copy();
+                        d->editingActions().Operation_Copy();
                         m_clipGain = w.gain;
                     };
                     break;

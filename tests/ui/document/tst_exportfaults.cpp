@@ -84,7 +84,7 @@ private slots:
         QVERIFY(d && other);
         // A clipboard: copy the selection of the other window.
         QSignalSpy copied(other, &Document::copied);
-        other->Operation_Copy();
+        other->editingActions().Operation_Copy();
         QVERIFY(copied.wait(20000));
         QVERIFY(gui::waitIdle(*m_app));
         const Snapshot before = snapshot(d);

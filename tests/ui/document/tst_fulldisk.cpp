@@ -129,7 +129,8 @@ private slots:
         app->session().s_Copied_WAV_File = clip;
         const qsizetype runs = app->runner().runs().size();
         for (const auto& act : std::initializer_list<std::function<void()>>{
-                 [d] { d->OnPopupMenuPasteAtEnd(); }, [d] { d->OnPopupPasteMixingAtEndOfSelection(); }}) {
+                 [d] { d->editingActions().OnPopupMenuPasteAtEnd(); },
+                 [d] { d->editingActions().OnPopupPasteMixingAtEndOfSelection(); }}) {
             const auto alert = gui::answerAlert();
             act();
             QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 5000);

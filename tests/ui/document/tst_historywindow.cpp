@@ -125,7 +125,7 @@ private slots:
         QCOMPARE(marked(w), QList<int>({0}));
 
         setMarkers(d, 20, 50, 0);
-        QVERIFY(edit(d, [&] { d->Operation_Cut(); }));
+        QVERIFY(edit(d, [&] { d->editingActions().Operation_Cut(); }));
         waitPastEveryStamp(m_app->session().s_Output_Folder);
         setMarkers(d, 0, 50, 0);
         QVERIFY(echoOnSelection(d));
@@ -188,7 +188,7 @@ private slots:
         Document* d = openSpeech();
         QVERIFY(d);
         setMarkers(d, 20, 50, 0);
-        QVERIFY(edit(d, [&] { d->Operation_Delete(); }));
+        QVERIFY(edit(d, [&] { d->editingActions().Operation_Delete(); }));
         const QDateTime after = QDateTime::currentDateTime().addSecs(1);
         HistoryWindow* w = openHistory(d);
         QVERIFY(w);
@@ -217,7 +217,7 @@ private slots:
         QCOMPARE(w->windowTitle(), "History — " + d->windowTitle());
 
         setMarkers(d, 20, 50, 0);
-        QVERIFY(edit(d, [&] { d->Operation_Delete(); }));
+        QVERIFY(edit(d, [&] { d->editingActions().Operation_Delete(); }));
         QCOMPARE(labels(w), QStringList({"Opened speech.mp3", "Delete"}));
         QCOMPARE(marked(w), QList<int>({1}));
         QCOMPARE(w->windowTitle(), "History — " + d->windowTitle()); // the new version's name
@@ -226,7 +226,7 @@ private slots:
         QVERIFY(waitReloaded(d, [&] { d->Operation_Undo(); }));
         QCOMPARE(marked(w), QList<int>({0}));
         setMarkers(d, 0, 10, 0);
-        QVERIFY(edit(d, [&] { d->OnPopupSilenceSelection(); }));
+        QVERIFY(edit(d, [&] { d->editingActions().OnPopupSilenceSelection(); }));
         QCOMPARE(labels(w), QStringList({"Opened speech.mp3", "Silence the selection"}));
         QCOMPARE(marked(w), QList<int>({1}));
         waitPastEveryStamp(m_app->session().s_Output_Folder);
@@ -234,7 +234,7 @@ private slots:
         // Copy, then paste at the end: the paste's own label.
         QVERIFY(copyClip(d));
         QCOMPARE(labels(w).size(), 2); // a copy makes no version
-        QVERIFY(edit(d, [&] { d->OnPopupMenuPasteAtEnd(); }));
+        QVERIFY(edit(d, [&] { d->editingActions().OnPopupMenuPasteAtEnd(); }));
         QCOMPARE(labels(w), QStringList({"Opened speech.mp3", "Silence the selection", "Paste at end"}));
         QCOMPARE(marked(w), QList<int>({2}));
 
@@ -257,7 +257,7 @@ private slots:
         w->close();
         QVERIFY(!w->isVisible());
         setMarkers(d, 20, 50, 0);
-        QVERIFY(edit(d, [&] { d->Operation_Delete(); }));
+        QVERIFY(edit(d, [&] { d->editingActions().Operation_Delete(); }));
         QCOMPARE(openHistory(d), w);
         QVERIFY(w->isVisible());
         QCOMPARE(labels(w), QStringList({"Opened speech.mp3", "Delete"}));
@@ -303,7 +303,7 @@ private slots:
         HistoryWindow* otherHistory = openHistory(other);
         QVERIFY(otherHistory && otherHistory != w);
         setMarkers(other, 20, 50, 0);
-        QVERIFY(edit(other, [&] { other->Operation_Delete(); }));
+        QVERIFY(edit(other, [&] { other->editingActions().Operation_Delete(); }));
         QCOMPARE(labels(otherHistory), QStringList({"Opened speech.mp3", "Delete"}));
         QCOMPARE(labels(w), QStringList({"Opened speech.mp3"}));
 

@@ -64,9 +64,9 @@ private slots:
         for (QAction* menu : d->menuBar()->actions())
             titles << plain(menu->text());
         QCOMPARE(titles, QStringList({"File", "Edit", "Play", "Effects", "View", "Tracks", "Help"}));
-        QCOMPARE(d->menuPasteAt->actions(), d->popupMenuPaste->actions());
-        QCOMPARE(d->menuPasteMixing->actions(), d->popupMenuPasteMixing->actions());
-        QCOMPARE(d->menuSilence->actions(), d->popupMenuSilence->actions());
+        QCOMPARE(d->menuPasteAt->actions(), d->editingActions().popupMenuPaste->actions());
+        QCOMPARE(d->menuPasteMixing->actions(), d->editingActions().popupMenuPasteMixing->actions());
+        QCOMPARE(d->menuSilence->actions(), d->editingActions().popupMenuSilence->actions());
         QCOMPARE(d->menuPlay->actions().mid(0, 3), d->popupMenuPlay->actions());
         QCOMPARE(menuItem(d, {"Effects"})->menu(), d->effectActions().popupMenuEffects);
         QCOMPARE(menuItem(d, {"Tracks", "Split into Parts"})->menu(), d->splitActions().popupMenuSplit);
@@ -246,7 +246,7 @@ private slots:
         QTest::keyClick(d, Qt::Key_V, Qt::ControlModifier);
         QTRY_VERIFY(QApplication::activePopupWidget());
         auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        QCOMPARE(menu, d->popupMenuPaste);
+        QCOMPARE(menu, d->editingActions().popupMenuPaste);
         const QPoint marker = d->viewAudioPlot->mapToGlobal(QPoint(int(0.3 * d->viewAudioPlot->width()), 0));
         QVERIFY2(std::abs(menu->geometry().left() - marker.x()) <= 3,
                  qPrintable(QString("%1 against %2").arg(menu->geometry().left()).arg(marker.x())));

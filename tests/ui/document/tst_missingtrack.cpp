@@ -78,11 +78,11 @@ private slots:
         checkRefused(
             d, [d] { d->effectActions().OnPopupReverseEntireTrack(); }, said);
         checkRefused(
-            d, [d] { d->Operation_Copy(); }, said);
+            d, [d] { d->editingActions().Operation_Copy(); }, said);
         checkRefused(
-            d, [d] { d->Operation_Cut(); }, said);
+            d, [d] { d->editingActions().Operation_Cut(); }, said);
         checkRefused(
-            d, [d] { d->Operation_Delete(); }, said);
+            d, [d] { d->editingActions().Operation_Delete(); }, said);
         checkRefused(
             d, [d] { d->splitActions().OnPopupSplit2PartsCurrentPosition(); }, said);
         checkRefused(

@@ -95,7 +95,7 @@ class tst_NothingLost : public QObject {
         waitPastEveryStamp(m_app->session().s_Output_Folder);
         select(d, 0, 1);
         QSignalSpy adopted(d, &Document::adopted);
-        d->Operation_Delete();
+        d->editingActions().Operation_Delete();
         QVERIFY(adopted.wait(60000));
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(d->history().array_WAV_Files().size(), versions + 1);
@@ -152,7 +152,7 @@ private slots:
         select(m_hour, 40, 60);
         QSignalSpy progress(&m_app->runner(), &PlanRunner::progress);
         const auto alert = gui::answerAlert();
-        m_hour->Operation_Delete();
+        m_hour->editingActions().Operation_Delete();
         // The before- and after-parts are cut; the third run joins them.
         QTRY_VERIFY_WITH_TIMEOUT(
             !progress.isEmpty() && progress.last()[0].toString() == "Running ffmpeg (step 3 of 4)…", 60000);
@@ -197,7 +197,7 @@ private slots:
     void escapeCancelsInTheWindowThatStartedTheRun() {
         const Snapshot before = snapshot(m_hour);
         select(m_hour, 10, 20);
-        m_hour->Operation_Delete();
+        m_hour->editingActions().Operation_Delete();
         QVERIFY(runningTool(300) > 0);
         m_hour->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_hour));
@@ -252,7 +252,7 @@ private slots:
         QVERIFY(QFile::remove(d->track().s_WAV_File_Path)); // gone from disk, still current
         const Snapshot before = snapshot(d);
         const auto alert = gui::answerAlert();
-        d->Operation_Delete();
+        d->editingActions().Operation_Delete();
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
         QVERIFY(gui::waitIdle(*m_app));
         // Said as what it is, before anything runs.
@@ -373,7 +373,7 @@ private slots:
         const qsizetype runs = m_app->runner().runs().size();
         const QStringList versions = d->history().array_WAV_Files();
         m_app->cut();
-        d->Operation_Delete();
+        d->editingActions().Operation_Delete();
         d->effectActions().OnPopupReverseEntireTrack();
         QTest::qWait(300);
         QVERIFY(!m_app->runner().isBusy());

@@ -120,7 +120,8 @@ private slots:
     void theToolsMenuHoldsTheThreeSplits() {
         Document* d = openPattern();
         QVERIFY(d);
-        QVERIFY(d->popupMenuTools->actions().contains(d->splitActions().popupMenuSplit->menuAction()));
+        QVERIFY(d->editingActions().popupMenuTools->actions().contains(
+            d->splitActions().popupMenuSplit->menuAction()));
         QStringList names;
         for (QAction* action : d->splitActions().popupMenuSplit->actions())
             names << action->objectName();
@@ -218,7 +219,7 @@ private slots:
         const QByteArray keptAudio = fixtures::digest(kept);
         edited->track().f_Selection_Start = 0;
         edited->track().f_Selection_End = 50;
-        edited->Operation_Delete();
+        edited->editingActions().Operation_Delete();
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(edited->history().array_WAV_Files().first(), kept);
         QVERIFY(edited->track().s_WAV_File_Path != kept);

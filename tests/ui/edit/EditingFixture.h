@@ -79,7 +79,7 @@ protected:
     bool copyClip(Document* d) {
         setMarkers(d, 20, 50, 0);
         QSignalSpy copied(d, &Document::copied);
-        d->Operation_Copy();
+        d->editingActions().Operation_Copy();
         if (!copied.wait(20000))
             return false;
         waitPastEveryStamp(m_app->session().s_Output_Folder);

@@ -37,7 +37,8 @@ private slots:
         QVERIFY(d);
         m_app->session().s_Copied_WAV_File.clear();
         setMarkers(d, 20, 50, 3);
-        QVERIFY(edit(d, [&] { cut ? d->Operation_Cut() : d->Operation_Delete(); }));
+        QVERIFY(edit(
+            d, [&] { cut ? d->editingActions().Operation_Cut() : d->editingActions().Operation_Delete(); }));
         checkResult(d, 1, 7, {{0, 2, true}, {2, 3, false}, {3, 7, true}});
         if (cut)
             QCOMPARE(m_app->session().s_Copied_WAV_File,
@@ -77,19 +78,19 @@ private slots:
         QVERIFY(edit(d, [&] {
             switch (PastePlace(place)) {
             case PastePlace::Start:
-                d->OnPopupMenuPasteAtStart();
+                d->editingActions().OnPopupMenuPasteAtStart();
                 break;
             case PastePlace::CurrentPosition:
-                d->OnPopupMenuPasteAtCurrentPosition();
+                d->editingActions().OnPopupMenuPasteAtCurrentPosition();
                 break;
             case PastePlace::StartOfSelection:
-                d->OnPopupMenuPasteAtStartOfSelection();
+                d->editingActions().OnPopupMenuPasteAtStartOfSelection();
                 break;
             case PastePlace::EndOfSelection:
-                d->OnPopupMenuPasteAtEndOfSelection();
+                d->editingActions().OnPopupMenuPasteAtEndOfSelection();
                 break;
             case PastePlace::End:
-                d->OnPopupMenuPasteAtEnd();
+                d->editingActions().OnPopupMenuPasteAtEnd();
                 break;
             }
         }));
@@ -124,16 +125,16 @@ private slots:
         QVERIFY(edit(d, [&] {
             switch (PastePlace(place)) {
             case PastePlace::Start:
-                d->OnPopupPasteMixingAtStart();
+                d->editingActions().OnPopupPasteMixingAtStart();
                 break;
             case PastePlace::CurrentPosition:
-                d->OnPopupPasteMixingAtCurrentPosition();
+                d->editingActions().OnPopupPasteMixingAtCurrentPosition();
                 break;
             case PastePlace::StartOfSelection:
-                d->OnPopupPasteMixingAtStartOfSelection();
+                d->editingActions().OnPopupPasteMixingAtStartOfSelection();
                 break;
             default:
-                d->OnPopupPasteMixingAtEndOfSelection();
+                d->editingActions().OnPopupPasteMixingAtEndOfSelection();
                 break;
             }
         }));
@@ -166,13 +167,13 @@ private slots:
         QVERIFY(edit(d, [&] {
             switch (SilencePlace(place)) {
             case SilencePlace::Start:
-                d->OnPopupSilenceInsertAtStart();
+                d->editingActions().OnPopupSilenceInsertAtStart();
                 break;
             case SilencePlace::End:
-                d->OnPopupSilenceInsertAtEnd();
+                d->editingActions().OnPopupSilenceInsertAtEnd();
                 break;
             case SilencePlace::CurrentPosition:
-                d->OnPopupSilenceInsertAtCurrentPosition();
+                d->editingActions().OnPopupSilenceInsertAtCurrentPosition();
                 break;
             }
         }));
@@ -184,7 +185,7 @@ private slots:
         Document* d = openPattern();
         QVERIFY(d);
         setMarkers(d, 20, 50, 0);
-        QVERIFY(edit(d, [&] { d->OnPopupSilenceSelection(); }));
+        QVERIFY(edit(d, [&] { d->editingActions().OnPopupSilenceSelection(); }));
         checkResult(d, 1, 10, {{0, 2, true}, {2, 6, false}, {6, 10, true}});
     }
 
@@ -206,7 +207,7 @@ private slots:
             radio[mode - 1]->click();
             QMetaObject::invokeMethod(dialog, "OnOK");
         });
-        QVERIFY(edit(d, [&] { d->OnPopupSilenceTrim(); }));
+        QVERIFY(edit(d, [&] { d->editingActions().OnPopupSilenceTrim(); }));
         const Spans spans = mode == 3 ? Spans{{0, 4, true}, {4.05, 8, true}}
                                       : Spans{{0, 4, true}, {4, 6, false}, {6, 10, true}};
         checkResult(d, 1, length, spans);

@@ -50,11 +50,11 @@ private slots:
             waitPastEveryStamp(m_app->session().s_Output_Folder); // start right after a second begins
             setMarkers(d, 0, 30, 0);                              // 0–3 s: tone
             QSignalSpy copied(d, &Document::copied);
-            d->Operation_Copy();
+            d->editingActions().Operation_Copy();
             QVERIFY(copied.wait(20000));
             const QString first = m_app->session().s_Copied_WAV_File;
             setMarkers(d, 40, 60, 0); // 4–6 s: silence
-            d->Operation_Copy();
+            d->editingActions().Operation_Copy();
             QVERIFY(copied.wait(20000));
             if (m_app->session().s_Copied_WAV_File != first)
                 continue; // the second copy fell into the next second: try again
@@ -117,7 +117,8 @@ private slots:
         // The cut leaves the 7-second remainder as the track and on the
         // clipboard under the same name; the paste rewrites that name.
         QVERIFY(inOneSecond(
-            d, [&] { d->Operation_Cut(); }, [&] { d->OnPopupMenuPasteAtCurrentPosition(); }));
+            d, [&] { d->editingActions().Operation_Cut(); },
+            [&] { d->editingActions().OnPopupMenuPasteAtCurrentPosition(); }));
         QCOMPARE(m_app->session().s_Copied_WAV_File, d->track().s_WAV_File_Path);
         const fixtures::WavInfo info = fixtures::wavInfo(d->track().s_WAV_File_Path);
         QVERIFY(info.ok);
@@ -136,12 +137,12 @@ private slots:
         const auto stopAnswering = qScopeGuard([&] { alert->stop = true; });
         for (int attempt = 0; attempt < 3; ++attempt) {
             waitPastEveryStamp(m_app->session().s_Output_Folder);
-            QVERIFY(edit(d, [&] { d->OnPopupMenuPasteAtEnd(); }));
+            QVERIFY(edit(d, [&] { d->editingActions().OnPopupMenuPasteAtEnd(); }));
             const QString pasted = QFileInfo(d->track().s_WAV_File_Path).fileName();
             QVERIFY2(pasted.endsWith("Before.wav"), qPrintable(pasted));
             setMarkers(d, 100.0f * 10 / 13, 100, 0); // the pasted three seconds
             const QString second = QDateTime::currentDateTime().toString("yyyy-MM-dd-HH-mm-ss");
-            QVERIFY(edit(d, [&] { d->Operation_Delete(); }));
+            QVERIFY(edit(d, [&] { d->editingActions().Operation_Delete(); }));
             QVERIFY2(!alert->shown, qPrintable(alert->informativeText));
             const fixtures::WavInfo info = fixtures::wavInfo(d->track().s_WAV_File_Path);
             QVERIFY2(std::abs(info.seconds() - 10.0) < 0.05, qPrintable(QString::number(info.seconds())));
@@ -185,10 +186,10 @@ private slots:
         Document* d = openPattern();
         QVERIFY(d);
         setMarkers(d, 20, 50, 0);
-        QVERIFY(edit(d, [&] { d->Operation_Cut(); }));
+        QVERIFY(edit(d, [&] { d->editingActions().Operation_Cut(); }));
         QCOMPARE(m_app->session().s_Copied_WAV_File, d->track().s_WAV_File_Path);
         waitPastEveryStamp(m_app->session().s_Output_Folder);
-        QVERIFY(edit(d, [&] { d->OnPopupMenuPasteAtStart(); }));
+        QVERIFY(edit(d, [&] { d->editingActions().OnPopupMenuPasteAtStart(); }));
         checkResult(d, 2, 14, {{0, 2, true}, {2, 3, false}, {3, 9, true}, {9, 10, false}, {10, 14, true}});
     }
 
@@ -196,7 +197,7 @@ private slots:
         Document* d = openPattern();
         QVERIFY(d);
         setMarkers(d, 0, 100, 0);
-        QVERIFY(edit(d, [&] { d->Operation_Delete(); }));
+        QVERIFY(edit(d, [&] { d->editingActions().Operation_Delete(); }));
         const fixtures::WavInfo info = fixtures::wavInfo(d->track().s_WAV_File_Path);
         QVERIFY(info.ok);
         QCOMPARE(info.frames, qint64(0));
@@ -208,7 +209,7 @@ private slots:
         Document* d = openPattern();
         QVERIFY(d && copyClip(d));
         setMarkers(d, 20, 50, 0);
-        QVERIFY(edit(d, [&] { d->OnPopupMenuPasteAtCurrentPosition(); }));
+        QVERIFY(edit(d, [&] { d->editingActions().OnPopupMenuPasteAtCurrentPosition(); }));
         checkResult(d, 1, 13, {{0, 2, true}, {2, 3, false}, {3, 7, true}, {7, 9, false}, {9, 13, true}});
     }
 
@@ -216,7 +217,7 @@ private slots:
         Document* d = openPattern();
         QVERIFY(d && copyClip(d));
         setMarkers(d, 20, 50, 0.9f);
-        QVERIFY(edit(d, [&] { d->OnPopupPasteMixingAtCurrentPosition(); }));
+        QVERIFY(edit(d, [&] { d->editingActions().OnPopupPasteMixingAtCurrentPosition(); }));
         checkResult(d, 1, 10, {{0, 4, true}, {4, 6, false}, {6, 10, true}});
         const QString padded = paddedPath(m_app->session().s_Copied_WAV_File);
         QVERIFY(QFile::exists(padded)); // stays until the next mix or start
@@ -227,7 +228,7 @@ private slots:
         Document* d = openPattern();
         QVERIFY(d && copyClip(d));
         setMarkers(d, 50, 100, 0);
-        QVERIFY(edit(d, [&] { d->OnPopupPasteMixingAtEndOfSelection(); }));
+        QVERIFY(edit(d, [&] { d->editingActions().OnPopupPasteMixingAtEndOfSelection(); }));
         checkResult(d, 1, 13, {{0, 4, true}, {4, 6, false}, {6, 12, true}, {12, 13, false}});
     }
 
@@ -235,7 +236,7 @@ private slots:
         Document* d = openPattern();
         QVERIFY(d);
         setMarkers(d, 10, 10.123f, 0); // 0.0123 s from 1 s: 12 ms, made as 00:00:00.01
-        QVERIFY(edit(d, [&] { d->OnPopupSilenceSelection(); }));
+        QVERIFY(edit(d, [&] { d->editingActions().OnPopupSilenceSelection(); }));
         checkResult(d, 1, 10 - 0.0123 + 0.01, {{0, 0.95, true}, {1.05, 4, true}});
     }
 
@@ -244,13 +245,13 @@ private slots:
         QVERIFY(d);
         const int runs = m_app->runner().runs().size();
         gui::whenModal<Window_Silence_Insert>([](Window_Silence_Insert* dialog) { dialog->OnCancel(); });
-        d->OnPopupSilenceInsertAtStart();
+        d->editingActions().OnPopupSilenceInsertAtStart();
         gui::whenModal<Window_Silence_Insert>([](Window_Silence_Insert* dialog) { dialog->close(); });
-        d->OnPopupSilenceInsertAtEnd();
+        d->editingActions().OnPopupSilenceInsertAtEnd();
         gui::whenModal<Window_Silence_Trim>([](Window_Silence_Trim* dialog) { dialog->OnCancel(); });
-        d->OnPopupSilenceTrim();
+        d->editingActions().OnPopupSilenceTrim();
         gui::whenModal<Window_Silence_Trim>([](Window_Silence_Trim* dialog) { dialog->close(); });
-        d->OnPopupSilenceTrim();
+        d->editingActions().OnPopupSilenceTrim();
         QVERIFY(gui::waitIdle(*m_app));
         QCOMPARE(m_app->runner().runs().size(), runs);
         QCOMPARE(d->history().u_array_WAV_Files_Length(), 1u);
@@ -269,7 +270,7 @@ private slots:
         }
         const auto alert = gui::answerAlert();
         gui::whenModal<Window_Silence_Trim>([](Window_Silence_Trim* dialog) { dialog->OnOK(); });
-        d->OnPopupSilenceTrim();
+        d->editingActions().OnPopupSilenceTrim();
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 20000);
         QCOMPARE(alert->text, QString("Error"));
         QCOMPARE(alert->informativeText,
@@ -285,16 +286,16 @@ private slots:
         QVERIFY(d && copyClip(d));
         QList<QByteArray> versions{digest(d->track().s_WAV_File_Path)};
         const QList<std::function<void()>> edits = {
-            [&] { d->OnPopupMenuPasteAtEnd(); },
-            [&] { d->Operation_Delete(); },
-            [&] { d->OnPopupSilenceSelection(); },
-            [&] { d->OnPopupPasteMixingAtStart(); },
-            [&] { d->OnPopupMenuPasteAtStartOfSelection(); },
-            [&] { d->Operation_Cut(); },
-            [&] { d->OnPopupMenuPasteAtCurrentPosition(); },
-            [&] { d->OnPopupPasteMixingAtEndOfSelection(); },
-            [&] { d->OnPopupMenuPasteAtStart(); },
-            [&] { d->Operation_Delete(); },
+            [&] { d->editingActions().OnPopupMenuPasteAtEnd(); },
+            [&] { d->editingActions().Operation_Delete(); },
+            [&] { d->editingActions().OnPopupSilenceSelection(); },
+            [&] { d->editingActions().OnPopupPasteMixingAtStart(); },
+            [&] { d->editingActions().OnPopupMenuPasteAtStartOfSelection(); },
+            [&] { d->editingActions().Operation_Cut(); },
+            [&] { d->editingActions().OnPopupMenuPasteAtCurrentPosition(); },
+            [&] { d->editingActions().OnPopupPasteMixingAtEndOfSelection(); },
+            [&] { d->editingActions().OnPopupMenuPasteAtStart(); },
+            [&] { d->editingActions().Operation_Delete(); },
         };
         for (const auto& action : edits) {
             setMarkers(d, 10, 30, 1.5f);
@@ -328,7 +329,7 @@ private slots:
         waitPastEveryStamp(m_app->session().s_Output_Folder);
         second->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(second));
-        QVERIFY(edit(second, [&] { second->OnPopupMenuPasteAtStart(); }));
+        QVERIFY(edit(second, [&] { second->editingActions().OnPopupMenuPasteAtStart(); }));
         checkResult(second, 1, 63, {{0, 2, true}, {2, 63, false}});
     }
 
@@ -352,12 +353,12 @@ private slots:
         m_app->actionCopy->trigger();
         QVERIFY(copied.wait(20000));
         d->btnPaste->trigger();
-        QTRY_COMPARE(QApplication::activePopupWidget(), d->popupMenuPaste);
-        QCOMPARE(d->popupMenuPaste->actions().size(), 5);
-        d->popupMenuPaste->close();
+        QTRY_COMPARE(QApplication::activePopupWidget(), d->editingActions().popupMenuPaste);
+        QCOMPARE(d->editingActions().popupMenuPaste->actions().size(), 5);
+        d->editingActions().popupMenuPaste->close();
         d->btnTools->trigger();
-        QTRY_COMPARE(QApplication::activePopupWidget(), d->popupMenuTools);
-        d->popupMenuTools->close();
+        QTRY_COMPARE(QApplication::activePopupWidget(), d->editingActions().popupMenuTools);
+        d->editingActions().popupMenuTools->close();
     }
 
     void aClipboardFileThatDisappearedIsNothingToPaste() {
@@ -365,13 +366,13 @@ private slots:
         QVERIFY(d && copyClip(d));
         QVERIFY(QFile::remove(m_app->session().s_Copied_WAV_File));
         const auto alert = gui::answerAlert();
-        d->Operation_Paste();
+        d->editingActions().Operation_Paste();
         QTRY_VERIFY(alert->shown);
         QCOMPARE(alert->informativeText, QString("There is no copied content."));
         // Reached directly, the paste runs, but its missing result is not
         // taken: the track stays as it was.
         expectRefused(
-            d, [&] { d->OnPopupMenuPasteAtStart(); }, "Paste");
+            d, [&] { d->editingActions().OnPopupMenuPasteAtStart(); }, "Paste");
         QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(10));
     }
 
@@ -393,12 +394,12 @@ private slots:
         const QString track = d->track().s_WAV_File_Path;
         const QStringList files = workFiles();
         const qsizetype runs = m_app->runner().runs().size();
-        for (const auto& mix :
-             {&Document::OnPopupPasteMixingAtStart, &Document::OnPopupPasteMixingAtCurrentPosition,
-              &Document::OnPopupPasteMixingAtStartOfSelection,
-              &Document::OnPopupPasteMixingAtEndOfSelection}) {
+        for (const auto& mix : {&EditingActions::OnPopupPasteMixingAtStart,
+                                &EditingActions::OnPopupPasteMixingAtCurrentPosition,
+                                &EditingActions::OnPopupPasteMixingAtStartOfSelection,
+                                &EditingActions::OnPopupPasteMixingAtEndOfSelection}) {
             const auto alert = gui::answerAlert();
-            (d->*mix)();
+            (d->editingActions().*mix)();
             QTRY_VERIFY(alert->shown);
             QCOMPARE(alert->informativeText, QString("There is no copied content."));
         }
@@ -420,14 +421,14 @@ private slots:
             damaged.write("not audio at all");
         }
         expectRefused(
-            d, [&] { d->Operation_Delete(); }, "Delete");
+            d, [&] { d->editingActions().Operation_Delete(); }, "Delete");
         QCOMPARE(d->track().i_Audio_Duration_Seconds, qint64(10));
         QVERIFY(!d->viewAudioPlot->grab().toImage().isNull());
         // A file removed altogether is said as such before anything runs.
         QVERIFY(QFile::remove(d->track().s_WAV_File_Path));
         const qsizetype runs = m_app->runner().runs().size();
         const auto alert = gui::answerAlert();
-        d->Operation_Delete();
+        d->editingActions().Operation_Delete();
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 5000);
         QVERIFY2(alert->informativeText.contains("is no longer there; it was removed outside Tanselo"),
                  qPrintable(alert->informativeText));
@@ -440,10 +441,10 @@ private slots:
         // times: it cuts nothing, and the join has no result to take.
         setMarkers(e, -40, 170, -3);
         expectRefused(
-            e, [&] { e->OnPopupSilenceSelection(); }, "Silencing the selection");
+            e, [&] { e->editingActions().OnPopupSilenceSelection(); }, "Silencing the selection");
         setMarkers(e, 150, -20, 1.0e9f);
         expectRefused(
-            e, [&] { e->Operation_Delete(); }, "Delete");
+            e, [&] { e->editingActions().Operation_Delete(); }, "Delete");
         QVERIFY(!e->viewAudioPlot->grab().toImage().isNull());
     }
 };

@@ -156,7 +156,8 @@ private slots:
     void theToolsMenuOffersReversalAndItsItemReverses() {
         Document* d = openPattern();
         QVERIFY(d);
-        QVERIFY(d->popupMenuTools->actions().contains(d->effectActions().popupMenuEffects->menuAction()));
+        QVERIFY(d->editingActions().popupMenuTools->actions().contains(
+            d->effectActions().popupMenuEffects->menuAction()));
         QVERIFY(d->effectActions().popupMenuEffects->isEmpty()); // filled when first shown
         d->effectActions().fillEffectsMenu();
         QMenu* reverse = nullptr;
