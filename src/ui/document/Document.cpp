@@ -58,22 +58,6 @@ QString chooseAudioFile(QWidget* parent, QString& lastFolder) {
     return dialog.selectedFiles().first();
 }
 
-// Calls back whenever a widget is resized.
-class ResizeWatcher : public QObject {
-public:
-    ResizeWatcher(QWidget* watched, std::function<void()> resized)
-        : QObject(watched), m_resized(std::move(resized)) {
-        watched->installEventFilter(this);
-    }
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::Resize)
-            m_resized();
-        return false;
-    }
-
-private:
-    std::function<void()> m_resized;
-};
 } // namespace
 
 Document::Document(Session& session, quint64 id, const Opening& opening,
@@ -105,8 +89,9 @@ Document::Document(Session& session, quint64 id, const Opening& opening,
     scrollviewAudioPlot->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scrollviewAudioPlot->setWidgetResizable(false);
     scrollviewAudioPlot->setWidget(viewTimePlusAudioPlot);
-    new ResizeWatcher(scrollviewAudioPlot->viewport(), [this] { followViewport(); });
-    enableWheelZoom();
+    m_zoom = new ZoomActions(
+        m_track, scrollviewAudioPlot, viewTimePlusAudioPlot, viewTimeRule, viewAudioPlot,
+        [this] { return b_Audio_Loaded && !recording(); }, this);
     setCentralWidget(scrollviewAudioPlot);
     connect(viewAudioPlot, &View_Audio_Wave::markersChanged, this, &Document::showMarkers);
     connect(&m_track, &Track::changed, this, &Document::showMarkers);
@@ -227,8 +212,8 @@ QToolBar* Document::buildToolBar() {
     connect(btnSave, &QAction::triggered, m_export, &ExportActions::OnToolbarSave);
     btnZoomPlus->setShortcuts(QKeySequence::ZoomIn);
     btnZoomMinus->setShortcuts(QKeySequence::ZoomOut);
-    connect(btnZoomPlus, &QAction::triggered, this, &Document::OnToolbarZoomPlus);
-    connect(btnZoomMinus, &QAction::triggered, this, &Document::OnToolbarZoomMinus);
+    connect(btnZoomPlus, &QAction::triggered, m_zoom, &ZoomActions::OnToolbarZoomPlus);
+    connect(btnZoomMinus, &QAction::triggered, m_zoom, &ZoomActions::OnToolbarZoomMinus);
     return bar;
 }
 

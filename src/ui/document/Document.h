@@ -16,6 +16,7 @@
 #include "session/WorkingFormat.h"
 #include "timeline/MarkerKeys.h"
 #include "timeline/TimeStrings.h"
+#include "timeline/ZoomActions.h"
 #include "track/Track.h"
 #include "transport/TransportRules.h"
 
@@ -167,15 +168,10 @@ public:
     SplitActions& splitActions() { return *m_split; }
 
     // Zoom: the whole track spans u_Zoom_Factor visible widths.
-    void OnToolbarZoomPlus();
-    void OnToolbarZoomMinus();
-    void zoomToFit();       // the whole track in the visible width
-    void zoomToSelection(); // the smallest factor at which the selection fills half the view, scrolled to it
-    void zoomAround(int pointerX, bool in); // one step, keeping the time under the pointer
+    ZoomActions& zoomActions() { return *m_zoom; }
 
     quint64 u_ID;
     bool b_Audio_Loaded = false;
-    quint64 u_Zoom_Factor = 1;
 
     WaveformPlot* audioPlot;
     View_Audio_Wave* viewAudioPlot;
@@ -265,12 +261,9 @@ private:
     void takeDuration(qint64 seconds);
     void reloadCurrentVersion();
     void chooseColour();
-    void layOutZoom();
     QPoint popupPosition() const override; // where a pop-up menu opens
     void setUpAccessibility();
     void describeForAccessibility(); // the waveform, ruler and status texts in words
-    void enableWheelZoom();
-    void followViewport();
     void showMarkers();
     void buildMenuBar();
     void updateMenus();
@@ -279,6 +272,7 @@ private:
     QList<QPair<QAction*, QAction*>> m_followedButtons; // a menu item and the toolbar button it follows
     EditingActions* m_editing = nullptr;
     EffectActions* m_effects = nullptr;
+    ZoomActions* m_zoom = nullptr;
     void handOverPieces(const QStringList& pieces);
     SplitActions* m_split = nullptr;
     EditState editState() const override;
@@ -293,7 +287,6 @@ private:
     ExportActions* m_export = nullptr;
     BatchActions* m_batch = nullptr;
     QToolBar* m_toolBar = nullptr;
-    bool m_zoomed = false; // the width has been set by a zoom action
     int m_plotRequest = 0;
 
     // Loading. Every load is numbered when it starts; a load that finishes

@@ -94,9 +94,10 @@ void Document::buildMenuBar() {
     // View: the toolbar's zoom actions with their keys.
     menuView = new QMenu(tr("&View"), this);
     menuView->addActions({btnZoomPlus, btnZoomMinus});
-    actionZoomToFit = menuView->addAction(tr("Zoom to &Fit"), this, &Document::zoomToFit);
+    actionZoomToFit = menuView->addAction(tr("Zoom to &Fit"), m_zoom, &ZoomActions::zoomToFit);
     actionZoomToFit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_0));
-    actionZoomToSelection = menuView->addAction(tr("Zoom to &Selection"), this, &Document::zoomToSelection);
+    actionZoomToSelection =
+        menuView->addAction(tr("Zoom to &Selection"), m_zoom, &ZoomActions::zoomToSelection);
     actionZoomToSelection->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_E));
     for (QAction* action : {actionZoomToFit, actionZoomToSelection})
         action->setShortcutContext(Qt::WindowShortcut);

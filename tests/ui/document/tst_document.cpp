@@ -283,8 +283,8 @@ private slots:
         QCOMPARE(d->viewAudioPlot->width(), wider);
         QCOMPARE(d->viewAudioPlot->f_AudioPlot_Width, float(w));
         QCOMPARE(d->audioPlot->width(), w);
-        d->OnToolbarZoomMinus();
-        QCOMPARE(d->u_Zoom_Factor, 1u);
+        d->zoomActions().OnToolbarZoomMinus();
+        QCOMPARE(d->zoomActions().u_Zoom_Factor, 1u);
         QCOMPARE(d->viewAudioPlot->f_AudioPlot_Width, float(wider));
         QCOMPARE(d->audioPlot->width(), wider);
     }
@@ -299,7 +299,7 @@ private slots:
         const int w = d->scrollviewAudioPlot->viewport()->width();
         for (int i = 0; i < 3; ++i)
             d->btnZoomPlus->trigger();
-        QCOMPARE(d->u_Zoom_Factor, 4u);
+        QCOMPARE(d->zoomActions().u_Zoom_Factor, 4u);
         QCOMPARE(d->viewAudioPlot->width(), 4 * w);
         QCOMPARE(d->viewTimeRule->width(), 4 * w);
         QCOMPARE(d->viewTimePlusAudioPlot->width(), 4 * w);
@@ -315,7 +315,7 @@ private slots:
         QCOMPARE(d->viewAudioPlot->rect_Selection_End.x(), 0.6 * 4 * w - 10);
         QCOMPARE(d->viewAudioPlot->rect_Position_Top.x(), 0.25 * 4 * w - 10);
         d->btnZoomMinus->trigger();
-        QCOMPARE(d->u_Zoom_Factor, 3u);
+        QCOMPARE(d->zoomActions().u_Zoom_Factor, 3u);
         QCOMPARE(d->viewAudioPlot->width(), 3 * w);
     }
 

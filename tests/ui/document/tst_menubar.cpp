@@ -195,7 +195,7 @@ private slots:
                                  Step{400, -1, 2}, Step{400, -1, 1}}) {
             const double before = contentXUnder(step.x) / d->viewTimePlusAudioPlot->width();
             wheel(step.x, step.steps);
-            QCOMPARE(d->u_Zoom_Factor, step.factor);
+            QCOMPARE(d->zoomActions().u_Zoom_Factor, step.factor);
             QCOMPARE(d->viewTimePlusAudioPlot->width(), int(step.factor) * area->viewport()->width());
             const double now = contentXUnder(step.x);
             const double kept = before * d->viewTimePlusAudioPlot->width();
@@ -207,7 +207,7 @@ private slots:
         }
         // Without Ctrl the wheel does not zoom.
         wheel(300, 1, Qt::NoModifier);
-        QCOMPARE(d->u_Zoom_Factor, 1u);
+        QCOMPARE(d->zoomActions().u_Zoom_Factor, 1u);
     }
 
     void zoomToSelectionShowsTheWholeSelection() {
@@ -217,18 +217,18 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(d));
         setMarkers(d, 40, 45, 0);
         QVERIFY(choose(d, {"View", "Zoom to Selection"}));
-        QCOMPARE(d->u_Zoom_Factor, 10u);
+        QCOMPARE(d->zoomActions().u_Zoom_Factor, 10u);
         const int visible = d->scrollviewAudioPlot->viewport()->width();
         const int offset = d->scrollviewAudioPlot->horizontalScrollBar()->value();
         const double start = 0.40 * d->viewAudioPlot->width(), end = 0.45 * d->viewAudioPlot->width();
         QVERIFY2(offset <= start && end <= offset + visible, qPrintable(QString::number(offset)));
         QVERIFY(end - start >= visible / 2.0);
         QVERIFY(choose(d, {"View", "Zoom to Fit"}));
-        QCOMPARE(d->u_Zoom_Factor, 1u);
+        QCOMPARE(d->zoomActions().u_Zoom_Factor, 1u);
         QCOMPARE(d->scrollviewAudioPlot->horizontalScrollBar()->value(), 0);
         setMarkers(d, 30, 30, 0); // nothing selected: nothing changes
         QVERIFY(choose(d, {"View", "Zoom to Selection"}));
-        QCOMPARE(d->u_Zoom_Factor, 1u);
+        QCOMPARE(d->zoomActions().u_Zoom_Factor, 1u);
     }
 
     // Ctrl+V with the pointer outside the window opens the paste menu at the

@@ -1,0 +1,125 @@
+#include "ZoomActions.h"
+
+#include "View_Audio_Wave.h"
+#include "View_Time_Rule.h"
+#include "timeline/ZoomRules.h"
+#include "track/Track.h"
+
+#include <QLayout>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QWheelEvent>
+#include <functional>
+
+namespace {
+// Calls back whenever a widget is resized.
+class ResizeWatcher : public QObject {
+public:
+    ResizeWatcher(QWidget* watched, std::function<void()> resized)
+        : QObject(watched), m_resized(std::move(resized)) {
+        watched->installEventFilter(this);
+    }
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Resize)
+            m_resized();
+        return false;
+    }
+
+private:
+    std::function<void()> m_resized;
+};
+
+// Ctrl and the mouse wheel over the waveform zoom in and out around the pointer.
+class WheelZoom : public QObject {
+public:
+    WheelZoom(QWidget* viewport, std::function<void(int, bool)> zoomAround)
+        : QObject(viewport), m_viewport(viewport), m_zoomAround(std::move(zoomAround)) {
+        viewport->installEventFilter(this);
+    }
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() != QEvent::Wheel)
+            return false;
+        auto* wheel = static_cast<QWheelEvent*>(event);
+        if (!(wheel->modifiers() & Qt::ControlModifier) || wheel->angleDelta().y() == 0)
+            return false;
+        const QPoint at = m_viewport->mapFromGlobal(wheel->globalPosition().toPoint());
+        m_zoomAround(at.x(), wheel->angleDelta().y() > 0);
+        return true;
+    }
+
+private:
+    QWidget* m_viewport;
+    std::function<void(int, bool)> m_zoomAround;
+};
+} // namespace
+
+ZoomActions::ZoomActions(Track& track, QScrollArea* scroll, QWidget* container, View_Time_Rule* ruler,
+                         View_Audio_Wave* overlay, std::function<bool()> mayZoom, QObject* parent)
+    : QObject(parent), m_track(track), m_scroll(scroll), m_container(container), m_ruler(ruler),
+      m_overlay(overlay) {
+    new ResizeWatcher(scroll->viewport(), [this] { followViewport(); });
+    new WheelZoom(scroll->viewport(), [this, mayZoom = std::move(mayZoom)](int x, bool in) {
+        if (mayZoom())
+            zoomAround(x, in);
+    });
+}
+
+void ZoomActions::OnToolbarZoomPlus() {
+    ++u_Zoom_Factor;
+    layOutZoom();
+}
+
+void ZoomActions::OnToolbarZoomMinus() {
+    u_Zoom_Factor = u_Zoom_Factor - 1 <= 1 ? 1 : u_Zoom_Factor - 1;
+    layOutZoom();
+}
+
+void ZoomActions::layOutZoom() {
+    // Overlay, container and ruler become Z visible widths wide; the overlay's
+    // plot width follows, so the markers keep their percentages at new x.
+    m_zoomed = true;
+    const int width = int(u_Zoom_Factor) * m_scroll->viewport()->width();
+    m_container->resize(width, m_scroll->viewport()->height());
+    m_container->layout()->activate();
+    m_overlay->f_AudioPlot_Width = float(m_overlay->width());
+    m_overlay->placePlotView();
+    m_ruler->update();
+    m_overlay->update();
+}
+
+void ZoomActions::followViewport() {
+    // Before the first zoom the container fills the visible area; afterwards
+    // only its height follows the window, its width waits for the next zoom.
+    const QSize visible = m_scroll->viewport()->size();
+    m_container->resize(m_zoomed ? m_container->width() : visible.width(), visible.height());
+}
+
+void ZoomActions::zoomToFit() {
+    u_Zoom_Factor = 1;
+    layOutZoom();
+    m_scroll->horizontalScrollBar()->setValue(0);
+}
+
+void ZoomActions::zoomToSelection() {
+    const int visible = m_scroll->viewport()->width();
+    const float start = m_track.f_Selection_Start, end = m_track.f_Selection_End;
+    const int factor = zoom::factorForSelection(start, end, visible);
+    if (factor == 0) // nothing selected
+        return;
+    u_Zoom_Factor = quint64(factor);
+    layOutZoom();
+    m_scroll->horizontalScrollBar()->setValue(
+        zoom::offsetCentring(start, end, m_container->width(), visible));
+}
+
+void ZoomActions::zoomAround(int pointerX, bool in) {
+    // The time under the pointer stays under the pointer.
+    QScrollBar* scroll = m_scroll->horizontalScrollBar();
+    const double fraction = double(scroll->value() + pointerX) / std::max(1, m_container->width());
+    if (in && u_Zoom_Factor < quint64(zoom::largestFactor(m_scroll->viewport()->width())))
+        OnToolbarZoomPlus();
+    else if (!in)
+        OnToolbarZoomMinus();
+    scroll->setValue(
+        zoom::offsetKeeping(fraction, pointerX, m_container->width(), m_scroll->viewport()->width()));
+}
