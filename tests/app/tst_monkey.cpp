@@ -223,7 +223,8 @@ class tst_Monkey : public QObject {
             else if (!path.isEmpty() && !mayBeGone(path))
                 found.insert(QStringLiteral("gone ") + path,
                              QStringLiteral("the current file of %1 has gone").arg(nameOf(d)));
-            if ((d->m_RecordStatus == StatusRecording || d->m_RecordStatus == StatusRecordingPaused) &&
+            if ((d->transportActions().m_RecordStatus == StatusRecording ||
+                 d->transportActions().m_RecordStatus == StatusRecordingPaused) &&
                 !d->btnStop->isEnabled())
                 found.insert(QStringLiteral("stuck %1").arg(d->u_ID),
                              QStringLiteral("%1 records with Stop disabled").arg(nameOf(d)));
@@ -698,8 +699,8 @@ class tst_Monkey : public QObject {
             return;
         }
         Document* d = open.at(choose(0, int(open.size()) - 1));
-        if (d->track().i_Audio_Duration_Seconds > LongestTrack && d->m_RecordStatus == StatusIdle &&
-            chance(0.5)) {
+        if (d->track().i_Audio_Duration_Seconds > LongestTrack &&
+            d->transportActions().m_RecordStatus == StatusIdle && chance(0.5)) {
             ++m_done[QStringLiteral("shorten")];
             shorten(d);
             return;
@@ -803,7 +804,8 @@ class tst_Monkey : public QObject {
         // A recording keeps its window's old name until it stops.
         bool stopped = false;
         for (Document* d : openDocuments())
-            if (d->m_RecordStatus == StatusRecording || d->m_RecordStatus == StatusRecordingPaused) {
+            if (d->transportActions().m_RecordStatus == StatusRecording ||
+                d->transportActions().m_RecordStatus == StatusRecordingPaused) {
                 note(
                     QStringLiteral("(check) Stop the recording in %1%2")
                         .arg(nameOf(d), d->btnStop->isEnabled() ? QString() : QStringLiteral(" (disabled)")));
@@ -833,7 +835,8 @@ class tst_Monkey : public QObject {
         const QList<Document*> open = openDocuments();
         for (Document* d : open) {
             const QString path = d->track().s_WAV_File_Path;
-            if (d->m_RecordStatus == StatusRecording || d->m_RecordStatus == StatusRecordingPaused) {
+            if (d->transportActions().m_RecordStatus == StatusRecording ||
+                d->transportActions().m_RecordStatus == StatusRecordingPaused) {
                 problems << QStringLiteral("%1 is still recording after Stop").arg(nameOf(d));
                 keys << QStringLiteral("stuck %1").arg(d->u_ID);
             }
@@ -866,8 +869,8 @@ class tst_Monkey : public QObject {
             return;
         QStringList problems, keys;
         for (Document* d : openDocuments()) {
-            if (!d->b_Audio_Loaded || d->m_RecordStatus == StatusRecording ||
-                d->m_RecordStatus == StatusRecordingPaused)
+            if (!d->b_Audio_Loaded || d->transportActions().m_RecordStatus == StatusRecording ||
+                d->transportActions().m_RecordStatus == StatusRecordingPaused)
                 continue;
             const QString path = d->track().s_WAV_File_Path;
             if (!QFileInfo::exists(path)) {

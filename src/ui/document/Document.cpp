@@ -12,6 +12,7 @@
 #include "widgets/Icons.h"
 
 #include <QAction>
+#include <QCloseEvent>
 #include <QColorDialog>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -134,8 +135,8 @@ Document::Document(Session& session, quint64 id, const Opening& opening,
 Document::~Document() {
     m_session.removeTrack(this);
     // Before the track goes: a recorder finishing its file still reports to the window.
-    soundRecorder.reset();
-    sound.reset();
+    delete m_transport;
+    m_transport = nullptr;
 }
 
 QToolBar* Document::buildToolBar() {
@@ -219,7 +220,68 @@ void Document::handOverPieces(const QStringList& pieces) {
 }
 
 bool Document::recording() const {
-    return m_RecordStatus == StatusRecording || m_RecordStatus == StatusRecordingPaused;
+    return m_transport && m_transport->recording();
+}
+
+void Document::buildTransport() {
+    m_transport = new TransportActions(m_track, m_session, *this, u_ID, this);
+    connect(btnPlay, &QAction::triggered, m_transport, &TransportActions::OnToolbarPlay);
+    connect(btnPause, &QAction::triggered, m_transport, &TransportActions::OnToolbarPause);
+    connect(btnStop, &QAction::triggered, m_transport, &TransportActions::OnToolbarStop);
+    connect(btnRecord, &QAction::triggered, m_transport, &TransportActions::OnToolbarRecord);
+    connect(btnSoundPreferences, &QAction::triggered, m_transport,
+            &TransportActions::OnToolbarSoundPreferences);
+    connect(m_transport, &TransportActions::buttonsChanged, this, &Document::applyButtons);
+    connect(m_transport, &TransportActions::markersMoved, this, [this] {
+        viewAudioPlot->update();
+        showMarkers();
+    });
+    connect(m_transport, &TransportActions::inputLevels, this, [this](const QVector<float>& buffer) {
+        audioPlot->updateBuffer(buffer.constData(), int(buffer.size()));
+    });
+    connect(m_transport, &TransportActions::recordingStarted, this, [this] {
+        // The take becomes the track: a load still on its way is dropped, and
+        // no other may start until the recording stops.
+        beginLoad();
+        btnOpen->setEnabled(false);
+        viewAudioPlot->b_Recording = true;
+        viewAudioPlot->update();
+    });
+    connect(m_transport, &TransportActions::takeRecorded, this, &Document::takeRecording);
+    connect(m_transport, &TransportActions::takeUnusable, this, &Document::refuseRecording);
+
+    btnRecord->setShortcut(Qt::Key_R);
+    auto* space = new QAction(tr("Play or Pause"), this);
+    space->setShortcut(Qt::Key_Space);
+    connect(space, &QAction::triggered, this, &Document::togglePlayback);
+    addAction(space);
+}
+
+void Document::togglePlayback() {
+    m_transport->togglePlayback(b_Audio_Loaded && btnPlay->isEnabled());
+}
+
+void Document::applyButtons(const TransportButtons& b) {
+    const std::pair<QAction*, std::optional<bool>> buttons[] = {{btnPlay, b.play},
+                                                                {btnRecord, b.record},
+                                                                {btnPause, b.pause},
+                                                                {btnStop, b.stop},
+                                                                {btnSoundPreferences, b.soundPreferences},
+                                                                {btnZoomPlus, b.zoomPlus},
+                                                                {btnZoomMinus, b.zoomMinus},
+                                                                {btnSave, b.save},
+                                                                {btnTools, b.tools},
+                                                                {btnCopy, b.copy},
+                                                                {btnCut, b.cut},
+                                                                {btnDelete, b.remove}};
+    for (const auto& [button, on] : buttons)
+        if (on)
+            button->setEnabled(*on);
+}
+
+void Document::closeEvent(QCloseEvent* event) {
+    m_transport->stopAudio();
+    QMainWindow::closeEvent(event);
 }
 
 bool Document::readyToWrite() {
@@ -256,7 +318,7 @@ QStringList Document::namesInUse() const {
     if (!m_importing.isEmpty())
         names << m_importing;
     if (recording())
-        names << s_Sound_File_Source;
+        names << m_transport->s_Sound_File_Source;
     return names;
 }
 

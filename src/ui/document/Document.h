@@ -18,6 +18,7 @@
 #include "timeline/TimeStrings.h"
 #include "timeline/ZoomActions.h"
 #include "track/Track.h"
+#include "transport/TransportActions.h"
 #include "transport/TransportRules.h"
 
 #include <QColor>
@@ -34,9 +35,6 @@ class QPushButton;
 class QScrollArea;
 class QTimer;
 class QToolBar;
-class Microphone;
-class SoundPlayer;
-class SoundRecorder;
 class View_Audio_Wave;
 class View_Time_Rule;
 class WaveformPlot;
@@ -126,38 +124,10 @@ public:
     // the arrows, Shift with them, [ and ]).
     void pressMarkerKey(MarkerKey key);
 
-    // Transport (defined beside the transport rules): playback of the current
-    // version and recording from the default input, sharing one status.
-    void OnToolbarPlay(); // resumes a paused playback, otherwise pops up the play menu
-    void OnPopupMenuPlayFromStart();
-    void OnPopupMenuPlayFromCurrentPosition();
-    void OnPopupMenuPlaySelection();
-    void playFromStart();
-    void playFromCurrent();
-    void playSelection();
-    void OnToolbarPause();
-    void OnToolbarStop();
-    void OnToolbarRecord();
-    void pauseAudio();
-    void stopAudio();
-    void recordAudio();
-    void TimerHandleAudioPlayingRoutine(); // one tick of the playing timer
-    void OnToolbarSoundPreferences();
-    void OnUserShowSoundPreferences();
+    // Transport: playback of the current version and recording from the
+    // default input, sharing one status.
+    TransportActions& transportActions() { return *m_transport; }
     void togglePlayback(); // Space: play from the position, or pause
-
-    quint64 m_RecordStatus = 0; // see RecordStatus
-    std::unique_ptr<SoundPlayer> sound;
-    QPointer<QTimer> timerHandleAudioPlaying;
-    quint64 u_Last_Position = 0;
-    bool b_Play_Selection = false;
-    QMenu* popupMenuPlay;
-    std::unique_ptr<SoundRecorder> soundRecorder;
-    Microphone* ez_Microphone;
-    QString s_Sound_File_Source;
-    // The record settings as declared; the recorder always uses its fixed format.
-    qint64 m_RecordFormat = 0, m_RecordSampleRate = workingFormat::SampleRate,
-           m_RecordNumberOfChannels = workingFormat::Channels, m_RecordQuality = 127;
 
     // Export: the toolbar's Export opens the dialog at once, the
     // application's save command 0.1 s after its last press.
@@ -221,11 +191,9 @@ private:
     QToolBar* buildToolBar();
     void buildTransport();
     void applyButtons(const TransportButtons& buttons);
-    void startPlaying(PlayFrom from);
-    void scheduleAudioPlayingTimer();
-    void invalidateAudioPlayingTimer();
-    void stopPlayback();
-    void endRecording();
+    // A stopped recording's take becomes the track, as a load does.
+    void takeRecording(const QString& path);
+    void refuseRecording(); // the take was unusable: the track stays as it was
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -273,6 +241,7 @@ private:
     EditingActions* m_editing = nullptr;
     EffectActions* m_effects = nullptr;
     ZoomActions* m_zoom = nullptr;
+    TransportActions* m_transport = nullptr;
     void handOverPieces(const QStringList& pieces);
     SplitActions* m_split = nullptr;
     EditState editState() const override;

@@ -284,3 +284,42 @@ void Document::openFileWithFilePathURL(const QString& url) {
     });
     watcher->setFuture(QtConcurrent::run(reduceWaveform, path, 1024));
 }
+
+void Document::refuseRecording() {
+    btnOpen->setEnabled(true);
+    // Nothing a reader can open was written: the track stays as it was.
+    viewAudioPlot->b_Recording = false;
+    viewAudioPlot->update();
+    applyButtons(buttonsAfter(TransportStep::StopRecording));
+    showErrorAlert(this, unusableAudioMessage(tr("The recording"), nullptr));
+    // A window that never held a track shows the silence track instead, as
+    // when its first file is refused.
+    if (!b_Audio_Loaded)
+        Open_And_Select_Silence_File();
+}
+
+void Document::takeRecording(const QString& path) {
+    btnOpen->setEnabled(true);
+    m_track.s_File_Path = m_track.s_WAV_File_Path = path;
+    const QFileInfo take(path);
+    m_track.s_File_Extension = take.suffix();
+    m_track.s_File_Name_Without_Extension = take.completeBaseName();
+    m_track.s_WAV_File_URL = fileUrlText(m_session.s_Output_Folder, m_track.s_File_Name_Without_Extension +
+                                                                        u'.' + m_track.s_File_Extension);
+    setWindowTitle(m_track.s_File_Name_Without_Extension + "." + m_track.s_File_Extension);
+    m_track.s_File_Size = fileSizeText(take.size());
+    openFileWithFilePathURL(m_track.s_WAV_File_URL);
+    // The buttons follow the status at once, so that nothing pressed while the
+    // take's length is measured meets a stale toolbar.
+    viewAudioPlot->b_Recording = false;
+    applyButtons(buttonsAfter(TransportStep::StopRecording));
+    const int request = beginLoad();
+    m_session.runner().submit(buildProbePlan(path), this, [this, request, path](const PlanOutcome& outcome) {
+        if (request != m_loadRequest)
+            return;
+        // A fresh history holding the take alone, its position one past it.
+        m_track.s_WAV_File_Path = path;
+        finishLoading(shownSeconds(outcome, m_track.s_WAV_File_Path), recordedVersionLabel(),
+                      LoadEnd::RecordingTaken);
+    });
+}

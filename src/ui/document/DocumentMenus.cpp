@@ -65,17 +65,17 @@ void Document::buildMenuBar() {
     // Play: the play menu's three starts, then pause, stop and record, which
     // follow the toolbar buttons' states.
     menuPlay = new QMenu(tr("&Play"), this);
-    menuPlay->addActions(popupMenuPlay->actions());
+    menuPlay->addActions(m_transport->popupMenuPlay->actions());
     menuPlay->addSeparator();
-    const auto follow = [this](QAction* button, void (Document::*run)()) {
-        QAction* item = menuPlay->addAction(button->text(), this, run);
+    const auto follow = [this](QAction* button, void (TransportActions::*run)()) {
+        QAction* item = menuPlay->addAction(button->text(), m_transport, run);
         connect(button, &QAction::enabledChanged, this, &Document::updateMenus);
         m_followedButtons.append(qMakePair(item, button));
         return item;
     };
-    follow(btnPause, &Document::OnToolbarPause);
-    follow(btnStop, &Document::OnToolbarStop);
-    follow(btnRecord, &Document::OnToolbarRecord);
+    follow(btnPause, &TransportActions::OnToolbarPause);
+    follow(btnStop, &TransportActions::OnToolbarStop);
+    follow(btnRecord, &TransportActions::OnToolbarRecord);
     menuPlay->addSeparator();
     addMarkerKey(menuPlay, tr("Go to Start"), QKeySequence::MoveToStartOfLine, MarkerKey::ToStart);
     addMarkerKey(menuPlay, tr("Go to End"), QKeySequence::MoveToEndOfLine, MarkerKey::ToEnd);
@@ -141,7 +141,7 @@ void Document::updateMenus() {
         action->setEnabled(b_Audio_Loaded && !recording());
     for (QAction* action : std::as_const(m_markerKeys))
         action->setEnabled(idle && b_Audio_Loaded && !recording());
-    for (QAction* action : popupMenuPlay->actions())
+    for (QAction* action : m_transport->popupMenuPlay->actions())
         action->setEnabled(idle && b_Audio_Loaded && btnPlay->isEnabled());
     for (const auto& [item, button] : std::as_const(m_followedButtons))
         item->setEnabled(idle && button->isEnabled());

@@ -67,7 +67,7 @@ private slots:
         QCOMPARE(d->menuPasteAt->actions(), d->editingActions().popupMenuPaste->actions());
         QCOMPARE(d->menuPasteMixing->actions(), d->editingActions().popupMenuPasteMixing->actions());
         QCOMPARE(d->menuSilence->actions(), d->editingActions().popupMenuSilence->actions());
-        QCOMPARE(d->menuPlay->actions().mid(0, 3), d->popupMenuPlay->actions());
+        QCOMPARE(d->menuPlay->actions().mid(0, 3), d->transportActions().popupMenuPlay->actions());
         QCOMPARE(menuItem(d, {"Effects"})->menu(), d->effectActions().popupMenuEffects);
         QCOMPARE(menuItem(d, {"Tracks", "Split into Parts"})->menu(), d->splitActions().popupMenuSplit);
         QCOMPARE(menuItem(d, {"View", "Zoom In"}), d->btnZoomPlus);

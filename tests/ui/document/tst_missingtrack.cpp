@@ -88,7 +88,7 @@ private slots:
         checkRefused(
             d, [d] { d->btnSave->trigger(); }, said);
         checkRefused(
-            d, [d] { d->OnPopupMenuPlayFromStart(); }, said);
+            d, [d] { d->transportActions().OnPopupMenuPlayFromStart(); }, said);
         QVERIFY(!qobject_cast<Window_AF_WAV*>(QApplication::activeModalWidget()));
         // Undo reaches the opened version, which is there, and works again.
         d->Operation_Undo();

@@ -184,11 +184,11 @@ private slots:
         alert->stop = true;
         QCOMPARE(snapshot(m_hour), before);
 
-        m_hour->OnPopupMenuPlayFromStart();
+        m_hour->transportActions().OnPopupMenuPlayFromStart();
         // The hour-long track can take the media backend a while to open when
         // the machine is busy with other tests: allow it 20 s to be heard.
         const std::vector<short> heard = listening::hear(500, 20000);
-        m_hour->stopAudio();
+        m_hour->transportActions().stopAudio();
         QVERIFY2(listening::level(heard) > 0.2, qPrintable(QString::number(listening::level(heard))));
         QVERIFY2(std::abs(listening::frequency(heard) - 440) < 10,
                  qPrintable(QString::number(listening::frequency(heard))));
@@ -368,8 +368,8 @@ private slots:
         // old history anyway.
         Document* d = shortTrack(1);
         QVERIFY(d);
-        d->OnToolbarRecord();
-        QTRY_COMPARE(d->m_RecordStatus, quint64(StatusRecording));
+        d->transportActions().OnToolbarRecord();
+        QTRY_COMPARE(d->transportActions().m_RecordStatus, quint64(StatusRecording));
         const qsizetype runs = m_app->runner().runs().size();
         const QStringList versions = d->history().array_WAV_Files();
         m_app->cut();
@@ -380,7 +380,7 @@ private slots:
         QCOMPARE(m_app->runner().runs().size(), runs);
         QCOMPARE(d->history().array_WAV_Files(), versions);
         QSignalSpy loaded(d, &Document::loaded);
-        d->OnToolbarStop();
+        d->transportActions().OnToolbarStop();
         QVERIFY(loaded.wait(20000));
         QVERIFY(gui::waitIdle(*m_app));
         QVERIFY(QFile::exists(d->track().s_WAV_File_Path));

@@ -29,15 +29,15 @@ private slots:
         Document* d = gui::openInNewWindow(*m_app, tone);
         QVERIFY(d);
         for (const auto& play : std::initializer_list<std::function<void()>>{
-                 [d] { d->OnPopupMenuPlayFromStart(); }, [d] { d->OnPopupMenuPlaySelection(); },
-                 [d] { d->togglePlayback(); }}) {
+                 [d] { d->transportActions().OnPopupMenuPlayFromStart(); },
+                 [d] { d->transportActions().OnPopupMenuPlaySelection(); }, [d] { d->togglePlayback(); }}) {
             const auto alert = gui::answerAlert();
             play();
             QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 5000);
             QVERIFY2(alert->informativeText.startsWith("No sound output is available") &&
                          alert->informativeText.contains("start PulseAudio or PipeWire"),
                      qPrintable(alert->informativeText));
-            QCOMPARE(d->m_RecordStatus, quint64(0));
+            QCOMPARE(d->transportActions().m_RecordStatus, quint64(0));
             QVERIFY(d->btnPlay->isEnabled());
             QVERIFY(!d->btnStop->isEnabled());
         }

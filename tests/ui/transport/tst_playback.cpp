@@ -39,8 +39,8 @@ class tst_Playback : public QObject {
 
     // Stops the playing timer so that a test can call its tick itself.
     static void holdTheTimer(Document* d) {
-        QVERIFY(d->timerHandleAudioPlaying);
-        d->timerHandleAudioPlaying->stop();
+        QVERIFY(d->transportActions().timerHandleAudioPlaying);
+        d->transportActions().timerHandleAudioPlaying->stop();
     }
 
 private slots:
@@ -68,92 +68,94 @@ private slots:
         QVERIFY(d);
         const QString before = buttons(d);
         QCOMPARE(before, QString("on on off off on on on on on"));
-        d->stopAudio();
-        d->pauseAudio();
-        d->OnToolbarStop();
-        d->OnToolbarPause();
-        QCOMPARE(d->m_RecordStatus, 0u);
+        d->transportActions().stopAudio();
+        d->transportActions().pauseAudio();
+        d->transportActions().OnToolbarStop();
+        d->transportActions().OnToolbarPause();
+        QCOMPARE(d->transportActions().m_RecordStatus, 0u);
         QCOMPARE(buttons(d), before);
-        QVERIFY(!d->sound);
-        QVERIFY(!d->timerHandleAudioPlaying);
+        QVERIFY(!d->transportActions().sound);
+        QVERIFY(!d->transportActions().timerHandleAudioPlaying);
     }
 
     void playPauseResumeStop() {
         Document* d = open(m_tone10);
         QVERIFY(d);
         d->btnSave->setEnabled(false); // play start leaves Save as it is
-        d->OnPopupMenuPlayFromStart();
-        QCOMPARE(d->m_RecordStatus, 3u);
+        d->transportActions().OnPopupMenuPlayFromStart();
+        QCOMPARE(d->transportActions().m_RecordStatus, 3u);
         QCOMPARE(buttons(d), QString("off off on on off off off off off"));
-        QVERIFY(d->timerHandleAudioPlaying && d->timerHandleAudioPlaying->isActive());
-        QCOMPARE(d->timerHandleAudioPlaying->interval(), 1000);
-        SoundPlayer* first = d->sound.get();
+        QVERIFY(d->transportActions().timerHandleAudioPlaying &&
+                d->transportActions().timerHandleAudioPlaying->isActive());
+        QCOMPARE(d->transportActions().timerHandleAudioPlaying->interval(), 1000);
+        SoundPlayer* first = d->transportActions().sound.get();
         QVERIFY(first);
         QTRY_VERIFY_WITH_TIMEOUT(first->isPlaying(), 10000);
 
         // The three choices are refused while playing.
-        d->OnPopupMenuPlaySelection();
-        d->OnPopupMenuPlayFromCurrentPosition();
-        d->OnPopupMenuPlayFromStart();
-        QCOMPARE(d->sound.get(), first);
-        QCOMPARE(d->m_RecordStatus, 3u);
+        d->transportActions().OnPopupMenuPlaySelection();
+        d->transportActions().OnPopupMenuPlayFromCurrentPosition();
+        d->transportActions().OnPopupMenuPlayFromStart();
+        QCOMPARE(d->transportActions().sound.get(), first);
+        QCOMPARE(d->transportActions().m_RecordStatus, 3u);
 
-        d->OnToolbarPause();
-        QCOMPARE(d->m_RecordStatus, 4u);
+        d->transportActions().OnToolbarPause();
+        QCOMPARE(d->transportActions().m_RecordStatus, 4u);
         QCOMPARE(buttons(d), QString("on off off on off off off off off"));
-        QVERIFY(!d->timerHandleAudioPlaying);
+        QVERIFY(!d->transportActions().timerHandleAudioPlaying);
         QTRY_VERIFY(!first->isPlaying());
-        d->pauseAudio(); // ignored while paused
-        QCOMPARE(d->m_RecordStatus, 4u);
+        d->transportActions().pauseAudio(); // ignored while paused
+        QCOMPARE(d->transportActions().m_RecordStatus, 4u);
 
-        d->OnToolbarPlay(); // resumes: the same player
-        QCOMPARE(d->m_RecordStatus, 3u);
-        QCOMPARE(d->sound.get(), first);
+        d->transportActions().OnToolbarPlay(); // resumes: the same player
+        QCOMPARE(d->transportActions().m_RecordStatus, 3u);
+        QCOMPARE(d->transportActions().sound.get(), first);
         QCOMPARE(buttons(d), QString("off off on on off off off off off"));
-        QVERIFY(d->timerHandleAudioPlaying && d->timerHandleAudioPlaying->isActive());
+        QVERIFY(d->transportActions().timerHandleAudioPlaying &&
+                d->transportActions().timerHandleAudioPlaying->isActive());
         QTRY_VERIFY(first->isPlaying());
 
-        d->OnToolbarPause();
+        d->transportActions().OnToolbarPause();
         d->track().f_Audio_Position = 4.5f;
-        d->OnPopupMenuPlayFromCurrentPosition(); // a choice restarts a paused playback
-        QCOMPARE(d->m_RecordStatus, 3u);
-        QVERIFY(d->sound.get() != first);
+        d->transportActions().OnPopupMenuPlayFromCurrentPosition(); // a choice restarts a paused playback
+        QCOMPARE(d->transportActions().m_RecordStatus, 3u);
+        QVERIFY(d->transportActions().sound.get() != first);
         QCOMPARE(d->track().f_Audio_Position, 4.5f);
 
-        d->OnToolbarStop();
-        QCOMPARE(d->m_RecordStatus, 0u);
+        d->transportActions().OnToolbarStop();
+        QCOMPARE(d->transportActions().m_RecordStatus, 0u);
         QCOMPARE(buttons(d), QString("on on off off on on on on on"));
-        QVERIFY(!d->timerHandleAudioPlaying);
+        QVERIFY(!d->transportActions().timerHandleAudioPlaying);
         QCOMPARE(d->track().f_Audio_Position, 4.5f); // kept
-        d->stopAudio();
-        QCOMPARE(d->m_RecordStatus, 0u);
+        d->transportActions().stopAudio();
+        QCOMPARE(d->transportActions().m_RecordStatus, 0u);
     }
 
     void theTimerMovesTheMarkerEverySecond() {
         Document* d = open(m_tone10);
         QVERIFY(d);
         d->track().f_Audio_Position = 7;
-        d->OnPopupMenuPlayFromStart();
+        d->transportActions().OnPopupMenuPlayFromStart();
         QCOMPARE(d->track().f_Audio_Position, 0.0f);
         QTRY_COMPARE_WITH_TIMEOUT(d->track().f_Audio_Position, 2.0f, 3500);
-        d->OnToolbarStop();
+        d->transportActions().OnToolbarStop();
     }
 
     void fromTheStartPastTheEndUntilStop() {
         Document* d = open(m_tone10);
         QVERIFY(d);
-        d->OnPopupMenuPlayFromStart();
+        d->transportActions().OnPopupMenuPlayFromStart();
         holdTheTimer(d);
         QList<float> positions;
         for (int i = 0; i < 14; ++i) {
-            d->TimerHandleAudioPlayingRoutine();
+            d->transportActions().TimerHandleAudioPlayingRoutine();
             positions << d->track().f_Audio_Position;
         }
         QCOMPARE(positions, QList<float>({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14}));
-        QCOMPARE(d->u_Last_Position, 14u);
-        QCOMPARE(d->m_RecordStatus, 3u);
+        QCOMPARE(d->transportActions().u_Last_Position, 14u);
+        QCOMPARE(d->transportActions().m_RecordStatus, 3u);
         QVERIFY(d->labelPosition->text().contains("00:00:14"));
-        d->OnToolbarStop();
+        d->transportActions().OnToolbarStop();
         QCOMPARE(d->track().f_Audio_Position, 14.0f);
     }
 
@@ -162,21 +164,21 @@ private slots:
         QVERIFY(d);
         d->track().f_Selection_Start = 10;
         d->track().f_Selection_End = 20;
-        d->OnPopupMenuPlaySelection();
-        QVERIFY(d->b_Play_Selection);
+        d->transportActions().OnPopupMenuPlaySelection();
+        QVERIFY(d->transportActions().b_Play_Selection);
         QCOMPARE(d->track().f_Audio_Position, 6.0f);
         holdTheTimer(d);
         // The player starts where the marker does.
-        QTRY_VERIFY_WITH_TIMEOUT(d->sound->isPlaying(), 10000);
-        QVERIFY2(std::abs(d->sound->currentTime() - 6.0) < 0.5,
-                 qPrintable(QString::number(d->sound->currentTime())));
+        QTRY_VERIFY_WITH_TIMEOUT(d->transportActions().sound->isPlaying(), 10000);
+        QVERIFY2(std::abs(d->transportActions().sound->currentTime() - 6.0) < 0.5,
+                 qPrintable(QString::number(d->transportActions().sound->currentTime())));
         QList<float> positions;
-        while (d->m_RecordStatus == 3 && positions.size() < 20) {
-            d->TimerHandleAudioPlayingRoutine();
+        while (d->transportActions().m_RecordStatus == 3 && positions.size() < 20) {
+            d->transportActions().TimerHandleAudioPlayingRoutine();
             positions << d->track().f_Audio_Position;
         }
         QCOMPARE(positions, QList<float>({7, 8, 9, 10, 11, 12, 12}));
-        QCOMPARE(d->m_RecordStatus, 0u);
+        QCOMPARE(d->transportActions().m_RecordStatus, 0u);
         QCOMPARE(buttons(d), QString("on on off off on on on on on"));
     }
 
@@ -185,38 +187,38 @@ private slots:
         QVERIFY(d);
         d->track().f_Selection_Start = 10;
         d->track().f_Selection_End = 20;
-        d->OnPopupMenuPlaySelection();
+        d->transportActions().OnPopupMenuPlaySelection();
         holdTheTimer(d);
         for (int i = 0; i < 3; ++i)
-            d->TimerHandleAudioPlayingRoutine();
-        d->OnToolbarPause();
-        d->OnToolbarPlay();
-        QVERIFY(d->b_Play_Selection);
+            d->transportActions().TimerHandleAudioPlayingRoutine();
+        d->transportActions().OnToolbarPause();
+        d->transportActions().OnToolbarPlay();
+        QVERIFY(d->transportActions().b_Play_Selection);
         QCOMPARE(d->track().f_Audio_Position, 9.0f);
         holdTheTimer(d);
         for (int i = 0; i < 3; ++i)
-            d->TimerHandleAudioPlayingRoutine();
-        QCOMPARE(d->m_RecordStatus, 3u);
-        d->TimerHandleAudioPlayingRoutine(); // at 12.0: the end
-        QCOMPARE(d->m_RecordStatus, 0u);
+            d->transportActions().TimerHandleAudioPlayingRoutine();
+        QCOMPARE(d->transportActions().m_RecordStatus, 3u);
+        d->transportActions().TimerHandleAudioPlayingRoutine(); // at 12.0: the end
+        QCOMPARE(d->transportActions().m_RecordStatus, 0u);
         QCOMPARE(d->track().f_Audio_Position, 12.0f);
     }
 
     void pauseThenStopKeepsTheMarker() {
         Document* d = open(m_tone10);
         QVERIFY(d);
-        d->OnPopupMenuPlayFromStart();
+        d->transportActions().OnPopupMenuPlayFromStart();
         holdTheTimer(d);
-        d->TimerHandleAudioPlayingRoutine();
-        d->TimerHandleAudioPlayingRoutine();
-        d->OnToolbarPause();
-        d->OnToolbarStop();
-        QCOMPARE(d->m_RecordStatus, 0u);
+        d->transportActions().TimerHandleAudioPlayingRoutine();
+        d->transportActions().TimerHandleAudioPlayingRoutine();
+        d->transportActions().OnToolbarPause();
+        d->transportActions().OnToolbarStop();
+        QCOMPARE(d->transportActions().m_RecordStatus, 0u);
         QCOMPARE(d->track().f_Audio_Position, 2.0f);
-        d->OnPopupMenuPlayFromCurrentPosition();
+        d->transportActions().OnPopupMenuPlayFromCurrentPosition();
         QCOMPARE(d->track().f_Audio_Position, 2.0f);
-        QTRY_VERIFY_WITH_TIMEOUT(std::abs(d->sound->currentTime() - 2.0) < 0.5, 10000);
-        d->OnToolbarStop();
+        QTRY_VERIFY_WITH_TIMEOUT(std::abs(d->transportActions().sound->currentTime() - 2.0) < 0.5, 10000);
+        d->transportActions().OnToolbarStop();
     }
 
     // A click moves the marker at once; the player follows on the next tick.
@@ -225,22 +227,22 @@ private slots:
         QVERIFY(d);
         d->show();
         QVERIFY(QTest::qWaitForWindowExposed(d));
-        d->OnPopupMenuPlayFromStart();
+        d->transportActions().OnPopupMenuPlayFromStart();
         holdTheTimer(d);
         for (int i = 0; i < 3; ++i)
-            d->TimerHandleAudioPlayingRoutine();
-        QTRY_VERIFY_WITH_TIMEOUT(d->sound->isPlaying(), 10000);
+            d->transportActions().TimerHandleAudioPlayingRoutine();
+        QTRY_VERIFY_WITH_TIMEOUT(d->transportActions().sound->isPlaying(), 10000);
         View_Audio_Wave* view = d->viewAudioPlot;
         const QPoint at(int(view->width() * 0.8), view->height() / 2);
         QTest::mousePress(view, Qt::LeftButton, {}, at);
         QTest::mouseRelease(view, Qt::LeftButton, {}, at);
         const float clicked = d->track().f_Audio_Position;
         QVERIFY2(std::abs(clicked - 48) < 2, qPrintable(QString::number(clicked)));
-        QVERIFY(d->sound->currentTime() < 10);
-        d->TimerHandleAudioPlayingRoutine();
-        QTRY_VERIFY_WITH_TIMEOUT(std::abs(d->sound->currentTime() - clicked) < 0.5, 5000);
+        QVERIFY(d->transportActions().sound->currentTime() < 10);
+        d->transportActions().TimerHandleAudioPlayingRoutine();
+        QTRY_VERIFY_WITH_TIMEOUT(std::abs(d->transportActions().sound->currentTime() - clicked) < 0.5, 5000);
         QCOMPARE(d->track().f_Audio_Position, clicked + 1);
-        d->OnToolbarStop();
+        d->transportActions().OnToolbarStop();
     }
 
     void thePlayButtonOffersThreeChoices() {
@@ -248,19 +250,19 @@ private slots:
         QVERIFY(d);
         d->show();
         QVERIFY(QTest::qWaitForWindowExposed(d));
-        d->OnToolbarPlay();
-        QTRY_VERIFY(d->popupMenuPlay->isVisible());
-        QCOMPARE(d->popupMenuPlay->actions().size(), 3);
-        d->popupMenuPlay->hide();
-        QCOMPARE(d->m_RecordStatus, 0u);
-        d->popupMenuPlay->actions().at(2)->trigger();
-        QVERIFY(d->b_Play_Selection);
-        QCOMPARE(d->m_RecordStatus, 3u);
-        d->OnToolbarStop();
-        d->popupMenuPlay->actions().at(0)->trigger();
-        QVERIFY(!d->b_Play_Selection);
+        d->transportActions().OnToolbarPlay();
+        QTRY_VERIFY(d->transportActions().popupMenuPlay->isVisible());
+        QCOMPARE(d->transportActions().popupMenuPlay->actions().size(), 3);
+        d->transportActions().popupMenuPlay->hide();
+        QCOMPARE(d->transportActions().m_RecordStatus, 0u);
+        d->transportActions().popupMenuPlay->actions().at(2)->trigger();
+        QVERIFY(d->transportActions().b_Play_Selection);
+        QCOMPARE(d->transportActions().m_RecordStatus, 3u);
+        d->transportActions().OnToolbarStop();
+        d->transportActions().popupMenuPlay->actions().at(0)->trigger();
+        QVERIFY(!d->transportActions().b_Play_Selection);
         QCOMPARE(d->track().f_Audio_Position, 0.0f);
-        d->OnToolbarStop();
+        d->transportActions().OnToolbarStop();
     }
 
     void spaceTogglesPlayAndPause() {
@@ -272,22 +274,22 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(d));
         d->track().f_Audio_Position = 3;
         QTest::keyClick(d, Qt::Key_Space);
-        QCOMPARE(d->m_RecordStatus, 3u);
-        QVERIFY(!d->b_Play_Selection);
+        QCOMPARE(d->transportActions().m_RecordStatus, 3u);
+        QVERIFY(!d->transportActions().b_Play_Selection);
         QCOMPARE(d->track().f_Audio_Position, 3.0f);
         QTest::keyClick(d, Qt::Key_Space);
-        QCOMPARE(d->m_RecordStatus, 4u);
+        QCOMPARE(d->transportActions().m_RecordStatus, 4u);
         QTest::keyClick(d, Qt::Key_Space);
-        QCOMPARE(d->m_RecordStatus, 3u);
-        d->OnToolbarStop();
+        QCOMPARE(d->transportActions().m_RecordStatus, 3u);
+        d->transportActions().OnToolbarStop();
     }
 
     void theSoundIsTheTrack() {
         Document* d = open(m_tone10);
         QVERIFY(d);
-        d->OnPopupMenuPlayFromStart();
+        d->transportActions().OnPopupMenuPlayFromStart();
         const std::vector<short> heard = listening::hear(1000);
-        d->OnToolbarStop();
+        d->transportActions().OnToolbarStop();
         QVERIFY2(!heard.empty(), "nothing was heard");
         QVERIFY2(listening::level(heard) > 0.3, qPrintable(QString::number(listening::level(heard))));
         const double pitch = listening::frequency(heard);
@@ -297,16 +299,17 @@ private slots:
     void aSeekIsHeard() {
         Document* d = open(m_halves); // 440 Hz for 5 s, then 880 Hz
         QVERIFY(d);
-        d->OnPopupMenuPlayFromStart();
+        d->transportActions().OnPopupMenuPlayFromStart();
         const std::vector<short> before = listening::hear(500);
-        QTRY_VERIFY_WITH_TIMEOUT(d->u_Last_Position >= 1, 3000);
-        QVERIFY(d->u_Last_Position < 4);
+        QTRY_VERIFY_WITH_TIMEOUT(d->transportActions().u_Last_Position >= 1, 3000);
+        QVERIFY(d->transportActions().u_Last_Position < 4);
         d->track().f_Audio_Position = 6; // as a click would
-        const quint64 ticked = d->u_Last_Position;
-        QTRY_VERIFY_WITH_TIMEOUT(d->u_Last_Position != ticked, 3000); // the next tick seeks
-        QTest::qWait(300); // what was on its way before the seek has been played
+        const quint64 ticked = d->transportActions().u_Last_Position;
+        QTRY_VERIFY_WITH_TIMEOUT(d->transportActions().u_Last_Position != ticked,
+                                 3000); // the next tick seeks
+        QTest::qWait(300);              // what was on its way before the seek has been played
         const std::vector<short> after = listening::hear(500);
-        d->OnToolbarStop();
+        d->transportActions().OnToolbarStop();
         QVERIFY2(std::abs(listening::frequency(before) - 440) < 10,
                  qPrintable(QString::number(listening::frequency(before))));
         QVERIFY2(std::abs(listening::frequency(after) - 880) < 15,
@@ -317,7 +320,7 @@ private slots:
         Document* d = open(m_tone10);
         QVERIFY(d);
         d->show();
-        d->OnPopupMenuPlayFromStart();
+        d->transportActions().OnPopupMenuPlayFromStart();
         QVERIFY2(!listening::hear(300).empty(), "nothing was heard");
         QPointer<Document> window = d;
         QVERIFY(d->close());
@@ -336,12 +339,12 @@ private slots:
         const QString path = d->track().s_WAV_File_Path;
         QVERIFY(QFile::rename(path, path + ".away"));
         const auto alert = gui::answerAlert();
-        d->OnPopupMenuPlayFromStart();
+        d->transportActions().OnPopupMenuPlayFromStart();
         QVERIFY(alert->shown);
         QCOMPARE(alert->text, QString("Error"));
         QVERIFY2(alert->informativeText.contains(QFileInfo(path).fileName()),
                  qPrintable(alert->informativeText));
-        QCOMPARE(d->m_RecordStatus, 0u);
+        QCOMPARE(d->transportActions().m_RecordStatus, 0u);
         QCOMPARE(buttons(d), QString("on on off off on on on on on"));
         QVERIFY(QFile::rename(path + ".away", path));
     }
@@ -352,28 +355,31 @@ private slots:
         Document* d = open(m_tone10);
         QVERIFY(d);
         QRandomGenerator random(20261122);
-        const std::function<void()> presses[] = {[d] { d->OnToolbarPlay(); },
-                                                 [d] { d->OnPopupMenuPlayFromStart(); },
-                                                 [d] { d->OnPopupMenuPlaySelection(); },
-                                                 [d] { d->OnPopupMenuPlayFromCurrentPosition(); },
-                                                 [d] { d->OnToolbarPause(); },
-                                                 [d] { d->OnToolbarStop(); },
-                                                 [d] { d->TimerHandleAudioPlayingRoutine(); },
-                                                 [d] { d->togglePlayback(); }};
+        const std::function<void()> presses[] = {
+            [d] { d->transportActions().OnToolbarPlay(); },
+            [d] { d->transportActions().OnPopupMenuPlayFromStart(); },
+            [d] { d->transportActions().OnPopupMenuPlaySelection(); },
+            [d] { d->transportActions().OnPopupMenuPlayFromCurrentPosition(); },
+            [d] { d->transportActions().OnToolbarPause(); },
+            [d] { d->transportActions().OnToolbarStop(); },
+            [d] { d->transportActions().TimerHandleAudioPlayingRoutine(); },
+            [d] { d->togglePlayback(); }};
         for (int i = 0; i < 400; ++i) {
             presses[random.bounded(int(std::size(presses)))]();
-            d->popupMenuPlay->hide();
+            d->transportActions().popupMenuPlay->hide();
             if (i % 50 == 0)
                 QTest::qWait(20);
-            const quint64 s = d->m_RecordStatus;
+            const quint64 s = d->transportActions().m_RecordStatus;
             QVERIFY(s == 0 || s == 3 || s == 4);
             QCOMPARE(d->btnPause->isEnabled(), s == 3);
             QCOMPARE(d->btnStop->isEnabled(), s != 0);
             QCOMPARE(d->btnPlay->isEnabled(), s != 3);
-            QCOMPARE(d->timerHandleAudioPlaying.isNull() || !d->timerHandleAudioPlaying->isActive(), s != 3);
+            QCOMPARE(d->transportActions().timerHandleAudioPlaying.isNull() ||
+                         !d->transportActions().timerHandleAudioPlaying->isActive(),
+                     s != 3);
         }
-        d->OnToolbarStop();
-        QCOMPARE(d->m_RecordStatus, 0u);
+        d->transportActions().OnToolbarStop();
+        QCOMPARE(d->transportActions().m_RecordStatus, 0u);
     }
 };
 

@@ -83,7 +83,7 @@ class tst_Recording : public QObject {
 
     bool finish(Document* d) {
         QSignalSpy loaded(d, &Document::loaded);
-        d->OnToolbarStop();
+        d->transportActions().OnToolbarStop();
         return loaded.wait(20000) && gui::waitIdle(*m_app);
     }
 
@@ -116,11 +116,11 @@ private slots:
         QVERIFY(previous.startsWith(m_app->session().s_Output_Folder));
         playIntoTheMicrophone();
 
-        d->OnToolbarRecord();
-        QCOMPARE(d->m_RecordStatus, 1u);
+        d->transportActions().OnToolbarRecord();
+        QCOMPARE(d->transportActions().m_RecordStatus, 1u);
         QCOMPARE(buttons(d), QString("off off on on off off off off off on on on"));
         QVERIFY(d->viewAudioPlot->b_Recording);
-        const QString take = d->s_Sound_File_Source;
+        const QString take = d->transportActions().s_Sound_File_Source;
         QCOMPARE(QFileInfo(take).path(), m_app->session().s_Output_Folder);
         QVERIFY(QFileInfo(take).fileName().contains(QRegularExpression("^\\d{4}(-\\d\\d){5}\\.wav$")));
         // The overlay is black and the plot shows the live input.
@@ -134,27 +134,27 @@ private slots:
         QTest::qWait(1000);
 
         // Playing is refused while recording, and while the recording is paused.
-        d->OnPopupMenuPlayFromStart();
-        QCOMPARE(d->m_RecordStatus, 1u);
-        QVERIFY(!d->sound);
-        d->OnToolbarPause();
-        QCOMPARE(d->m_RecordStatus, 2u);
+        d->transportActions().OnPopupMenuPlayFromStart();
+        QCOMPARE(d->transportActions().m_RecordStatus, 1u);
+        QVERIFY(!d->transportActions().sound);
+        d->transportActions().OnToolbarPause();
+        QCOMPARE(d->transportActions().m_RecordStatus, 2u);
         QCOMPARE(buttons(d), QString("off on off on off off off off off on on on"));
-        d->OnToolbarPause(); // ignored
-        d->OnPopupMenuPlaySelection();
-        d->OnToolbarPlay();
-        QCOMPARE(d->m_RecordStatus, 2u);
-        QVERIFY(!d->sound);
+        d->transportActions().OnToolbarPause(); // ignored
+        d->transportActions().OnPopupMenuPlaySelection();
+        d->transportActions().OnToolbarPlay();
+        QCOMPARE(d->transportActions().m_RecordStatus, 2u);
+        QVERIFY(!d->transportActions().sound);
         QTest::qWait(1000); // not recorded
 
-        d->OnToolbarRecord();
-        QCOMPARE(d->m_RecordStatus, 1u);
-        QCOMPARE(d->s_Sound_File_Source, take);
+        d->transportActions().OnToolbarRecord();
+        QCOMPARE(d->transportActions().m_RecordStatus, 1u);
+        QCOMPARE(d->transportActions().s_Sound_File_Source, take);
         QCOMPARE(buttons(d), QString("off off on on off off off off off on on on"));
         QTest::qWait(1000);
         QVERIFY(finish(d));
 
-        QCOMPARE(d->m_RecordStatus, 0u);
+        QCOMPARE(d->transportActions().m_RecordStatus, 0u);
         QCOMPARE(buttons(d), QString("on on off off on on on on on on on on"));
         QVERIFY(!d->viewAudioPlot->b_Recording);
         QCOMPARE(d->track().s_WAV_File_Path, take);
@@ -192,7 +192,7 @@ private slots:
         d->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(d));
         QTest::keyClick(d, Qt::Key_R); // Record's key
-        QCOMPARE(d->m_RecordStatus, 1u);
+        QCOMPARE(d->transportActions().m_RecordStatus, 1u);
         QVERIFY(finish(d));
         QVERIFY(fixtures::wavInfo(d->track().s_WAV_File_Path).isWorkingWav());
         QVERIFY(fixtures::wavInfo(d->track().s_WAV_File_Path).seconds() < 1);
@@ -207,9 +207,9 @@ private slots:
         Document* d = open(m_tone);
         QVERIFY(d);
         playIntoTheMicrophone();
-        d->OnToolbarRecord();
-        QCOMPARE(d->m_RecordStatus, 1u);
-        const QString named = d->s_Sound_File_Source;
+        d->transportActions().OnToolbarRecord();
+        QCOMPARE(d->transportActions().m_RecordStatus, 1u);
+        const QString named = d->transportActions().s_Sound_File_Source;
         QTest::qWait(300);
         fixtures::makeTone(named, 2, 440); // as a same-second result would be
         const std::vector<short> other = fixtures::samples(named);
@@ -244,13 +244,13 @@ private slots:
             {{step::Run{Tool::FFmpeg, {"-re", "-f", "lavfi", "-i", "anullsrc=d=1", "-f", "null", "-"}}}},
             nullptr, {});
         d->Open_And_Select_Silence_File();
-        d->OnToolbarRecord();
-        QCOMPARE(d->m_RecordStatus, 1u);
+        d->transportActions().OnToolbarRecord();
+        QCOMPARE(d->transportActions().m_RecordStatus, 1u);
         const QString recording = buttons(d);
         QCOMPARE(recording, QString("off off on on off off off off off on on on"));
         QVERIFY(!d->btnOpen->isEnabled());
         QVERIFY(gui::waitIdle(*m_app));
-        QCOMPARE(d->m_RecordStatus, 1u);
+        QCOMPARE(d->transportActions().m_RecordStatus, 1u);
         QCOMPARE(buttons(d), recording); // Pause and Stop still work
         QVERIFY(!d->btnOpen->isEnabled());
         QVERIFY(!d->b_Audio_Loaded || d->history().array_WAV_Files() == QStringList({before}));
@@ -264,9 +264,9 @@ private slots:
         dialog->stop = true;
         QVERIFY(!QApplication::activeModalWidget());
         QVERIFY(gui::waitIdle(*m_app));
-        QCOMPARE(d->m_RecordStatus, 1u);
+        QCOMPARE(d->transportActions().m_RecordStatus, 1u);
 
-        const QString take = d->s_Sound_File_Source;
+        const QString take = d->transportActions().s_Sound_File_Source;
         QVERIFY(finish(d));
         QCOMPARE(d->track().s_WAV_File_Path, take);
         QCOMPARE(d->history().array_WAV_Files(), QStringList({take}));
@@ -283,15 +283,15 @@ private slots:
         QVERIFY(!d->btnOpen->isEnabled()); // until the start-up load begins
         QVERIFY(!d->btnPlay->isEnabled());
         QVERIFY(d->btnRecord->isEnabled());
-        d->OnToolbarRecord();
-        QCOMPARE(d->m_RecordStatus, 1u);
+        d->transportActions().OnToolbarRecord();
+        QCOMPARE(d->transportActions().m_RecordStatus, 1u);
         QTest::qWait(500);
         QVERIFY(gui::waitIdle(*m_app));
-        QCOMPARE(d->m_RecordStatus, 1u);
+        QCOMPARE(d->transportActions().m_RecordStatus, 1u);
         // Pause and Stop, as in any recording; nothing to copy yet.
         QCOMPARE(buttons(d), QString("off off on on off off off off off off off off"));
         QVERIFY(!d->b_Audio_Loaded);
-        const QString take = d->s_Sound_File_Source;
+        const QString take = d->transportActions().s_Sound_File_Source;
         QVERIFY(finish(d));
         QCOMPARE(d->track().s_WAV_File_Path, take);
         QCOMPARE(d->windowTitle(), QFileInfo(take).fileName());
@@ -305,10 +305,10 @@ private slots:
         Document* second = open(m_tone);
         QVERIFY(first && second);
         playIntoTheMicrophone();
-        first->OnToolbarRecord();
-        second->OnToolbarRecord();
-        QCOMPARE(first->m_RecordStatus, 1u);
-        QCOMPARE(second->m_RecordStatus, 1u);
+        first->transportActions().OnToolbarRecord();
+        second->transportActions().OnToolbarRecord();
+        QCOMPARE(first->transportActions().m_RecordStatus, 1u);
+        QCOMPARE(second->transportActions().m_RecordStatus, 1u);
         QTest::qWait(600);
         QVERIFY(finish(first));
         QTest::qWait(600);
@@ -337,8 +337,8 @@ private slots:
         m_app->u_Open_New_Document = 0;
         Document* d = m_app->newDocument();
         QVERIFY(d);
-        d->OnToolbarRecord();
-        QCOMPARE(d->m_RecordStatus, 1u);
+        d->transportActions().OnToolbarRecord();
+        QCOMPARE(d->transportActions().m_RecordStatus, 1u);
         QTest::qWait(500);
         const QStringList growing =
             QDir(m_app->session().s_Output_Folder).entryList({".recording-*"}, QDir::Hidden | QDir::Files);
@@ -346,12 +346,12 @@ private slots:
         QVERIFY(QFile::remove(QDir(m_app->session().s_Output_Folder).filePath(growing.first())));
         const auto alert = gui::answerAlert();
         QSignalSpy loaded(d, &Document::loaded);
-        d->OnToolbarStop();
+        d->transportActions().OnToolbarStop();
         QVERIFY(alert->shown);
         QCOMPARE(alert->informativeText.section('\n', 0, 0),
                  QString("The recording produced no usable audio."));
         QVERIFY(loaded.wait(20000));
-        QCOMPARE(d->m_RecordStatus, 0u);
+        QCOMPARE(d->transportActions().m_RecordStatus, 0u);
         QCOMPARE(d->track().s_WAV_File_Path, m_app->session().sSilenceWavPath);
         QCOMPARE(d->windowTitle(), QString("silence.wav"));
         QCOMPARE(d->history().array_WAV_Files(), QStringList({m_app->session().sSilenceWavPath}));
@@ -366,13 +366,13 @@ private slots:
         const QString before = buttons(d), current = d->track().s_WAV_File_Path;
         const QStringList files = QDir(m_app->session().s_Output_Folder).entryList(QDir::Files);
         const auto alert = gui::answerAlert();
-        d->OnToolbarRecord();
+        d->transportActions().OnToolbarRecord();
         QVERIFY(alert->shown);
         QCOMPARE(alert->text, QString("Error"));
         QCOMPARE(alert->informativeText,
                  QString("Could not start recording. Change record settings and try again."));
         QCOMPARE(alert->buttons, QStringList({"Close"}));
-        QCOMPARE(d->m_RecordStatus, 0u);
+        QCOMPARE(d->transportActions().m_RecordStatus, 0u);
         QCOMPARE(buttons(d), before);
         QCOMPARE(d->track().s_WAV_File_Path, current);
         QVERIFY(!d->viewAudioPlot->b_Recording);
@@ -383,8 +383,8 @@ private slots:
         Document* d = open(m_tone);
         QVERIFY(d);
         playIntoTheMicrophone();
-        d->OnToolbarRecord();
-        QCOMPARE(d->m_RecordStatus, 1u);
+        d->transportActions().OnToolbarRecord();
+        QCOMPARE(d->transportActions().m_RecordStatus, 1u);
         QTest::qWait(800);
         const auto alert = gui::answerAlert();
         QSignalSpy loaded(d, &Document::loaded);
@@ -392,8 +392,8 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 10000);
         QVERIFY(alert->informativeText.contains("recording stopped"));
         QVERIFY(loaded.wait(20000) || loaded.count() > 0);
-        QCOMPARE(d->m_RecordStatus, 0u);
-        QCOMPARE(d->history().array_WAV_Files(), QStringList({d->s_Sound_File_Source}));
+        QCOMPARE(d->transportActions().m_RecordStatus, 0u);
+        QCOMPARE(d->history().array_WAV_Files(), QStringList({d->transportActions().s_Sound_File_Source}));
         QVERIFY(fixtures::wavInfo(d->track().s_WAV_File_Path).seconds() > 0.3);
     }
 
@@ -408,12 +408,12 @@ private slots:
         playIntoTheMicrophone();
         const auto alert = gui::answerAlert();
         QSignalSpy loaded(d, &Document::loaded);
-        d->OnToolbarRecord();
-        QCOMPARE(d->m_RecordStatus, 1u);
+        d->transportActions().OnToolbarRecord();
+        QCOMPARE(d->transportActions().m_RecordStatus, 1u);
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 30000);
         QCOMPARE(alert->informativeText, recordingLimitMessage(limit, small.disk.folder));
         QVERIFY(loaded.wait(20000) || loaded.count() > 0);
-        QCOMPARE(d->m_RecordStatus, 0u);
+        QCOMPARE(d->transportActions().m_RecordStatus, 0u);
         QCOMPARE(d->history().array_WAV_Files(), QStringList({d->track().s_WAV_File_Path}));
         QCOMPARE(QFileInfo(d->track().s_WAV_File_Path).path(), small.disk.folder);
         QCOMPARE(fixtures::wavInfo(d->track().s_WAV_File_Path).frames, limit.frames);
@@ -430,8 +430,8 @@ private slots:
         playIntoTheMicrophone();
         const auto alert = gui::answerAlert();
         QSignalSpy loaded(d, &Document::loaded);
-        d->OnToolbarRecord();
-        QCOMPARE(d->m_RecordStatus, 1u);
+        d->transportActions().OnToolbarRecord();
+        QCOMPARE(d->transportActions().m_RecordStatus, 1u);
         QTest::qWait(1000);
         // Another program fills the disk but for a second's worth of audio.
         {
@@ -449,7 +449,7 @@ private slots:
                      alert->informativeText.endsWith("What was recorded until then is kept as the track."),
                  qPrintable(alert->informativeText));
         QVERIFY(loaded.wait(20000) || loaded.count() > 0);
-        QCOMPARE(d->m_RecordStatus, 0u);
+        QCOMPARE(d->transportActions().m_RecordStatus, 0u);
         const fixtures::WavInfo take = fixtures::wavInfo(d->track().s_WAV_File_Path);
         QVERIFY(take.ok && take.seconds() > 1.0);
         QCOMPARE(wavHeaderProblem(d->track().s_WAV_File_Path), QString());
@@ -477,8 +477,8 @@ private slots:
                 d->btnStop->trigger();
                 break;
             case 3: // Play: resumes, or a choice of its menu
-                if (d->btnPlay->isEnabled() && d->m_RecordStatus != 4)
-                    d->popupMenuPlay->actions().at(random.bounded(3))->trigger();
+                if (d->btnPlay->isEnabled() && d->transportActions().m_RecordStatus != 4)
+                    d->transportActions().popupMenuPlay->actions().at(random.bounded(3))->trigger();
                 else
                     d->btnPlay->trigger();
                 break;
@@ -488,7 +488,7 @@ private slots:
             default:
                 QTest::qWait(random.bounded(30));
             }
-            const quint64 s = d->m_RecordStatus;
+            const quint64 s = d->transportActions().m_RecordStatus;
             QVERIFY2(s <= 4, qPrintable(QString::number(s)));
             const QString where = QString("press %1, status %2").arg(i).arg(s);
             QVERIFY2(d->btnPlay->isEnabled() == (s == 0 || s == 4), qPrintable(where));
@@ -499,7 +499,7 @@ private slots:
         }
         d->btnStop->trigger();
         QVERIFY(gui::waitIdle(*m_app));
-        QCOMPARE(d->m_RecordStatus, 0u);
+        QCOMPARE(d->transportActions().m_RecordStatus, 0u);
         // Whatever was recorded last is the track, alone in its history.
         QCOMPARE(d->history().array_WAV_Files().size(), 1);
         QVERIFY(fixtures::wavInfo(d->track().s_WAV_File_Path).ok);
@@ -517,12 +517,12 @@ private slots:
         mixer.close();
         mixer.setPermissions(mixer.permissions() | QFileDevice::ExeUser);
         qputenv("PATH", bin.path().toUtf8());
-        d->OnToolbarSoundPreferences();
+        d->transportActions().OnToolbarSoundPreferences();
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(called), 5000);
 
         QVERIFY(QFile::remove(mixer.fileName()));
         const auto alert = gui::answerAlert();
-        d->OnToolbarSoundPreferences();
+        d->transportActions().OnToolbarSoundPreferences();
         qputenv("PATH", path);
         QVERIFY(alert->shown);
         QVERIFY2(alert->informativeText.contains("pavucontrol"), qPrintable(alert->informativeText));
