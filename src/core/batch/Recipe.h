@@ -1,7 +1,7 @@
 #pragma once
 
-#include "RecipeStep.h"
 #include "document/ExportPlans.h"
+#include "history/Replay.h"
 
 #include <QByteArray>
 #include <QList>

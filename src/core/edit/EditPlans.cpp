@@ -31,8 +31,8 @@ struct Builder {
 };
 
 // Before-part up to P and after-part from Q for D: the three-part edits.
-void split(Builder& b, const EditState& s, const ResultNames& names, const QString& p, const QString& q,
-           const QString& d) {
+void cutBeforeAndAfter(Builder& b, const EditState& s, const ResultNames& names, const QString& p,
+                       const QString& q, const QString& d) {
     b.ffmpeg(segmentArguments(s.track, "0", p, names.path("Before")));
     b.ffmpeg(segmentArguments(s.track, q, d, names.path("After")));
 }
@@ -83,7 +83,7 @@ QString placeWords(SilencePlace place) {
 }
 
 void removeSelection(Builder& b, const EditState& s, const ResultNames& names) {
-    split(b, s, names, s.seg.sStartSelection, s.seg.sEndSelection, s.seg.sDurationLastSegment);
+    cutBeforeAndAfter(b, s, names, s.seg.sStartSelection, s.seg.sEndSelection, s.seg.sDurationLastSegment);
     b.joinInto({names.path("Before"), names.path("After")}, names.path());
     b.edit.deleteAfterAdopting = {names.path("Before"), names.path("After")};
 }
@@ -143,15 +143,15 @@ EditPlan buildPastePlan(const EditState& s, const ResultNames& names, PastePlace
         b.joinInto({s.track, s.clip}, before);
         return b.edit;
     case PastePlace::CurrentPosition:
-        split(b, s, names, s.seg.sCurrentPosition, s.seg.sCurrentPosition,
-              s.seg.sDurationSegmentAfterCurrentPosition);
+        cutBeforeAndAfter(b, s, names, s.seg.sCurrentPosition, s.seg.sCurrentPosition,
+                          s.seg.sDurationSegmentAfterCurrentPosition);
         break;
     case PastePlace::StartOfSelection:
-        split(b, s, names, s.seg.sStartSelection, s.seg.sStartSelection,
-              s.seg.sDurationSegmentAfterStartSelection);
+        cutBeforeAndAfter(b, s, names, s.seg.sStartSelection, s.seg.sStartSelection,
+                          s.seg.sDurationSegmentAfterStartSelection);
         break;
     case PastePlace::EndOfSelection:
-        split(b, s, names, s.seg.sEndSelection, s.seg.sEndSelection, s.seg.sDurationLastSegment);
+        cutBeforeAndAfter(b, s, names, s.seg.sEndSelection, s.seg.sEndSelection, s.seg.sDurationLastSegment);
         break;
     }
     b.joinInto({before, s.clip, after}, names.path());
@@ -198,8 +198,8 @@ EditPlan buildSilenceInsertPlan(const EditState& s, const ResultNames& names, Si
         b.edit.deleteBeforeShowing = {silence};
         break;
     case SilencePlace::CurrentPosition:
-        split(b, s, names, s.seg.sCurrentPosition, s.seg.sCurrentPosition,
-              s.seg.sDurationSegmentAfterCurrentPosition);
+        cutBeforeAndAfter(b, s, names, s.seg.sCurrentPosition, s.seg.sCurrentPosition,
+                          s.seg.sDurationSegmentAfterCurrentPosition);
         b.joinInto({names.path("Before"), silence, names.path("After")}, names.path());
         b.edit.deleteAfterAdopting = {silence, names.path("Before"), names.path("After")};
         break;
@@ -218,7 +218,7 @@ EditPlan buildSilenceSelectionPlan(const EditState& s, const ResultNames& names)
     const QString silence = names.path("Silence");
     b.remove(silence);
     b.ffmpeg(silenceArguments(timeString(float(milliseconds) / 1000.0f), silence));
-    split(b, s, names, s.seg.sStartSelection, s.seg.sEndSelection, s.seg.sDurationLastSegment);
+    cutBeforeAndAfter(b, s, names, s.seg.sStartSelection, s.seg.sEndSelection, s.seg.sDurationLastSegment);
     b.joinInto({names.path("Before"), silence, names.path("After")}, names.path());
     b.edit.deleteAfterAdopting = {silence, names.path("Before"), names.path("After")};
     return b.edit;

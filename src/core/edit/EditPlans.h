@@ -1,6 +1,6 @@
 #pragma once
 
-#include "batch/RecipeStep.h"
+#include "history/Replay.h"
 #include "names/Names.h"
 #include "plans/Plan.h"
 #include "timeline/TimeStrings.h"

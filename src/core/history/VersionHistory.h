@@ -1,6 +1,6 @@
 #pragma once
 
-#include "batch/RecipeStep.h"
+#include "Replay.h"
 
 #include <QDateTime>
 #include <QList>

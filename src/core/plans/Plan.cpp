@@ -1,9 +1,9 @@
 #include "Plan.h"
 
 #include "RemovedFiles.h"
-#include "session/WorkingFormat.h"
 #include "tools/Duration.h"
 #include "tools/ToolPaths.h"
+#include "tools/WorkingFormat.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,8 +1,8 @@
 #include "WorkFolder.h"
 
-#include "WorkingFormat.h"
 #include "plans/Plan.h"
 #include "tools/Duration.h"
+#include "tools/WorkingFormat.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,5 +1,5 @@
 #include "ToolArguments.h"
-#include "session/WorkingFormat.h"
+#include "tools/WorkingFormat.h"
 
 QStringList conversionTail() {
     return {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "session/WorkingFormat.h"
+#include "tools/WorkingFormat.h"
 #include "transport/TransportRules.h"
 
 #include <QObject>

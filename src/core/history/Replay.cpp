@@ -1,4 +1,4 @@
-#include "RecipeStep.h"
+#include "Replay.h"
 
 Replay effectReplay(const QString& key, const QString& label, const EffectValues& values) {
     return {RecipeStep{.kind = RecipeStep::Kind::Effect, .label = label, .effect = key, .values = values},
