@@ -34,7 +34,6 @@ public:
 
     // The runner exists from here on; the tool paths are kept beside it.
     void startRunner(const ToolPaths& tools);
-    bool hasRunner() const { return m_runner != nullptr; }
     PlanRunner& runner() const { return *m_runner; }
 
     // An open track's files count from its registration to its removal.

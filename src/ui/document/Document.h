@@ -63,14 +63,9 @@ public:
     void Open_And_Select_Silence_File();
     void Open_Pre_Generated_Audio_File();
     void OnToolbarOpen();
-    // A file given to the editor (on its command line, by a later start or
-    // dropped on a window) becomes this new window's first track, imported as
-    // File ▸ Open imports; one that cannot be opened leaves the silence track.
-    void openGivenFile(const QString& path);
     void openFileWithFilePathURL(const QString& url);
     // Shows the current working WAV again in `colour`, as a fresh history.
     void Refresh_Audio_Plot(const QColor& colour);
-    const Opening& opening() const { return m_opening; }
 
     // The files this track holds in the work folder, for the session.
     QString shownFile() const override { return m_track.s_WAV_File_Path; }

@@ -99,10 +99,6 @@ void Document::OnToolbarOpen() {
     Open_And_Select_An_Audio_File();
 }
 
-void Document::openGivenFile(const QString& path) {
-    m_opening = Opening::givenFile(path);
-}
-
 void Document::importGivenFile(const QString& path) {
     if (const QString problem = givenFileProblem(path); !problem.isEmpty()) {
         showErrorAlert(this, problem);
