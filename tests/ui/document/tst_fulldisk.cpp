@@ -8,12 +8,16 @@
 #include "support/Gui.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QStorageInfo>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <csignal>
 
 class tst_FullDisk : public QObject {
     Q_OBJECT
@@ -156,10 +160,19 @@ private slots:
         const Snapshot before = snapshot(d, app->session().s_Output_Folder);
 
         const auto alert = gui::answerAlert();
+        const qsizetype runs = app->runner().runs().size();
         d->effectActions().applyEffect({{}, {"echo", "0.8", "0.88", "60", "0.4"}}, false);
-        QTRY_VERIFY_WITH_TIMEOUT(app->runner().runningProcessId() != 0, 20000);
-        // Everything but a megabyte goes while sox writes (what sox writes
-        // meanwhile may take some of it first: then a smaller filler).
+        // sox is held still the moment it starts, so the disk fills while it
+        // runs however fast the machine (a free-running sox could finish first).
+        QElapsedTimer waited;
+        waited.start();
+        qint64 sox = 0;
+        while ((sox = app->runner().runningProcessId()) == 0 && waited.elapsed() < 20000)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+        QVERIFY(sox != 0);
+        QCOMPARE(::kill(pid_t(sox), SIGSTOP), 0);
+        auto resume = qScopeGuard([sox] { ::kill(pid_t(sox), SIGCONT); });
+        // Everything but a megabyte goes while sox waits.
         QStringList fillers;
         for (int i = 0; i < 20; ++i) {
             const qint64 free = QStorageInfo(app->session().s_Output_Folder).bytesAvailable() - 1024 * 1024;
@@ -169,9 +182,13 @@ private slots:
             if (fixtures::run("fallocate", {"-l", QString::number(free), filler}) == 0)
                 fillers << filler;
         }
+        resume.dismiss();
+        QCOMPARE(::kill(pid_t(sox), SIGCONT), 0);
         QVERIFY(!fillers.isEmpty());
         QVERIFY(gui::waitIdle(*app, 60000));
         QTRY_VERIFY_WITH_TIMEOUT(alert->shown, 10000);
+        // sox ran and failed: the echo was not refused before it started.
+        QVERIFY2(app->runner().runs().size() > runs, qPrintable(alert->informativeText));
         QVERIFY2(alert->informativeText.contains("The echo effect") &&
                      alert->informativeText.contains("The disk is full: " + app->session().s_Output_Folder),
                  qPrintable(alert->informativeText));
