@@ -102,31 +102,6 @@ struct ToolPaths;
 // with the share of it written so far (0 to 99).
 using PlanProgress = std::function<void(int index, int count, const QString& tool, int percent)>;
 
-// The alert of a result that is not usable audio, quoting what the tool said last.
-QString unusableAudioMessage(const QString& operation, const ToolRun* lastRun);
-
-// Whether libsndfile can open the file as audio (a header it understands),
-// and with `needFrames`, whether it holds at least one frame.
-bool isReadableAudio(const QString& path, bool needFrames = false);
-
-// What is wrong with a WAV file's header, in words; empty when its sizes agree
-// with the file's (or it is no WAV). A tool that is stopped, or that runs out
-// of room, leaves a file whose header still says 0xFFFFFFFF bytes or more
-// than the file holds: libsndfile reads it all the same, so only the header
-// tells.
-QString wavHeaderProblem(const QString& path);
-
-// The frames a sound file holds by its header; -1 when it cannot be read.
-qint64 audioFrames(const QString& path);
-
-// Why writing into `folder` may have failed, in words, when it is full:
-// "The disk is full: /home/a/Documents/Tanselo has 0 MB free."; empty otherwise.
-QString fullDiskReason(const QString& folder, const QString& toolOutput = {});
-
-// The alert of a run that exited with an error and left its output behind:
-// the operation, the tool, the file and the reason.
-QString failedWriteMessage(const QString& operation, const ToolRun& run, const QString& output);
-
 // The share of `expectedBytes` that `writtenBytes` is, held below 100 while the
 // run goes on (the estimate may fall short); -1 when nothing is expected.
 int progressPercent(qint64 writtenBytes, qint64 expectedBytes);

@@ -1,5 +1,6 @@
 #include "WorkFolder.h"
 
+#include "plans/AudioChecks.h"
 #include "plans/Plan.h"
 #include "tools/Duration.h"
 #include "tools/WorkingFormat.h"

@@ -8,6 +8,7 @@
 #include "document/ImportPlans.h"
 #include "document/Waveform.h"
 #include "names/Names.h"
+#include "plans/AudioChecks.h"
 #include "session/CommandLine.h"
 #include "text/FileSize.h"
 #include "timeline/View_Audio_Wave.h"

@@ -6,6 +6,7 @@
 #include "document/ImportPlans.h"
 #include "document/TrackWindow.h"
 #include "names/Names.h"
+#include "plans/AudioChecks.h"
 #include "session/Session.h"
 #include "session/WorkFolder.h"
 #include "track/Track.h"

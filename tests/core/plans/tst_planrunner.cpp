@@ -1,3 +1,4 @@
+#include "plans/AudioChecks.h"
 #include "plans/PlanRunner.h"
 #include "support/Fixtures.h"
 

@@ -1,6 +1,7 @@
 #include "application/AppDelegate.h"
 #include "document/Document.h"
 #include "document/WaveformPlot.h"
+#include "plans/AudioChecks.h"
 #include "plans/Plan.h"
 #include "plans/PlanRunner.h"
 #include "session/WorkFolder.h"
