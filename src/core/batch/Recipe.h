@@ -1,7 +1,7 @@
 #pragma once
 
 #include "document/ExportPlans.h"
-#include "history/Replay.h"
+#include "operations/Replay.h"
 
 #include <QByteArray>
 #include <QList>

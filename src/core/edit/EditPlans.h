@@ -1,7 +1,7 @@
 #pragma once
 
-#include "history/Replay.h"
 #include "names/Names.h"
+#include "operations/Replay.h"
 #include "plans/Plan.h"
 #include "timeline/TimeStrings.h"
 

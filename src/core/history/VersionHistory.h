@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Replay.h"
+#include "operations/Replay.h"
 
 #include <QDateTime>
 #include <QList>

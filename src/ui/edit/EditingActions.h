@@ -1,6 +1,6 @@
 #pragma once
 
-#include "edit/Places.h"
+#include "operations/Places.h"
 
 #include <QObject>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "edit/Places.h"
-#include "effects/EffectParameters.h"
+#include "EffectValues.h"
+#include "Places.h"
 
 #include <QString>
 #include <optional>
