@@ -1,7 +1,7 @@
 #pragma once
 
 #include "batch/BatchRun.h"
-#include "document/ExportLists.h"
+#include "widgets/ExportLists.h"
 
 #include <QDialog>
 #include <QPointer>

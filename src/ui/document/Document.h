@@ -3,7 +3,7 @@
 #include "ExportActions.h"
 #include "Opening.h"
 #include "SplitActions.h"
-#include "TrackWindow.h"
+#include "actions/TrackWindow.h"
 #include "batch/BatchActions.h"
 #include "batch/Recipe.h"
 #include "document/SplitPlans.h"

@@ -1,7 +1,7 @@
 #include "ExportActions.h"
 
-#include "TrackWindow.h"
 #include "Window_AF_WAV.h"
+#include "actions/TrackWindow.h"
 #include "session/Session.h"
 #include "track/Track.h"
 

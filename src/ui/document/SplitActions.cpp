@@ -1,7 +1,7 @@
 #include "SplitActions.h"
 
-#include "TrackWindow.h"
 #include "Window_Split_Silence.h"
+#include "actions/TrackWindow.h"
 #include "session/Session.h"
 #include "track/Track.h"
 

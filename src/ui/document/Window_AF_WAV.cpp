@@ -1,10 +1,10 @@
 #include "Window_AF_WAV.h"
 
-#include "ExportLists.h"
 #include "document/Waveform.h"
 #include "session/Session.h"
 #include "widgets/Alerts.h"
 #include "widgets/DialogRows.h"
+#include "widgets/ExportLists.h"
 
 #include <QComboBox>
 #include <QDesktopServices>

@@ -2,7 +2,7 @@
 
 #include "Window_Silence_Insert.h"
 #include "Window_Silence_Trim.h"
-#include "document/TrackWindow.h"
+#include "actions/TrackWindow.h"
 #include "session/Session.h"
 #include "session/WorkFolder.h"
 #include "track/Track.h"

@@ -1,7 +1,7 @@
 #include "EffectActions.h"
 
 #include "EffectDialogs.h"
-#include "document/TrackWindow.h"
+#include "actions/TrackWindow.h"
 #include "widgets/Alerts.h"
 
 #include <QMenu>
