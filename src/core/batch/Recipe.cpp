@@ -221,6 +221,15 @@ QByteArray recipeJson(const Recipe& recipe) {
     return QJsonDocument(root).toJson(QJsonDocument::Indented);
 }
 
+QString recipeFileProblem(const QString& path, const QString& workFolder) {
+    if (!exporting::isInsideFolder(path, workFolder))
+        return {};
+    return QStringLiteral("\"%1\" is inside Tanselo's work folder, %2, which holds the files of the open "
+                          "tracks and is emptied every time Tanselo starts: saving there could destroy a "
+                          "track and the file would be lost. Choose another folder.")
+        .arg(path, workFolder);
+}
+
 std::optional<Recipe> recipeFromJson(const QByteArray& json, QString* error) {
     QJsonParseError parsing;
     const QJsonDocument document = QJsonDocument::fromJson(json, &parsing);

@@ -41,6 +41,12 @@ QString exportExtension(const Recipe& recipe);
 QByteArray recipeJson(const Recipe& recipe);
 std::optional<Recipe> recipeFromJson(const QByteArray& json, QString* error);
 
+// Why a recipe or a script may not be saved at `path`, in words; empty when
+// it may. The work folder holds every track's versions, the copied audio and
+// the silence track, and is emptied at every start: a file saved there could
+// replace one of them, and would itself be gone the next time.
+QString recipeFileProblem(const QString& path, const QString& workFolder);
+
 // Where each input's export goes: its base name with `extension` inside
 // `folder`, or "name (2).ext", "name (3).ext", … when the name is taken by an
 // existing file (an input among them), or by an earlier input of the list.

@@ -34,5 +34,5 @@ void BatchActions::processFilesWithRecipe() {
 }
 
 void BatchActions::saveRecipeAsScript() {
-    saveRecipeScript(m_window, recipe());
+    saveRecipeScript(m_window, recipe(), m_session.s_Output_Folder);
 }

@@ -39,7 +39,11 @@ QListWidget* list(QWidget* owner, const char* name) {
     return l;
 }
 
-bool writeFile(QWidget* parent, const QString& path, const QByteArray& content) {
+bool writeFile(QWidget* parent, const QString& path, const QString& workFolder, const QByteArray& content) {
+    if (const QString problem = recipeFileProblem(path, workFolder); !problem.isEmpty()) {
+        showErrorAlert(parent, problem);
+        return false;
+    }
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit())
         return true;
@@ -129,7 +133,8 @@ BatchDialog::BatchDialog(PlanRunner& runner, const QString& workFolder, const Re
     connect(btnChooseFolder, &QPushButton::clicked, this, &BatchDialog::chooseFolder);
     connect(btnLoadRecipe, &QPushButton::clicked, this, &BatchDialog::loadRecipe);
     connect(btnSaveRecipe, &QPushButton::clicked, this, &BatchDialog::saveRecipe);
-    connect(btnSaveScript, &QPushButton::clicked, this, [this] { saveRecipeScript(this, this->recipe()); });
+    connect(btnSaveScript, &QPushButton::clicked, this,
+            [this] { saveRecipeScript(this, this->recipe(), m_workFolder); });
     connect(btnClose, &QPushButton::clicked, this, &QDialog::reject);
     connect(btnProcess, &QPushButton::clicked, this, &BatchDialog::process);
     setRecipe(recipe);
@@ -233,7 +238,7 @@ void BatchDialog::saveRecipe() {
         return;
     if (QFileInfo(path).suffix().isEmpty())
         path += QStringLiteral(".json");
-    writeFile(this, path, recipeJson(recipe()));
+    writeFile(this, path, m_workFolder, recipeJson(recipe()));
 }
 
 void BatchDialog::process() {
@@ -351,7 +356,7 @@ void BatchProgressDialog::reject() {
     QDialog::reject();
 }
 
-bool saveRecipeScript(QWidget* parent, const Recipe& recipe) {
+bool saveRecipeScript(QWidget* parent, const Recipe& recipe, const QString& workFolder) {
     const QString problem =
         buildRecipePlan(recipe, QStringLiteral("in.wav"), QStringLiteral("work"), QStringLiteral("out"))
             .problem;
@@ -366,7 +371,7 @@ bool saveRecipeScript(QWidget* parent, const Recipe& recipe) {
         return false;
     if (QFileInfo(path).suffix().isEmpty())
         path += QStringLiteral(".sh");
-    if (!writeFile(parent, path, recipeScript(recipe).toUtf8()))
+    if (!writeFile(parent, path, workFolder, recipeScript(recipe).toUtf8()))
         return false;
     QFile::setPermissions(path,
                           QFile::permissions(path) | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther);

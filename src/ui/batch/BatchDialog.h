@@ -84,5 +84,6 @@ private:
 };
 
 // Asks where, then writes the recipe as a shell script (the export setting's
-// arguments must exist); false when nothing was written.
-bool saveRecipeScript(QWidget* parent, const Recipe& recipe);
+// arguments must exist), never into the work folder; false when nothing was
+// written.
+bool saveRecipeScript(QWidget* parent, const Recipe& recipe, const QString& workFolder);

@@ -286,6 +286,35 @@ private slots:
                     ->actions()
                     .contains(d->batchActions().actionSaveRecipeScript));
     }
+
+    void noRecipeOrScriptIsSavedOverAFileOfTheWorkFolder() {
+        Document* d = gui::openInNewWindow(*m_app, m_source);
+        QVERIFY(d);
+        QVERIFY(apply(d, "Normalize"));
+        const QString silence = m_app->session().sSilenceWavPath;
+        const QString version = d->track().s_WAV_File_Path;
+        const QByteArray silenceBefore = fixtures::digest(silence);
+        const QByteArray versionBefore = fixtures::digest(version);
+        const auto refused = [&](const QString& path, const std::function<void()>& save) {
+            gui::answerFileDialog(path);
+            const auto alert = gui::answerAlert();
+            save();
+            QVERIFY(alert->shown);
+            QVERIFY2(alert->informativeText.startsWith("\"" + path + "\" is inside Tanselo's work folder, " +
+                                                       m_app->session().s_Output_Folder),
+                     qPrintable(alert->informativeText));
+        };
+        refused(silence, [&] { d->batchActions().actionSaveRecipeScript->trigger(); });
+        refused(version, [&] { d->batchActions().actionSaveRecipeScript->trigger(); });
+        BatchDialog* dialog = batchAfter({"Normalize"});
+        QVERIFY(dialog);
+        refused(silence, [&] { QTest::mouseClick(dialog->btnSaveRecipe, Qt::LeftButton); });
+        refused(m_app->session().s_Output_Folder + "/recipe.sh",
+                [&] { QTest::mouseClick(dialog->btnSaveScript, Qt::LeftButton); });
+        QCOMPARE(fixtures::digest(silence), silenceBefore);
+        QCOMPARE(fixtures::digest(version), versionBefore);
+        QVERIFY(!QFile::exists(m_app->session().s_Output_Folder + "/recipe.sh"));
+    }
 };
 
 QTEST_MAIN(TestBatch)
