@@ -401,6 +401,36 @@ void compareBatchWithTheScript(const QString& folder) {
     printSideBySide("ten files", {median(editor), median(shell)});
 }
 
+// The overview and the peak summaries of a 1-hour WAV beside sox and cat,
+// and the memory reading them takes.
+void measureWaveform(const QString& self, const QString& hour) {
+    timeCommand("cat", {hour}); // warm the page cache for every contender alike
+
+    std::vector<double> points, sox, cat;
+    for (int i = 0; i < 3; ++i) {
+        points.push_back(timeReduction(hour));
+        sox.push_back(timeCommand("sox", {hour, "-n", "stat"}));
+        cat.push_back(timeCommand("sh", {"-c", "cat \"$0\" > /dev/null", hour}));
+    }
+    const double p = median(points), s = median(sox), c = median(cat);
+    std::printf("\n1024 waveform points and the peak summaries of a 1-hour WAV, in one pass (median of 3)\n");
+    std::printf("  points and peaks  %8.1f ms\n", p);
+    std::printf("  sox FILE -n stat  %8.1f ms   points/sox = %.3f (target <= 0.200)\n", s, p / s);
+    std::printf("  cat FILE          %8.1f ms   points/cat = %.2f  (target <= 1.10)\n", c, p / c);
+    const Waveform w = reduceWaveform(hour);
+    std::printf("  peak summaries: %.2f MB for %d channels (target <= 16 MB)\n",
+                double(w.peaks.bytes()) / (1024 * 1024), w.peaks.channelCount());
+
+    QProcess child;
+    child.start(self, {"--reduce", hour});
+    child.waitForFinished(-1);
+    const QList<QByteArray> kb = child.readAll().trimmed().split(' ');
+    if (kb.size() == 2)
+        std::printf(
+            "  peak memory: %.1f MB for the whole process (%.1f MB before reading; target < 100 MB)\n",
+            kb[1].toDouble() / 1024, kb[0].toDouble() / 1024);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -428,32 +458,15 @@ int main(int argc, char** argv) {
         compareJoinWithAShell(dir.path());
         return 0;
     }
+    if (argc == 2 && QByteArray(argv[1]) == "--waveform") {
+        measureWaveform(self, hour);
+        return 0;
+    }
     if (argc == 2 && QByteArray(argv[1]) == "--cancel") {
         measureCancel(dir.path(), hour);
         return 0;
     }
-    timeCommand("cat", {hour}); // warm the page cache for every contender alike
-
-    std::vector<double> points, sox, cat;
-    for (int i = 0; i < 3; ++i) {
-        points.push_back(timeReduction(hour));
-        sox.push_back(timeCommand("sox", {hour, "-n", "stat"}));
-        cat.push_back(timeCommand("sh", {"-c", "cat \"$0\" > /dev/null", hour}));
-    }
-    const double p = median(points), s = median(sox), c = median(cat);
-    std::printf("\n1024 waveform points of a 1-hour WAV (median of 3)\n");
-    std::printf("  waveform points   %8.1f ms\n", p);
-    std::printf("  sox FILE -n stat  %8.1f ms   points/sox = %.3f (target <= 0.200)\n", s, p / s);
-    std::printf("  cat FILE          %8.1f ms   points/cat = %.2f  (target <= 3.00)\n", c, p / c);
-
-    QProcess child;
-    child.start(self, {"--reduce", hour});
-    child.waitForFinished(-1);
-    const QList<QByteArray> kb = child.readAll().trimmed().split(' ');
-    if (kb.size() == 2)
-        std::printf(
-            "  peak memory: %.1f MB for the whole process (%.1f MB before reading; target < 100 MB)\n",
-            kb[1].toDouble() / 1024, kb[0].toDouble() / 1024);
+    measureWaveform(self, hour);
 
     std::vector<double> startUps;
     for (int i = 0; i < 5; ++i)

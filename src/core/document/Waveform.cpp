@@ -38,22 +38,48 @@ void raisePeaks(const short* sample, sf_count_t frames, int channels, std::vecto
     }
 }
 
-// Reduces points [first, last) of an open file into `out`, reading only their frames.
-void reducePoints(SNDFILE* file, const SF_INFO& info, int points, int first, int last,
-                  std::vector<std::vector<float>>& out) {
+// Where the frames of one reading go: the point of the overview and the
+// value of the summary's fine level they belong to.
+struct Reduction {
+    std::vector<std::vector<float>>& points;
+    std::vector<std::vector<quint16>>& fine;
+    // A half that begins inside a fine value keeps that value's peaks here, to
+    // be merged with the other half's once both are done.
+    std::vector<int> leadingFine;
+};
+
+// Reduces points [first, last) of an open file, reading only their frames.
+// Each stretch between a point's boundary and a fine value's is folded into
+// both, so the file's samples are looked at once.
+void reducePoints(SNDFILE* file, const SF_INFO& info, int points, int first, int last, Reduction& out) {
     const int channels = info.channels;
+    constexpr sf_count_t FineFrames = PeakSummary::FineFrames;
     auto pointStart = [&](int b) { return sf_count_t(b) * info.frames / points; };
-    std::vector<int> peaks(std::size_t(channels), 0);
+    std::vector<int> pointPeaks(std::size_t(channels), 0), finePeaks(pointPeaks), stretch(pointPeaks);
     int point = first;
     sf_count_t frame = pointStart(first); // index of the next frame to take
     sf_count_t end = pointStart(first + 1);
+    sf_count_t fine = frame / FineFrames;
+    sf_count_t fineEnd = (fine + 1) * FineFrames;
+    bool leading = frame % FineFrames != 0;
     auto closePoint = [&] {
         for (int c = 0; c < channels; ++c) {
-            out[std::size_t(c)][std::size_t(point)] = float(peaks[std::size_t(c)]) / FullScale;
-            peaks[std::size_t(c)] = 0;
+            out.points[std::size_t(c)][std::size_t(point)] = float(pointPeaks[std::size_t(c)]) / FullScale;
+            pointPeaks[std::size_t(c)] = 0;
         }
         ++point;
         end = pointStart(point + 1);
+    };
+    auto closeFine = [&] {
+        if (leading)
+            out.leadingFine = finePeaks;
+        else
+            for (int c = 0; c < channels; ++c)
+                out.fine[std::size_t(c)][std::size_t(fine)] = quint16(finePeaks[std::size_t(c)]);
+        std::fill(finePeaks.begin(), finePeaks.end(), 0);
+        leading = false;
+        ++fine;
+        fineEnd += FineFrames;
     };
     if (sf_seek(file, frame, SEEK_SET) < 0)
         return;
@@ -67,8 +93,15 @@ void reducePoints(SNDFILE* file, const SF_INFO& info, int points, int first, int
         for (sf_count_t remaining = got; remaining > 0;) {
             while (frame >= end)
                 closePoint();
-            const sf_count_t take = std::min(remaining, end - frame);
-            raisePeaks(sample, take, channels, peaks);
+            if (frame >= fineEnd)
+                closeFine();
+            const sf_count_t take = std::min({remaining, end - frame, fineEnd - frame});
+            std::fill(stretch.begin(), stretch.end(), 0);
+            raisePeaks(sample, take, channels, stretch);
+            for (int c = 0; c < channels; ++c) {
+                pointPeaks[std::size_t(c)] = std::max(pointPeaks[std::size_t(c)], stretch[std::size_t(c)]);
+                finePeaks[std::size_t(c)] = std::max(finePeaks[std::size_t(c)], stretch[std::size_t(c)]);
+            }
             sample += take * channels;
             remaining -= take;
             frame += take;
@@ -76,6 +109,8 @@ void reducePoints(SNDFILE* file, const SF_INFO& info, int points, int first, int
     }
     while (point < last)
         closePoint();
+    if (frame > fine * FineFrames) // the fine value this half ends inside
+        closeFine();
 }
 } // namespace
 
@@ -90,20 +125,30 @@ Waveform reduceWaveform(const QString& path, int points) {
     waveform.frames = info.frames;
     waveform.sampleRate = info.samplerate;
     waveform.channels.assign(std::size_t(info.channels), std::vector<float>(std::size_t(points), 0.0f));
+    PeakSummary& peaks = waveform.peaks;
+    peaks.frames = info.frames;
+    const auto fineCount = std::size_t((info.frames + PeakSummary::FineFrames - 1) / PeakSummary::FineFrames);
+    peaks.fine.assign(std::size_t(info.channels), std::vector<quint16>(fineCount, 0));
 
     // A long file is read in two halves at once, each through its own handle.
     const bool split = info.seekable && info.frames >= (sf_count_t(1) << 20) && points >= 2;
     SF_INFO secondInfo{};
     SndfileHandle second(split ? sf_open(name.constData(), SFM_READ, &secondInfo) : nullptr);
+    Reduction firstHalf{waveform.channels, peaks.fine, {}};
     if (!second) {
-        reducePoints(file.get(), info, points, 0, points, waveform.channels);
+        reducePoints(file.get(), info, points, 0, points, firstHalf);
     } else {
         const int middle = points / 2;
-        std::thread secondHalf(
-            [&] { reducePoints(second.get(), info, points, middle, points, waveform.channels); });
-        reducePoints(file.get(), info, points, 0, middle, waveform.channels);
-        secondHalf.join();
+        Reduction secondHalf{waveform.channels, peaks.fine, {}};
+        std::thread reader([&] { reducePoints(second.get(), info, points, middle, points, secondHalf); });
+        reducePoints(file.get(), info, points, 0, middle, firstHalf);
+        reader.join();
+        // The fine value both halves read part of.
+        const auto shared = std::size_t(sf_count_t(middle) * info.frames / points / PeakSummary::FineFrames);
+        for (std::size_t c = 0; c < secondHalf.leadingFine.size(); ++c)
+            peaks.fine[c][shared] = std::max(peaks.fine[c][shared], quint16(secondHalf.leadingFine[c]));
     }
+    fillCoarseLevel(peaks);
     waveform.ok = true;
     return waveform;
 }

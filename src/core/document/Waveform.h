@@ -1,5 +1,7 @@
 #pragma once
 
+#include "PeakSummary.h"
+
 #include <QString>
 #include <vector>
 
@@ -9,10 +11,12 @@ struct Waveform {
     std::vector<std::vector<float>> channels;
     qint64 frames = 0;
     int sampleRate = 0;
-    bool ok = false; // false when the file could not be opened as audio
+    bool ok = false;   // false when the file could not be opened as audio
+    PeakSummary peaks; // the detail for zoomed views, gathered in the same pass
 };
 
-// Streams the file in blocks, so memory stays constant whatever its length.
+// Streams the file in blocks, so memory stays constant whatever its length
+// (but for the summary of peaks, a few MB an hour).
 // Blocks the calling thread: the document calls it on a worker thread.
 Waveform reduceWaveform(const QString& path, int points = 1024);
 
