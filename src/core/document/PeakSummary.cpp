@@ -1,8 +1,6 @@
 #include "PeakSummary.h"
 
-#include <QFile>
 #include <algorithm>
-#include <sndfile.h>
 
 namespace {
 constexpr float FullScale = 32768.0f;
@@ -65,27 +63,6 @@ FrameSpan columnSpan(qint64 x, qint64 contentWidth, qint64 frames, PeakLevel lev
     const qint64 g = granularity(level);
     const qint64 end = x + 1 >= contentWidth ? frames : even.end / g * g;
     return {even.first / g * g, std::min(frames, end)};
-}
-
-SampleStretch readSampleStretch(const QString& path, qint64 first, qint64 count) {
-    SampleStretch stretch;
-    SF_INFO info{};
-    SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
-    if (!file)
-        return stretch;
-    first = std::clamp<qint64>(first, 0, info.frames);
-    count = std::clamp<qint64>(count, 0, info.frames - first);
-    stretch.firstFrame = first;
-    stretch.channels = info.channels;
-    stretch.samples.resize(std::size_t(count * info.channels));
-    if (sf_seek(file, first, SEEK_SET) >= 0) {
-        const sf_count_t got = sf_readf_short(file, stretch.samples.data(), count);
-        stretch.samples.resize(std::size_t(std::max<sf_count_t>(got, 0) * info.channels));
-    } else {
-        stretch.samples.clear();
-    }
-    sf_close(file);
-    return stretch;
 }
 
 std::vector<std::vector<float>> columnPeaks(const PeakSummary& summary, const SampleStretch* samples,

@@ -7,7 +7,6 @@
 // Where a pixel holds fewer frames than the finer level, the samples
 // themselves are read, for the visible stretch only.
 
-#include <QString>
 #include <QtGlobal>
 #include <vector>
 
@@ -53,10 +52,6 @@ struct SampleStretch {
         return first >= firstFrame && end <= firstFrame + frameCount();
     }
 };
-// Reads frames [first, first + count) of an audio file; blocks the calling
-// thread (the plot calls it on a worker thread). Empty when it cannot be read.
-SampleStretch readSampleStretch(const QString& path, qint64 first, qint64 count);
-
 // The peak level (0..1) of each channel in columns [firstColumn,
 // firstColumn + columns) of a drawing `contentWidth` columns wide: from the
 // summary's level for those columns, or, when that is the samples, from

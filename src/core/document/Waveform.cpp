@@ -153,6 +153,26 @@ Waveform reduceWaveform(const QString& path, int points) {
     return waveform;
 }
 
+SampleStretch readSampleStretch(const QString& path, qint64 first, qint64 count) {
+    SampleStretch stretch;
+    SF_INFO info{};
+    const SndfileHandle file(sf_open(QFile::encodeName(path).constData(), SFM_READ, &info));
+    if (!file)
+        return stretch;
+    first = std::clamp<qint64>(first, 0, info.frames);
+    count = std::clamp<qint64>(count, 0, info.frames - first);
+    stretch.firstFrame = first;
+    stretch.channels = info.channels;
+    stretch.samples.resize(std::size_t(count * info.channels));
+    if (sf_seek(file.get(), first, SEEK_SET) >= 0) {
+        const sf_count_t got = sf_readf_short(file.get(), stretch.samples.data(), count);
+        stretch.samples.resize(std::size_t(std::max<sf_count_t>(got, 0) * info.channels));
+    } else {
+        stretch.samples.clear();
+    }
+    return stretch;
+}
+
 double audioSeconds(const QString& path) {
     SF_INFO info{};
     const SndfileHandle file(sf_open(QFile::encodeName(path).constData(), SFM_READ, &info));

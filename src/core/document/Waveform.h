@@ -20,5 +20,9 @@ struct Waveform {
 // Blocks the calling thread: the document calls it on a worker thread.
 Waveform reduceWaveform(const QString& path, int points = 1024);
 
+// Reads frames [first, first + count) of an audio file; blocks the calling
+// thread (the plot calls it on a worker thread). Empty when it cannot be read.
+SampleStretch readSampleStretch(const QString& path, qint64 first, qint64 count);
+
 // The exact length of an audio file from its header; 0 when it cannot be read.
 double audioSeconds(const QString& path);
