@@ -110,8 +110,12 @@ EditPlan buildNoiseReductionPlan(const EditState& s, const ResultNames& names, f
                   segmentArguments(s.track, s.seg.sStartSelection, s.seg.sDurationSelection, sample)},
         step::Run{Tool::Sox, {sample, "-n", "noiseprof", profile}},
         step::DeleteFile{result},
-        step::Run{Tool::Sox,
-                  {s.track, result, "noisered", profile, QString::asprintf("%.02f", double(level))}},
+        // The result may bear the track's own name (an edit of the same second
+        // made it); the run then reads the track from where it was set aside.
+        step::Run{
+            .tool = Tool::Sox,
+            .arguments = {s.track, result, "noisered", profile, QString::asprintf("%.02f", double(level))},
+            .writes = result},
         step::RequireFile{result,
                           QStringLiteral("The noise could not be removed. Select a stretch that holds "
                                          "noise only, then try again.")},

@@ -54,6 +54,13 @@ bool looksLikePath(const QString& text) {
     return text.startsWith(u'/');
 }
 
+QString lastPathOf(const QStringList& arguments) {
+    for (auto argument = arguments.crbegin(); argument != arguments.crend(); ++argument)
+        if (looksLikePath(*argument))
+            return *argument;
+    return {};
+}
+
 // Files named stem + digits + ".wav" beside the stem.
 QStringList numberedFiles(const QString& stem) {
     const QFileInfo info(stem);
@@ -79,6 +86,10 @@ void namedByRun(const step::Run& r, QStringList& named, QStringList& numberedSte
     }
 }
 } // namespace
+
+QString step::outputOf(const step::Run& run) {
+    return run.writes.isEmpty() ? lastPathOf(run.arguments) : run.writes;
+}
 
 namespace {
 QStringList namedBy(const Plan& plan, QStringList& numberedStems) {
@@ -121,13 +132,6 @@ void deleteWrittenFiles(const NewFiles& files) {
 }
 
 namespace {
-// The last path a run names is what it writes.
-QString outputOf(const QStringList& arguments) {
-    for (auto argument = arguments.crbegin(); argument != arguments.crend(); ++argument)
-        if (looksLikePath(*argument))
-            return *argument;
-    return {};
-}
 
 // How a plan names itself in an alert: as its result check does.
 QString operationOf(const Plan& plan) {
@@ -230,16 +234,13 @@ void SetAside::replace(const QString& path) {
     m_pendingReads.insert(path, aside);
 }
 
-QStringList SetAside::arguments(QStringList arguments) {
+QStringList SetAside::arguments(QStringList arguments, const QString& output) {
     // A set-aside file that a run has written again is read from its new self.
     m_pendingReads.removeIf(
         [](QHash<QString, QString>::iterator entry) { return QFileInfo::exists(entry.key()); });
-    qsizetype output = -1; // the last path a run names is what it writes
+    const qsizetype written = output.isEmpty() ? -1 : arguments.lastIndexOf(output);
     for (qsizetype i = 0; i < arguments.size(); ++i)
-        if (looksLikePath(arguments[i]))
-            output = i;
-    for (qsizetype i = 0; i < arguments.size(); ++i)
-        if (i != output)
+        if (i != written)
             arguments[i] = m_pendingReads.value(arguments[i], arguments[i]);
     return arguments;
 }
@@ -268,22 +269,24 @@ PlanOutcome executePlan(const Plan& plan, const ToolPaths& tools, const PlanProg
     // Runs one tool; false when it did not end normally, which ends the plan.
     const QString operation = operationOf(plan);
     QHash<QString, ReadInstead> readBy; // by the file a run wrote
-    auto run = [&](Tool tool, const QStringList& arguments, const QString& growing = {}, qint64 expected = 0,
-                   bool judgedLater = false) -> bool {
+    auto run = [&](const step::Run& r) -> bool {
+        const Tool tool = r.tool;
+        const QStringList& arguments = r.arguments;
         const int index = int(outcome.runs.size());
         if (progress)
             progress(index, count, toolName(tool), -1);
         RunControl control;
-        if (progress && expected > 0)
+        if (progress && r.expectedBytes > 0)
             control.tick = [&] {
-                progress(index, count, toolName(tool), progressPercent(QFileInfo(growing).size(), expected));
+                progress(index, count, toolName(tool),
+                         progressPercent(QFileInfo(r.growingFile).size(), r.expectedBytes));
             };
         control.cancel = cancel;
         control.processId = processId;
         control.preload = tools.signalGuard;
-        const QString output = outputOf(arguments);
+        const QString output = outputOf(r);
         const bool outputWasThere = QFileInfo::exists(output);
-        const QStringList actual = replaced.arguments(arguments);
+        const QStringList actual = replaced.arguments(arguments, output);
         ReadInstead& read = readBy[output];
         read.clear();
         for (qsizetype i = 0; i < arguments.size(); ++i)
@@ -296,7 +299,7 @@ PlanOutcome executePlan(const Plan& plan, const ToolPaths& tools, const PlanProg
         // file, or leaves a WAV whose header disagrees with its size (sox ends
         // normally on a full disk), has stopped partway: that file is not to be
         // taken for a result, and the reason is told now.
-        if (last.end == RunEnd::Exited && !judgedLater && !output.isEmpty() && !outputWasThere &&
+        if (last.end == RunEnd::Exited && !r.judgedLater && !output.isEmpty() && !outputWasThere &&
             QFileInfo::exists(output)) {
             // (What is no audio at all is left to the step that requires audio.)
             const QString problem = last.exitCode != 0        ? failedWriteMessage(operation, last, output)
@@ -333,9 +336,7 @@ PlanOutcome executePlan(const Plan& plan, const ToolPaths& tools, const PlanProg
                            replaced.replace(d.path);
                            return true;
                        },
-                       [&](const step::Run& r) {
-                           return run(r.tool, r.arguments, r.growingFile, r.expectedBytes, r.judgedLater);
-                       },
+                       [&](const step::Run& r) { return run(r); },
                        [&](const step::RequireFile& r) { return QFileInfo::exists(r.path) || fail(r.alert); },
                        [&](const step::RequireAudio& r) {
                            QString problem;
@@ -362,7 +363,7 @@ PlanOutcome executePlan(const Plan& plan, const ToolPaths& tools, const PlanProg
                                    outcome.seconds = seconds;
                                    return true;
                                }
-                           if (!run(Tool::FFmpeg, probeArguments(p.path)))
+                           if (!run(step::Run{Tool::FFmpeg, probeArguments(p.path)}))
                                return false;
                            outcome.seconds = secondsFromProbeOutput(outcome.runs.last().output);
                            return true;

@@ -32,7 +32,13 @@ struct Run { // one run of a tool with exactly these arguments
     // A run that exits with an error but leaves its output behind ends the
     // plan, unless a later Check step judges it (an export, in its own words).
     bool judgedLater = false;
+    // The file the run writes, where that is not the last path it names (sox's
+    // "noisered" names its profile after its output). Where it names this file
+    // more than once, the last of them is the output and the others are read.
+    QString writes = {};
 };
+// The file a run writes: `writes`, or else the last path it names.
+QString outputOf(const step::Run& run);
 struct RequireFile { // end the plan with an alert unless the file exists
     QString path;
     QString alert;
@@ -109,14 +115,15 @@ int progressPercent(qint64 writtenBytes, qint64 expectedBytes);
 // by the second, so an operation of the same second as the one before it
 // replaces that one's file, and that file may be the very one it reads (the
 // current version, or the copied audio). Until the plan writes such a file
-// again, a run that names it anywhere but as its output (the last path it
-// names) reads the old file from where it was set aside. A plan that succeeds deletes what it set aside; one
-// that fails puts back every file that was there before it began, so it
-// leaves the work folder, and every document's files, as they were.
+// again, a run that names it anywhere but as its output reads the old file from where it was set aside. A
+// plan that succeeds deletes what it set aside; one that fails puts back every file that was there before it
+// began, so it leaves the work folder, and every document's files, as they were.
 class SetAside {
 public:
     void replace(const QString& path); // the plan deletes `path`
-    QStringList arguments(QStringList arguments);
+    // A run's arguments with every set-aside file it reads taken from where
+    // it was set aside; its output (the last place it names `output`) stays.
+    QStringList arguments(QStringList arguments, const QString& output);
     void finish(bool restore, const QStringList& madeByThePlan);
 
 private:

@@ -223,6 +223,9 @@ private slots:
                      " else The noise could not be removed. Select a stretch that holds noise only, "
                      "then try again.");
         QCOMPARE(std::get<step::DeleteFile>(e.plan.steps.front()).path, QString("/w/noise.prof"));
+        // noisered names its profile after its output.
+        QCOMPARE(outputOf(std::get<step::Run>(e.plan.steps[4])), r);
+        QCOMPARE(outputOf(std::get<step::Run>(e.plan.steps[2])), QString("/w/noise.prof"));
         QCOMPARE(e.result, r);
         QCOMPARE(e.deleteAfterAdopting, QStringList({sample, "/w/noise.prof"}));
         QCOMPARE(e.label, QString("Noise reduction"));

@@ -1,3 +1,4 @@
+#include "effects/EffectCatalogue.h"
 #include "plans/AudioChecks.h"
 #include "plans/PlanRunner.h"
 #include "support/Fixtures.h"
@@ -322,6 +323,36 @@ private slots:
         writeFile(folder + "/out.wav", "written by this plan");
         deleteWrittenFiles(files);
         QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList({"track.wav", "track_PART_001.wav"}));
+    }
+
+    void aRunThatNamesAFileAfterItsOutputStillWritesItsOutput() {
+        // Noise reduction of the same second as the edit that made its track:
+        // the result bears the track's name, and sox names the noise profile
+        // after the output. The track is read from where it was set aside and
+        // the result written under its name; the old file is not written into.
+        const QString folder = m_dir.filePath("same-second-noise");
+        QDir().mkpath(folder);
+        const ResultNames names(folder, QDateTime(QDate(2024, 3, 5), QTime(14, 7, 59)));
+        const QString track = names.path();
+        QCOMPARE(fixtures::run("sox", {"-n", "-r", "44100", "-c", "2", "-b", "16", track, "synth", "3",
+                                       "whitenoise", "vol", "0.1"}),
+                 0);
+        const double before = fixtures::rms(track, 0, 3);
+        const EditState s{folder, track, {},        calculateSegmentVariables({3, 0, 100.0f / 3, 0, 3}),
+                          3,      0,     100.0f / 3};
+        const EditPlan edit = buildNoiseReductionPlan(s, names, 0.21f);
+        QCOMPARE(edit.result, track);
+        const PlanOutcome outcome = executePlan(edit.plan, realTools());
+        QVERIFY2(outcome.ok, qPrintable(outcome.alert));
+        const fixtures::WavInfo result = fixtures::wavInfo(track);
+        QVERIFY(result.isWorkingWav());
+        // noisered ends a few windows early (some 1,100 frames here).
+        QVERIFY2(result.seconds() > 2.95 && result.seconds() <= 3,
+                 qPrintable(QString::number(result.seconds())));
+        QCOMPARE(outcome.seconds.value_or(-1), qint64(result.seconds()));
+        QVERIFY2(fixtures::rms(track, 0, 3) < before / 4,
+                 qPrintable(QString("%1 against %2").arg(fixtures::rms(track, 0, 3)).arg(before)));
+        QVERIFY(QDir(folder).entryList(QDir::Hidden | QDir::Files).filter("replaced").isEmpty());
     }
 
     void theInterfaceThreadKeepsRunningDuringAFiveSecondSoxRun() {
