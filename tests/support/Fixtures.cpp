@@ -106,6 +106,22 @@ std::vector<short> samples(const QString& path) {
     return all;
 }
 
+bool writeWav(const QString& path, const std::vector<short>& samples, qint64 repeats) {
+    SF_INFO info{};
+    info.samplerate = 44100;
+    info.channels = 2;
+    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
+    SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_WRITE, &info);
+    if (!file)
+        return false;
+    const sf_count_t frames = sf_count_t(samples.size() / 2);
+    bool written = true;
+    for (qint64 i = 0; i < repeats && written; ++i)
+        written = sf_writef_short(file, samples.data(), frames) == frames;
+    sf_close(file);
+    return written;
+}
+
 double decibels(double a, double b) {
     return 20.0 * std::log10(a / b);
 }

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QtGlobal>
 #include <vector>
 
 struct Plan;
@@ -46,6 +47,10 @@ WavInfo wavInfo(const QString& path);
 
 // Every sample of a file as 16-bit integers, channels interleaved.
 std::vector<short> samples(const QString& path);
+
+// Writes interleaved stereo 16-bit samples at 44,100 Hz as a WAV file,
+// `repeats` times over (a long file in a moment).
+bool writeWav(const QString& path, const std::vector<short>& samples, qint64 repeats = 1);
 
 // How many decibels level a is above level b.
 double decibels(double a, double b);

@@ -12,6 +12,16 @@ struct SndfileCloser {
 };
 using SndfileHandle = std::unique_ptr<SNDFILE, SndfileCloser>;
 
+std::function<void()>& readWatcher() {
+    static std::function<void()> watcher;
+    return watcher;
+}
+
+void tellReadWatcher() {
+    if (const std::function<void()>& watcher = readWatcher())
+        watcher();
+}
+
 constexpr sf_count_t BlockFrames = 1 << 15;
 constexpr float FullScale = 32768.0f;
 
@@ -115,6 +125,7 @@ void reducePoints(SNDFILE* file, const SF_INFO& info, int points, int first, int
 } // namespace
 
 Waveform reduceWaveform(const QString& path, int points) {
+    tellReadWatcher();
     Waveform waveform;
     const QByteArray name = QFile::encodeName(path);
     SF_INFO info{};
@@ -154,6 +165,7 @@ Waveform reduceWaveform(const QString& path, int points) {
 }
 
 SampleStretch readSampleStretch(const QString& path, qint64 first, qint64 count) {
+    tellReadWatcher();
     SampleStretch stretch;
     SF_INFO info{};
     const SndfileHandle file(sf_open(QFile::encodeName(path).constData(), SFM_READ, &info));
@@ -177,4 +189,8 @@ double audioSeconds(const QString& path) {
     SF_INFO info{};
     const SndfileHandle file(sf_open(QFile::encodeName(path).constData(), SFM_READ, &info));
     return file && info.samplerate > 0 ? double(info.frames) / info.samplerate : 0.0;
+}
+
+void setSampleReadWatcher(std::function<void()> watcher) {
+    readWatcher() = std::move(watcher);
 }

@@ -20,27 +20,54 @@ int truncated(float value) {
 QString label(int minutes, int seconds) {
     return QString::asprintf("00:%02d:%02d", minutes, seconds);
 }
+
+// "HH:MM:SS.CC", the segment time strings' form, of the time at x on a ruler
+// W wide: x × duration / W, to the nearest hundredth (the whole-second
+// labels' running sum in single precision would read 9.99 for 10).
+QString hundredthsLabel(double x, double width, qint64 durationSeconds) {
+    const qint64 hundredths = std::llround(x * double(durationSeconds) / width * 100.0);
+    const qint64 s = hundredths / 100;
+    return QString::asprintf("%02lld:%02lld:%02lld.%02lld", s / 3600, s / 60 % 60, s % 60, hundredths % 100);
+}
 } // namespace
 
-std::vector<Mark> marks(double width, bool loaded, qint64 durationSeconds) {
+std::vector<Mark> marks(double width, bool loaded, qint64 durationSeconds, double from, double to) {
     std::vector<Mark> result;
     if (!(width > 0.0))
         return result;
     const float step = loaded ? float(durationSeconds) / float(width / Division) : 3.0f;
+    // The label of division k names t_k, summed step by step in single
+    // precision; the whole-second labels truncate it.
+    const auto seconds = [](float t) {
+        const int m = truncated(t / 60.0f);
+        return std::pair(m, truncated(t - float(m) * 60.0f));
+    };
+    const auto lastDivision = [&](qint64 k) { return Division * double(k) >= width; };
+    bool repeats = false;
+    if (loaded && step > 0.0f) {
+        float t = step;
+        for (qint64 k = 1; !lastDivision(k) && !repeats; ++k, t += step)
+            repeats = seconds(t) == seconds(t + step);
+    }
     float t = 0.0f;
     for (qint64 k = 1;; ++k) {
         const double x = Division * double(k);
-        QString text;
-        if (loaded) {
+        if (loaded)
             t += step;
-            const int m = truncated(t / 60.0f);
-            text = label(m, truncated(t - float(m) * 60.0f));
-        } else {
-            const qint64 n = 3 * k;
-            text = label(int(n / 60), int(n - 60 * (n / 60)));
+        if (x >= from && x - Division <= to) {
+            QString text;
+            if (repeats) {
+                text = hundredthsLabel(x, width, durationSeconds);
+            } else if (loaded) {
+                const auto [m, sec] = seconds(t);
+                text = label(m, sec);
+            } else {
+                const qint64 n = 3 * k;
+                text = label(int(n / 60), int(n - 60 * (n / 60)));
+            }
+            result.push_back({x - Division, x - LabelGap, text});
         }
-        result.push_back({x - Division, x - LabelGap, text});
-        if (x >= width)
+        if (lastDivision(k))
             break;
     }
     return result;

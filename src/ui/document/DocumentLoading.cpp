@@ -269,13 +269,15 @@ void Document::openFileWithFilePathURL(const QString& url) {
     audioPlot->clear();
     const int request = ++m_plotRequest;
     auto* watcher = new QFutureWatcher<Waveform>(this);
-    connect(watcher, &QFutureWatcher<Waveform>::finished, this, [this, watcher, request] {
+    connect(watcher, &QFutureWatcher<Waveform>::finished, this, [this, watcher, request, path] {
         watcher->deleteLater();
         if (request != m_plotRequest) // a newer file has been asked for meanwhile
             return;
-        const Waveform waveform = watcher->result();
-        audioPlot->setPoints(waveform.ok && !waveform.channels.empty() ? waveform.channels.front()
-                                                                       : std::vector<float>());
+        Waveform waveform = watcher->result();
+        const bool ok = waveform.ok && !waveform.channels.empty();
+        audioPlot->setPoints(ok ? waveform.channels.front() : std::vector<float>());
+        if (ok)
+            audioPlot->setSummary(std::make_shared<const PeakSummary>(std::move(waveform.peaks)), path);
         viewAudioPlot->update();
         emit plotUpdated();
     });

@@ -1,11 +1,20 @@
 #include "WaveformPlot.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QtMath>
 #include <algorithm>
 
 WaveformPlot::WaveformPlot(QWidget* parent) : QWidget(parent) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
+    connect(&m_samples, &PlotSamples::arrived, this, qOverload<>(&QWidget::update));
+}
+
+void WaveformPlot::setSummary(std::shared_ptr<const PeakSummary> summary, const QString& path) {
+    m_summary = std::move(summary);
+    m_samples.setFile(path);
+    update();
 }
 
 void WaveformPlot::setPoints(std::vector<float> points) {
@@ -36,6 +45,8 @@ void WaveformPlot::paintLiveInput(QPainter& painter) {
 }
 
 void WaveformPlot::clear() {
+    m_summary.reset();
+    m_samples.setFile({});
     setPoints({});
 }
 
@@ -54,17 +65,26 @@ void WaveformPlot::setPlotOpacity(qreal opacity) {
     update();
 }
 
-void WaveformPlot::paintEvent(QPaintEvent*) {
+void WaveformPlot::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setOpacity(m_opacity);
-    painter.fillRect(rect(), m_background);
-    if (m_live) {
+    // Only what can be seen: a repaint of the whole plot asks for all of its
+    // width, millions of pixels when it is zoomed.
+    // (A hidden widget, drawn into an image, has no visible region.)
+    const QRect exposed =
+        isVisible() ? event->rect() & visibleRegion().boundingRect() : event->rect() & rect();
+    painter.fillRect(exposed, m_background);
+    if (m_live)
         paintLiveInput(painter);
-        return;
-    }
+    else if (m_summary && m_summary->frames > 0 && m_summary->channelCount() > 0 && !exposed.isEmpty())
+        paintColumns(painter, exposed);
+    else
+        paintPoints(painter);
+}
+
+void WaveformPlot::paintPoints(QPainter& painter) {
     if (m_points.empty())
         return;
-
     // Upper edge from left to right, then the mirrored lower edge back.
     const qreal mid = height() / 2.0;
     const qreal step = m_points.size() > 1 ? qreal(width()) / qreal(m_points.size() - 1) : 0.0;
@@ -76,4 +96,72 @@ void WaveformPlot::paintEvent(QPaintEvent*) {
     path.closeSubpath();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillPath(path, m_color);
+}
+
+void WaveformPlot::paintColumns(QPainter& painter, const QRect& exposed) {
+    const PeakSummary& summary = *m_summary;
+    const qint64 frames = summary.frames;
+    const qreal ratio = devicePixelRatioF();
+    const qint64 contentWidth = std::max<qint64>(1, qRound64(width() * ratio));
+    const qint64 first = std::clamp<qint64>(qFloor(exposed.left() * ratio), 0, contentWidth - 1);
+    const qint64 end = std::clamp<qint64>(qCeil((exposed.right() + 1) * ratio), first + 1, contentWidth);
+    // Drawn relative to the exposed part's left edge: a zoomed plot's own
+    // coordinates grow past what the rasteriser resolves finely.
+    painter.translate(qreal(first) / ratio, 0);
+    const PeakLevel level = levelForColumns(frames, contentWidth);
+    const SampleStretch* samples = nullptr;
+    if (level == PeakLevel::Samples) {
+        const bool line = contentWidth >= frames;
+        const qint64 from = line ? std::max<qint64>(0, first * frames / contentWidth - 1)
+                                 : columnSpan(first, contentWidth, frames, level).first;
+        const qint64 to = line ? std::min(frames, (end * frames + contentWidth - 1) / contentWidth + 1)
+                               : columnSpan(end - 1, contentWidth, frames, level).end;
+        samples = m_samples.samplesFor(from, to, to - from);
+        if (samples && line) {
+            paintSampleLine(painter, *samples, contentWidth, first, end);
+            return;
+        }
+    }
+    const std::vector<float> peaks =
+        columnPeaks(summary, samples, first, int(end - first), contentWidth).front();
+    // Each column a bar from its peak above the centre line to the mirror
+    // below: the upper edge left to right, then the lower edge back.
+    const qreal mid = height() / 2.0;
+    const int columns = int(peaks.size());
+    QPolygonF shape;
+    shape.reserve(4 * columns);
+    for (int i = 0; i < columns; ++i) {
+        const qreal y = mid - std::clamp(qreal(peaks[std::size_t(i)]), 0.0, 1.0) * mid;
+        shape << QPointF(i / ratio, y) << QPointF((i + 1) / ratio, y);
+    }
+    for (int i = columns; i-- > 0;) {
+        const qreal y = mid + std::clamp(qreal(peaks[std::size_t(i)]), 0.0, 1.0) * mid;
+        shape << QPointF((i + 1) / ratio, y) << QPointF(i / ratio, y);
+    }
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(m_color);
+    painter.drawPolygon(shape);
+}
+
+void WaveformPlot::paintSampleLine(QPainter& painter, const SampleStretch& samples, qint64 contentWidth,
+                                   qint64 firstColumn, qint64 endColumn) {
+    // A frame or less per device pixel: each sample a point of a line at the
+    // middle of the columns it spans.
+    const qint64 frames = m_summary->frames;
+    const qreal ratio = devicePixelRatioF();
+    const double columnsPerFrame = double(contentWidth) / double(frames);
+    const qint64 from = std::max(samples.firstFrame, firstColumn * frames / contentWidth - 1);
+    const qint64 to = std::min(samples.firstFrame + samples.frameCount(),
+                               (endColumn * frames + contentWidth - 1) / contentWidth + 1);
+    const qreal mid = height() / 2.0;
+    QPolygonF line;
+    line.reserve(std::max<qint64>(0, to - from));
+    for (qint64 f = from; f < to; ++f) {
+        const short sample = samples.samples[std::size_t((f - samples.firstFrame) * samples.channels)];
+        const double x = ((double(f) + 0.5) * columnsPerFrame - double(firstColumn)) / ratio;
+        line << QPointF(x, mid - qreal(sample) / 32768.0 * mid);
+    }
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(m_color, 1.5));
+    painter.drawPolyline(line);
 }

@@ -1,6 +1,7 @@
 #include "View_Audio_Wave.h"
 
 #include "timeline/OverlayGeometry.h"
+#include "timeline/ZoomRules.h"
 #include "track/Track.h"
 
 #include <QMouseEvent>
@@ -40,7 +41,7 @@ void View_Audio_Wave::placePlotView() {
     if (!m_plot)
         return;
     const double width = f_AudioPlot_Width > 0.0f && std::isfinite(f_AudioPlot_Width)
-                             ? std::min(double(f_AudioPlot_Width), 1.0e6)
+                             ? std::min(double(f_AudioPlot_Width), double(zoom::WidestContent))
                              : double(this->width());
     m_plot->setGeometry(0, 0, int(std::lround(width)), height());
 }

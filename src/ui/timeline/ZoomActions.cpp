@@ -74,6 +74,12 @@ void ZoomActions::OnToolbarZoomMinus() {
     layOutZoom();
 }
 
+void ZoomActions::setZoomFactor(quint64 factor) {
+    const quint64 largest = quint64(zoom::largestFactor(m_scroll->viewport()->width()));
+    u_Zoom_Factor = std::clamp<quint64>(factor, 1, std::max<quint64>(1, largest));
+    layOutZoom();
+}
+
 void ZoomActions::layOutZoom() {
     // Overlay, container and ruler become Z visible widths wide; the overlay's
     // plot width follows, so the markers keep their percentages at new x.

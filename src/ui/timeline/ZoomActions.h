@@ -24,6 +24,7 @@ public:
     void zoomToFit();       // the whole track in the visible width
     void zoomToSelection(); // the smallest factor at which the selection fills half the view, scrolled to it
     void zoomAround(int pointerX, bool in); // one step, keeping the time under the pointer
+    void setZoomFactor(quint64 factor);     // from 1 to the largest factor the view can take
     quint64 u_Zoom_Factor = 1;
 
 private:

@@ -3,32 +3,17 @@
 
 #include "document/PeakSummary.h"
 #include "document/Waveform.h"
+#include "support/Fixtures.h"
 #include "timeline/ZoomRules.h"
 
 #include <QFile>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
-#include <sndfile.h>
 
 namespace {
 constexpr int Rate = 44100;
 constexpr int VisibleWidth = 1000;
-
-// Writes interleaved stereo 16-bit samples as a WAV file.
-bool writeWav(const QString& path, const std::vector<short>& samples) {
-    SF_INFO info{};
-    info.samplerate = Rate;
-    info.channels = 2;
-    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
-    SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_WRITE, &info);
-    if (!file)
-        return false;
-    const sf_count_t frames = sf_count_t(samples.size() / 2);
-    const bool written = sf_writef_short(file, samples.data(), frames) == frames;
-    sf_close(file);
-    return written;
-}
 
 // The largest magnitude of channel `c` over frames [first, end), full scale 1.
 float directPeak(const std::vector<short>& samples, int c, qint64 first, qint64 end) {
@@ -131,7 +116,7 @@ private slots:
             m_clickList.push_back(click);
         }
         QCOMPARE(m_clickList.size(), std::size_t(82));
-        QVERIFY(writeWav(m_clicks, m_samples));
+        QVERIFY(fixtures::writeWav(m_clicks, m_samples));
         m_waveform = reduceWaveform(m_clicks);
         QVERIFY(m_waveform.ok);
         QCOMPARE(m_waveform.peaks.frames, frames);
@@ -166,7 +151,7 @@ private slots:
             samples[2 * f] = short(level);
             samples[2 * f + 1] = short(-level);
         }
-        QVERIFY(writeWav(noise, samples));
+        QVERIFY(fixtures::writeWav(noise, samples));
         const Waveform w = reduceWaveform(noise);
         QVERIFY(w.ok);
         for (int c = 0; c < 2; ++c)

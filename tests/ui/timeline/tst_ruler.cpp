@@ -1,8 +1,10 @@
 #include "support/Fixtures.h"
 #include "timeline/RulerScale.h"
+#include "timeline/TimeStrings.h"
 #include "timeline/View_Time_Rule.h"
 
 #include <QImage>
+#include <QRegularExpression>
 #include <QTest>
 
 namespace {
@@ -64,6 +66,56 @@ private slots:
         QCOMPARE(ruler::marks(1, false, 0).size(), std::size_t(1));
         QVERIFY(ruler::marks(0, true, 60).empty());
         QVERIFY(ruler::marks(-5, true, 60).empty());
+    }
+
+    void ticksAThirdOfASecondApartShowHundredths() {
+        // Ten seconds over 30 divisions: a third of a second each, where whole
+        // seconds would repeat ("00:00:00 00:00:00 00:00:01 ...").
+        const auto marks = ruler::marks(2430, true, 10);
+        QCOMPARE(marks.size(), std::size_t(30));
+        const QStringList labels = texts(marks);
+        QCOMPARE(labels.first(), QString("00:00:00.33"));
+        QCOMPARE(labels[2], QString("00:00:01.00"));
+        QCOMPARE(labels.last(), QString("00:00:10.00"));
+        const QRegularExpression form("^\\d\\d:\\d\\d:\\d\\d\\.\\d\\d$");
+        for (qsizetype i = 0; i < labels.size(); ++i) {
+            QVERIFY2(form.match(labels[i]).hasMatch(), qPrintable(labels[i]));
+            if (i > 0)
+                QVERIFY2(labels[i] != labels[i - 1], qPrintable(labels.join(' ')));
+            // Each names the time at the tick to its right, to within a hundredth.
+            QVERIFY(std::abs(secondsOfTimeString(labels[i]) - 10.0 * double(i + 1) / 30.0) <= 0.011);
+        }
+        // A second a division or more: whole seconds, as always.
+        QCOMPARE(ruler::marks(810, true, 10).front().text, QString("00:00:01"));
+    }
+
+    void aStretchOfTheRulerHasTheSameMarksAsTheWhole_data() {
+        QTest::addColumn<double>("width");
+        QTest::addColumn<bool>("loaded");
+        QTest::addColumn<qint64>("duration");
+        QTest::newRow("placeholder") << 4050.0 << false << qint64(0);
+        QTest::newRow("two minutes at zoom 2") << 1620.0 << true << qint64(120);
+        QTest::newRow("ten seconds, thirds") << 2430.0 << true << qint64(10);
+        QTest::newRow("an hour at the deepest zoom") << 16'000'000.0 << true << qint64(3600);
+    }
+    void aStretchOfTheRulerHasTheSameMarksAsTheWhole() {
+        QFETCH(double, width);
+        QFETCH(bool, loaded);
+        QFETCH(qint64, duration);
+        const auto whole = ruler::marks(width, loaded, duration);
+        for (const double from : {0.0, 300.0, width / 2 + 17, width - 500}) {
+            const double to = from + 1000;
+            std::vector<ruler::Mark> expected;
+            for (const ruler::Mark& mark : whole)
+                if (mark.tickX + ruler::Division >= from && mark.tickX <= to)
+                    expected.push_back(mark);
+            const auto part = ruler::marks(width, loaded, duration, from, to);
+            QCOMPARE(part.size(), expected.size());
+            for (std::size_t i = 0; i < part.size(); ++i) {
+                QCOMPARE(part[i].tickX, expected[i].tickX);
+                QCOMPARE(part[i].text, expected[i].text);
+            }
+        }
     }
 
     void drawnTicksBaselineAndLabels() {
