@@ -1,5 +1,8 @@
 #include "OverlayGeometry.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace overlay {
 
 SelectionEdges selectionEdges(float start, float end, float plotWidth, double viewWidth) {
@@ -38,6 +41,25 @@ float dragStartPercent(double x, float plotWidth) {
 
 float dragEndPercent(double x, float plotWidth) {
     return float(x * 100.0 / double(plotWidth));
+}
+
+namespace {
+float percentWithin(double x, float plotWidth) {
+    const double percent = plotWidth > 0 ? 100.0 * x / double(plotWidth) : 0.0;
+    return float(std::clamp(std::isfinite(percent) ? percent : 0.0, 0.0, 100.0));
+}
+} // namespace
+
+PercentSpan dragSelection(double fromX, double toX, float plotWidth) {
+    const float a = percentWithin(fromX, plotWidth), b = percentWithin(toX, plotWidth);
+    return {std::min(a, b), std::max(a, b)};
+}
+
+PercentSpan extendSelection(float start, float end, double x, float plotWidth) {
+    const float p = percentWithin(x, plotWidth);
+    if (p < start || (p <= end && p - start < end - p))
+        return {p, end};
+    return {start, p};
 }
 
 } // namespace overlay

@@ -38,4 +38,15 @@ float positionAt(double x, float plotWidth, float length);
 float dragStartPercent(double x, float plotWidth);
 float dragEndPercent(double x, float plotWidth);
 
+// Selecting by dragging across the waveform, as in every editor: a drag from
+// x0 to x1 selects between the two, whichever way it went, held to the track
+// (0 to 100 %). Shift and a click at x extend a selection from `start` to
+// `end` to x: the nearer edge moves there.
+struct PercentSpan {
+    float start = 0;
+    float end = 0;
+};
+PercentSpan dragSelection(double fromX, double toX, float plotWidth);
+PercentSpan extendSelection(float start, float end, double x, float plotWidth);
+
 } // namespace overlay

@@ -33,4 +33,10 @@ int offsetKeeping(double fraction, int pointerX, int contentWidth, int visibleWi
     return withinContent(fraction * contentWidth - pointerX, contentWidth, visibleWidth);
 }
 
+int offsetFollowing(double markerX, int offset, int contentWidth, int visibleWidth) {
+    if (!std::isfinite(markerX) || (markerX >= offset && markerX < double(offset) + visibleWidth))
+        return offset;
+    return withinContent(markerX, contentWidth, visibleWidth);
+}
+
 } // namespace zoom

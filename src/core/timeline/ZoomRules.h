@@ -25,4 +25,10 @@ int offsetCentring(float startPercent, float endPercent, int contentWidth, int v
 // the view before; now the content is `contentWidth` wide.
 int offsetKeeping(double fraction, int pointerX, int contentWidth, int visibleWidth);
 
+// While a zoomed track plays, the view follows the play marker: the scroll
+// offset stays while the marker at `markerX` of the content is in sight;
+// once it leaves the visible part, the view pages so that it stands at the
+// left edge (within the content's bounds).
+int offsetFollowing(double markerX, int offset, int contentWidth, int visibleWidth);
+
 } // namespace zoom

@@ -232,6 +232,8 @@ void Document::buildTransport() {
     connect(btnSoundPreferences, &QAction::triggered, m_transport,
             &TransportActions::OnToolbarSoundPreferences);
     connect(m_transport, &TransportActions::buttonsChanged, this, &Document::applyButtons);
+    connect(m_transport, &TransportActions::playingChanged, this,
+            [this](bool playing) { m_zoom->followPlayback(playing); });
     connect(m_transport, &TransportActions::markersMoved, this, [this] {
         viewAudioPlot->update();
         showMarkers();

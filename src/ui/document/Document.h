@@ -114,7 +114,11 @@ public:
     QMenu* menuView;
     QAction* actionZoomToFit;
     QAction* actionZoomToSelection;
+    QAction* actionSetSelection;
     void selectAll(); // the markers at 0 and 100 %
+    // Edit ▸ Set Selection…: the selection typed as times; the play position
+    // goes to its start and the view scrolls to it.
+    void setSelectionByTyping();
     // Moves the play position or a selection end as the keys do (Home, End,
     // the arrows, Shift with them, [ and ]).
     void pressMarkerKey(MarkerKey key);

@@ -8,6 +8,7 @@
 #include "HistoryWindow.h"
 #include "plans/PlanRunner.h"
 #include "timeline/MarkerKeys.h"
+#include "timeline/SetSelectionDialog.h"
 #include "timeline/View_Audio_Wave.h"
 
 #include <QAction>
@@ -43,6 +44,10 @@ void Document::buildMenuBar() {
     actionSelectAll = edit->addAction(tr("Select &All"), this, &Document::selectAll);
     actionSelectAll->setShortcuts(QKeySequence::SelectAll);
     actionSelectAll->setShortcutContext(Qt::WindowShortcut);
+    actionSetSelection = edit->addAction(tr("Set Selectio&n…"), this, &Document::setSelectionByTyping);
+    actionSetSelection->setObjectName(QStringLiteral("actionSetSelection"));
+    actionSetSelection->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_G));
+    actionSetSelection->setShortcutContext(Qt::WindowShortcut);
     edit->addSeparator();
     const auto copyOf = [edit](QMenu* popup, const QString& title) {
         QMenu* menu = edit->addMenu(title);
@@ -137,6 +142,7 @@ void Document::updateMenus() {
          {menuPasteAt, menuPasteMixing, menuSilence, m_effects->popupMenuEffects, m_split->popupMenuSplit})
         menu->menuAction()->setEnabled(editable);
     actionSelectAll->setEnabled(b_Audio_Loaded);
+    actionSetSelection->setEnabled(b_Audio_Loaded && !recording());
     for (QAction* action : {actionZoomToFit, actionZoomToSelection})
         action->setEnabled(b_Audio_Loaded && !recording());
     for (QAction* action : std::as_const(m_markerKeys))
@@ -151,6 +157,18 @@ void Document::selectAll() {
     if (!b_Audio_Loaded)
         return;
     m_track.setSelection(0, 100);
+}
+
+void Document::setSelectionByTyping() {
+    if (!b_Audio_Loaded || recording())
+        return;
+    const SegmentVariables now = m_track.Calculate_Segment_Variables();
+    SetSelectionDialog dialog(now.f_StartSelection, now.f_EndSelection, m_track.f_Audio_Length, this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    m_track.setSelection(dialog.startPercent(), dialog.endPercent());
+    m_track.setPosition(m_track.Calculate_Segment_Variables().f_StartSelection);
+    m_zoom->reveal(dialog.startPercent(), dialog.endPercent());
 }
 
 void Document::showHistory() {

@@ -4,6 +4,7 @@
 #include "timeline/ZoomRules.h"
 #include "track/Track.h"
 
+#include <QApplication>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -122,9 +123,18 @@ void View_Audio_Wave::mousePressEvent(QMouseEvent* event) {
         b_Mouse_Down_Start = true;
     } else if (overlay::contains(rect_Selection_End, p.x(), p.y())) {
         b_Mouse_Down_End = true;
+    } else if (event->modifiers() & Qt::ShiftModifier) {
+        // Shift and a click extend the selection to the clicked point.
+        const overlay::PercentSpan span = overlay::extendSelection(
+            m_track.f_Selection_Start, m_track.f_Selection_End, p.x(), f_AudioPlot_Width);
+        m_track.setSelection(span.start, span.end);
+        emit markersChanged();
     } else {
         m_track.setPosition(overlay::positionAt(p.x(), f_AudioPlot_Width, m_track.f_Audio_Length));
         emit markersChanged();
+        // Held and moved, the press becomes the start of a selection.
+        m_pressX = p.x();
+        m_mayDragSelect = true;
     }
 }
 
@@ -132,6 +142,18 @@ void View_Audio_Wave::mouseMoveEvent(QMouseEvent* event) {
     if (!b_Audio_Loaded)
         return;
     const double x = toViewCoordinates(event->position()).x();
+    if (m_mayDragSelect && !m_dragSelecting && std::abs(x - m_pressX) >= QApplication::startDragDistance())
+        m_dragSelecting = true;
+    if (m_dragSelecting) {
+        // Dragging across the waveform selects from the press to the pointer,
+        // either way, as every editor does; the play position goes to the
+        // selection's start.
+        const overlay::PercentSpan span = overlay::dragSelection(m_pressX, x, f_AudioPlot_Width);
+        m_track.setSelection(span.start, span.end);
+        m_track.setPosition(span.start * m_track.f_Audio_Length / 100.0f);
+        emit markersChanged();
+        return;
+    }
     if (b_Mouse_Down_Start) {
         m_track.setSelectionStart(overlay::dragStartPercent(x, f_AudioPlot_Width));
         emit markersChanged();
@@ -147,6 +169,7 @@ void View_Audio_Wave::mouseReleaseEvent(QMouseEvent*) {
         return;
     b_Mouse_Down_Start = false;
     b_Mouse_Down_End = false;
+    m_mayDragSelect = m_dragSelecting = false;
     if (m_track.f_Selection_Start > m_track.f_Selection_End) {
         m_track.setSelection(m_track.f_Selection_End, m_track.f_Selection_Start);
         emit markersChanged();

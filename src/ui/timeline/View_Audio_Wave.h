@@ -47,4 +47,7 @@ private:
     QPointF toViewCoordinates(const QPointF& widgetPoint) const;
     Track& m_track;
     QWidget* m_plot = nullptr;
+    double m_pressX = 0;          // where a press that may become a drag-select began
+    bool m_mayDragSelect = false; // the button is held after such a press
+    bool m_dragSelecting = false; // it has moved far enough to be selecting
 };

@@ -5,6 +5,7 @@
 #include "timeline/ZoomRules.h"
 #include "track/Track.h"
 
+#include <QApplication>
 #include <QLayout>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -29,27 +30,36 @@ private:
     std::function<void()> m_resized;
 };
 
-// Ctrl and the mouse wheel over the waveform zoom in and out around the pointer.
+// Ctrl and the mouse wheel over the waveform zoom in and out around the
+// pointer; the wheel alone scrolls a zoomed track sideways, since the view
+// has nothing to scroll up or down.
 class WheelZoom : public QObject {
 public:
-    WheelZoom(QWidget* viewport, std::function<void(int, bool)> zoomAround)
-        : QObject(viewport), m_viewport(viewport), m_zoomAround(std::move(zoomAround)) {
+    WheelZoom(QWidget* viewport, std::function<void(int, bool)> zoomAround, std::function<void(int)> scroll)
+        : QObject(viewport), m_viewport(viewport), m_zoomAround(std::move(zoomAround)),
+          m_scroll(std::move(scroll)) {
         viewport->installEventFilter(this);
     }
     bool eventFilter(QObject*, QEvent* event) override {
         if (event->type() != QEvent::Wheel)
             return false;
         auto* wheel = static_cast<QWheelEvent*>(event);
-        if (!(wheel->modifiers() & Qt::ControlModifier) || wheel->angleDelta().y() == 0)
-            return false;
-        const QPoint at = m_viewport->mapFromGlobal(wheel->globalPosition().toPoint());
-        m_zoomAround(at.x(), wheel->angleDelta().y() > 0);
+        const int delta = wheel->angleDelta().y();
+        if (delta == 0)
+            return false; // a sideways wheel scrolls as it always has
+        if (wheel->modifiers() & Qt::ControlModifier) {
+            const QPoint at = m_viewport->mapFromGlobal(wheel->globalPosition().toPoint());
+            m_zoomAround(at.x(), delta > 0);
+        } else {
+            m_scroll(delta);
+        }
         return true;
     }
 
 private:
     QWidget* m_viewport;
     std::function<void(int, bool)> m_zoomAround;
+    std::function<void(int)> m_scroll;
 };
 } // namespace
 
@@ -58,10 +68,48 @@ ZoomActions::ZoomActions(Track& track, QScrollArea* scroll, QWidget* container, 
     : QObject(parent), m_track(track), m_scroll(scroll), m_container(container), m_ruler(ruler),
       m_overlay(overlay) {
     new ResizeWatcher(scroll->viewport(), [this] { followViewport(); });
-    new WheelZoom(scroll->viewport(), [this, mayZoom = std::move(mayZoom)](int x, bool in) {
-        if (mayZoom())
-            zoomAround(x, in);
-    });
+    new WheelZoom(
+        scroll->viewport(),
+        [this, mayZoom = std::move(mayZoom)](int x, bool in) {
+            if (mayZoom())
+                zoomAround(x, in);
+        },
+        [this](int delta) { scrollBy(delta); });
+    // The user's own scrolling (the bar, its keys, the wheel) ends following.
+    connect(scroll->horizontalScrollBar(), &QScrollBar::actionTriggered, this,
+            [this] { m_following = false; });
+    connect(&m_track, &Track::changed, this, &ZoomActions::followMarker);
+}
+
+void ZoomActions::followPlayback(bool playing) {
+    m_following = playing;
+    followMarker();
+}
+
+void ZoomActions::followMarker() {
+    if (!m_following || m_track.f_Audio_Length <= 0)
+        return;
+    QScrollBar* bar = m_scroll->horizontalScrollBar();
+    const double x = double(m_track.f_Audio_Position) / double(m_track.f_Audio_Length) * m_container->width();
+    bar->setValue(
+        zoom::offsetFollowing(x, bar->value(), m_container->width(), m_scroll->viewport()->width()));
+}
+
+void ZoomActions::scrollBy(int wheelDelta) {
+    // As many lines a notch as the desktop says, like every scrolled view.
+    QScrollBar* bar = m_scroll->horizontalScrollBar();
+    const int lines = QApplication::wheelScrollLines() * wheelDelta / 120;
+    bar->setValue(bar->value() - lines * bar->singleStep());
+    m_following = false;
+}
+
+void ZoomActions::reveal(float startPercent, float endPercent) {
+    QScrollBar* bar = m_scroll->horizontalScrollBar();
+    const int content = m_container->width(), visible = m_scroll->viewport()->width();
+    const double from = double(startPercent) / 100.0 * content, to = double(endPercent) / 100.0 * content;
+    if (from >= bar->value() && to <= bar->value() + visible)
+        return;
+    bar->setValue(zoom::offsetCentring(startPercent, endPercent, content, visible));
 }
 
 void ZoomActions::OnToolbarZoomPlus() {

@@ -55,6 +55,7 @@ void TransportActions::OnToolbarPlay() {
     sound->resume();
     emit buttonsChanged(buttonsAfter(TransportStep::Resume));
     m_RecordStatus = StatusPlaying;
+    emit playingChanged(true);
 }
 
 void TransportActions::OnPopupMenuPlayFromStart() {
@@ -106,6 +107,7 @@ void TransportActions::startPlaying(PlayFrom from) {
     u_Last_Position = 0;
     scheduleAudioPlayingTimer();
     emit markersMoved();
+    emit playingChanged(true);
 }
 
 void TransportActions::invalidateAudioPlayingTimer() {
@@ -149,6 +151,7 @@ void TransportActions::pauseAudio() {
         sound->pause();
         emit buttonsChanged(buttonsAfter(TransportStep::PausePlayback));
         m_RecordStatus = StatusPlaybackPaused;
+        emit playingChanged(false);
     } else if (m_RecordStatus == StatusRecording) {
         soundRecorder->pause();
         emit buttonsChanged(buttonsAfter(TransportStep::PauseRecording));
@@ -173,6 +176,7 @@ void TransportActions::stopPlayback() {
         sound->stop();
     emit buttonsChanged(buttonsAfter(TransportStep::StopPlayback));
     m_RecordStatus = StatusIdle;
+    emit playingChanged(false);
 }
 
 void TransportActions::togglePlayback(bool playable) {

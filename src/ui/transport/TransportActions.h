@@ -65,6 +65,7 @@ public:
 signals:
     void buttonsChanged(const TransportButtons& buttons); // the toolbar's states after a step
     void markersMoved();                                  // playback moved the position
+    void playingChanged(bool playing);                    // playback started or resumed, paused or stopped
     // A recording began: the take is to become the track, so no load may take
     // the window until it stops.
     void recordingStarted();

@@ -1,6 +1,7 @@
 #include "timeline/ZoomRules.h"
 
 #include <QTest>
+#include <cmath>
 
 // Zooming to a selection and around the pointer, in pixels of a view 1000 wide.
 class tst_ZoomRules : public QObject {
@@ -41,6 +42,18 @@ private slots:
         QCOMPARE(zoom::offsetKeeping(0.05, 300, 3000, 1000), 0);    // cannot scroll before the start
         QCOMPARE(zoom::offsetKeeping(0.99, 300, 3000, 1000), 2000); // nor past the end
         QCOMPARE(zoom::offsetKeeping(0.5, 500, 1000, 1000), 0);     // zoomed out to one width
+    }
+
+    void theViewPagesWhenTheMarkerLeavesIt() {
+        // 4000 wide, 1000 in sight from 0: the marker at 999 is in sight, at
+        // 1000 it is not and the next page begins there.
+        QCOMPARE(zoom::offsetFollowing(999.5, 0, 4000, 1000), 0);
+        QCOMPARE(zoom::offsetFollowing(1000, 0, 4000, 1000), 1000);
+        QCOMPARE(zoom::offsetFollowing(2500, 1000, 4000, 1000), 2500);
+        QCOMPARE(zoom::offsetFollowing(3900, 1000, 4000, 1000),
+                 3000); // the last page ends at the content's end
+        QCOMPARE(zoom::offsetFollowing(200, 3000, 4000, 1000), 200); // a jump back (a selection played again)
+        QCOMPARE(zoom::offsetFollowing(std::nan(""), 700, 4000, 1000), 700);
     }
 };
 

@@ -3,9 +3,11 @@
 #include "document/WaveformPlot.h"
 #include "support/Fixtures.h"
 #include "support/Gui.h"
+#include "timeline/SetSelectionDialog.h"
 #include "timeline/TimeStrings.h"
 #include "timeline/View_Audio_Wave.h"
 #include "timeline/View_Time_Rule.h"
+#include "timeline/ZoomActions.h"
 
 #include <QAction>
 #include <QColorDialog>
@@ -13,6 +15,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -317,6 +320,57 @@ private slots:
         d->btnZoomMinus->trigger();
         QCOMPARE(d->zoomActions().u_Zoom_Factor, 3u);
         QCOMPARE(d->viewAudioPlot->width(), 3 * w);
+    }
+
+    void setSelectionSelectsTheTypedTimesAndShowsThem() {
+        // A quarter of an hour: the second from 7:29.50 to 7:30.50, typed.
+        const QString quarter = m_root.filePath("quarter of an hour.wav");
+        QVERIFY(fixtures::writeWav(quarter, std::vector<short>(2 * 44100, 0), 900));
+        Document* d = gui::openInNewWindow(*m_app, quarter);
+        QVERIFY(d);
+        d->resize(1000, 400);
+        d->show();
+        QVERIFY(QTest::qWaitForWindowExposed(d));
+        d->zoomActions().setZoomFactor(30);
+        QScrollBar* bar = d->scrollviewAudioPlot->horizontalScrollBar();
+        QCOMPARE(bar->value(), 0);
+
+        // A malformed time keeps the dialog open and says why; then the right ones.
+        bool refused = false, closedByRefusal = true;
+        gui::whenModal<SetSelectionDialog>([&](SetSelectionDialog* dialog) {
+            dialog->fieldStart->setText("7 and a half minutes");
+            dialog->fieldEnd->setText("00:07:30.50");
+            QTest::keyClick(dialog->fieldEnd, Qt::Key_Return);
+            refused = dialog->labelProblem->isVisible() &&
+                      dialog->labelProblem->text().startsWith("“7 and a half minutes” is not a time.");
+            closedByRefusal = !dialog->isVisible();
+            dialog->fieldStart->setText("00:07:29.50");
+            QTest::keyClick(dialog->fieldEnd, Qt::Key_Return);
+        });
+        d->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(d));
+        QTest::keyClick(d, Qt::Key_G, Qt::ControlModifier);
+        QVERIFY(refused);
+        QVERIFY(!closedByRefusal);
+        const SegmentVariables v = d->track().Calculate_Segment_Variables();
+        QCOMPARE(v.sStartSelection, QString("00:07:29.50"));
+        QCOMPARE(v.sEndSelection, QString("00:07:30.50"));
+        QCOMPARE(v.sDurationSelection, QString("00:00:01.00"));
+        QCOMPARE(d->labelSelection->text(), QString("Selection 00:07:29.50 – 00:07:30.50 (00:00:01.00)"));
+        QCOMPARE(d->track().f_Audio_Position, v.f_StartSelection);
+        // The view went there.
+        const int content = d->viewAudioPlot->width(), visible = d->scrollviewAudioPlot->viewport()->width();
+        const double from = 449.5 / 900 * content, to = 450.5 / 900 * content;
+        QVERIFY2(from >= bar->value() && to <= bar->value() + visible,
+                 qPrintable(QString("%1–%2 against %3+%4").arg(from).arg(to).arg(bar->value()).arg(visible)));
+
+        // Cancel leaves everything as it was.
+        gui::whenModal<SetSelectionDialog>([](SetSelectionDialog* dialog) {
+            dialog->fieldStart->setText("1");
+            dialog->reject();
+        });
+        d->actionSetSelection->trigger();
+        QCOMPARE(d->track().Calculate_Segment_Variables().sStartSelection, QString("00:07:29.50"));
     }
 
     void theStatusBarFollowsTheMarkers() {

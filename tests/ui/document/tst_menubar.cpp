@@ -208,6 +208,19 @@ private slots:
         // Without Ctrl the wheel does not zoom.
         wheel(300, 1, Qt::NoModifier);
         QCOMPARE(d->zoomActions().u_Zoom_Factor, 1u);
+
+        // It scrolls a zoomed track sideways instead: down (towards the user)
+        // is later in the track, a notch as many lines as the desktop says.
+        d->zoomActions().setZoomFactor(4);
+        QScrollBar* bar = area->horizontalScrollBar();
+        bar->setValue(1000);
+        const int notch = QApplication::wheelScrollLines() * bar->singleStep();
+        QVERIFY(notch > 0);
+        wheel(300, -2, Qt::NoModifier);
+        QCOMPARE(bar->value(), 1000 + 2 * notch);
+        wheel(300, 1, Qt::NoModifier);
+        QCOMPARE(bar->value(), 1000 + notch);
+        QCOMPARE(d->zoomActions().u_Zoom_Factor, 4u);
     }
 
     void zoomToSelectionShowsTheWholeSelection() {

@@ -203,6 +203,75 @@ private slots:
         QVERIFY(isRed(image.pixel(123, 60)));
     }
 
+    void draggingAcrossTheWaveformSelects_data() {
+        QTest::addColumn<double>("from");
+        QTest::addColumn<double>("to");
+        QTest::newRow("rightwards") << 200.0 << 350.0;
+        QTest::newRow("leftwards") << 350.0 << 200.0;
+    }
+    void draggingAcrossTheWaveformSelects() {
+        // Press at 20 %, drag to 35 % (or the other way): 20–35 % selected,
+        // the position at its start.
+        QFETCH(double, from);
+        QFETCH(double, to);
+        Overlay o;
+        o.press(from, 100);
+        QCOMPARE(o.track.f_Audio_Position, float(from) / 100.0f);
+        o.drag((from + to) / 2, 100);
+        o.drag(to, 100);
+        o.release(to, 100);
+        QCOMPARE(o.track.f_Selection_Start, 20.0f);
+        QCOMPARE(o.track.f_Selection_End, 35.0f);
+        QCOMPARE(o.track.f_Audio_Position, 2.0f);
+        QVERIFY(!o.view.b_Mouse_Down_Start && !o.view.b_Mouse_Down_End);
+        // Drawn: the band now lies between 200 and 350.
+        const QImage image = o.image();
+        QVERIFY(!isBlack(image.pixel(275, 60)));
+        QVERIFY(isBlack(image.pixel(450, 60)));
+    }
+
+    void aPressThatHardlyMovesOnlySetsThePosition() {
+        Overlay o;
+        o.press(300, 100);
+        o.drag(302, 100);
+        o.release(302, 100);
+        QCOMPARE(o.track.f_Selection_Start, 40.0f);
+        QCOMPARE(o.track.f_Selection_End, 60.0f);
+        QCOMPARE(o.track.f_Audio_Position, 3.0f);
+        // Moving afterwards without the button selects nothing either.
+        o.drag(700, 100);
+        QCOMPARE(o.track.f_Selection_End, 60.0f);
+    }
+
+    void aDragPastTheEdgesSelectsToTheTrackEnds() {
+        Overlay o;
+        o.press(500, 100);
+        o.drag(1400, 100);
+        QCOMPARE(o.track.f_Selection_Start, 50.0f);
+        QCOMPARE(o.track.f_Selection_End, 100.0f);
+        o.drag(-300, 100);
+        o.release(-300, 100);
+        QCOMPARE(o.track.f_Selection_Start, 0.0f);
+        QCOMPARE(o.track.f_Selection_End, 50.0f);
+        QCOMPARE(o.track.f_Audio_Position, 0.0f);
+    }
+
+    void shiftAndAClickExtendTheSelection() {
+        Overlay o; // 40–60 %
+        o.track.f_Audio_Position = 1.0f;
+        QTest::mouseClick(&o.view, Qt::LeftButton, Qt::ShiftModifier, Overlay::at(800, 100));
+        QCOMPARE(o.track.f_Selection_Start, 40.0f);
+        QCOMPARE(o.track.f_Selection_End, 80.0f);
+        QTest::mouseClick(&o.view, Qt::LeftButton, Qt::ShiftModifier, Overlay::at(100, 100));
+        QCOMPARE(o.track.f_Selection_Start, 10.0f);
+        QCOMPARE(o.track.f_Selection_End, 80.0f);
+        // Inside the selection the nearer edge moves.
+        QTest::mouseClick(&o.view, Qt::LeftButton, Qt::ShiftModifier, Overlay::at(700, 100));
+        QCOMPARE(o.track.f_Selection_End, 70.0f);
+        QCOMPARE(o.track.f_Selection_Start, 10.0f);
+        QCOMPARE(o.track.f_Audio_Position, 1.0f);
+    }
+
     void aResizeLeavesTheWidthUntilTheNextZoom() {
         Overlay o;
         o.view.resize(1500, H);

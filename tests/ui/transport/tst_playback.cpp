@@ -4,6 +4,7 @@
 #include "support/Gui.h"
 #include "support/Listening.h"
 #include "timeline/View_Audio_Wave.h"
+#include "timeline/ZoomActions.h"
 #include "transport/SoundPlayer.h"
 
 #include <QAction>
@@ -11,6 +12,9 @@
 #include <QLabel>
 #include <QMenu>
 #include <QRandomGenerator>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSet>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -138,6 +142,55 @@ private slots:
         d->transportActions().OnPopupMenuPlayFromStart();
         QCOMPARE(d->track().f_Audio_Position, 0.0f);
         QTRY_COMPARE_WITH_TIMEOUT(d->track().f_Audio_Position, 2.0f, 3500);
+        d->transportActions().OnToolbarStop();
+    }
+
+    void aZoomedViewFollowsTheMarkerUntilTheUserScrolls() {
+        Document* d = open(m_track60);
+        QVERIFY(d);
+        d->resize(900, 400);
+        d->show();
+        QVERIFY(QTest::qWaitForWindowExposed(d));
+        for (int i = 0; i < 3; ++i)
+            d->btnZoomPlus->trigger();
+        QCOMPARE(d->zoomActions().u_Zoom_Factor, 4u);
+        QScrollBar* bar = d->scrollviewAudioPlot->horizontalScrollBar();
+        const int visible = d->scrollviewAudioPlot->viewport()->width();
+        const int content = d->viewAudioPlot->width();
+        QCOMPARE(content, 4 * visible);
+        // Where the marker stands in the content, and whether it is in sight.
+        const auto markerX = [&] { return double(d->track().f_Audio_Position) / 60.0 * content; };
+        const auto inSight = [&] { return markerX() >= bar->value() && markerX() < bar->value() + visible; };
+        bar->setValue(0);
+        d->transportActions().OnPopupMenuPlayFromStart();
+        holdTheTimer(d);
+        QList<int> offsets;
+        for (int second = 1; second <= 20; ++second) {
+            d->transportActions().TimerHandleAudioPlayingRoutine();
+            QCOMPARE(d->track().f_Audio_Position, float(second));
+            QVERIFY2(inSight(), qPrintable(QString("at %1 s the marker stands at %2, the view shows %3 to %4")
+                                               .arg(second)
+                                               .arg(markerX())
+                                               .arg(bar->value())
+                                               .arg(bar->value() + visible)));
+            offsets << bar->value();
+        }
+        // A page a quarter of the track: the view moved once, at 15 s.
+        QCOMPARE(offsets.first(), 0);
+        QVERIFY(offsets.last() > 0);
+        QCOMPARE(QSet<int>(offsets.begin(), offsets.end()).size(), 2);
+
+        // The user scrolls back to the start: the view stays there.
+        bar->triggerAction(QAbstractSlider::SliderToMinimum);
+        QVERIFY(!d->zoomActions().followsPlayback());
+        for (int i = 0; i < 3; ++i)
+            d->transportActions().TimerHandleAudioPlayingRoutine();
+        QCOMPARE(bar->value(), 0);
+        QVERIFY(!inSight());
+        // Until the next Play.
+        d->transportActions().OnToolbarStop();
+        d->transportActions().OnPopupMenuPlayFromCurrentPosition();
+        QVERIFY(inSight());
         d->transportActions().OnToolbarStop();
     }
 
