@@ -1,7 +1,8 @@
 // Measures what the editor promises about speed, side by side with reference
 // commands run on the same machine in the same run:
 //   1. waveform points of a 1-hour WAV vs `sox FILE -n stat` and `cat FILE`;
-//   2. the peak memory of that computation;
+//   2. the peak memory of that computation, and the time to paint one frame
+//      of that track's waveform at five zooms (--waveform: these two alone);
 //   3. process start to the first window showing the loaded silence track;
 //   4. the longest interface-thread stall while a 20 s tool run executes;
 //   5. cut, paste, paste mixing and echo on a 2-minute selection of a 10-minute
@@ -16,6 +17,7 @@
 //      ten 1-minute files as a batch beside its saved script run on each file.
 // Run it with `make bench` (or one part: --exports, --cancel, --join, --batch).
 
+#include "PaintBench.h"
 #include "application/AppDelegate.h"
 #include "batch/BatchRun.h"
 #include "batch/RecipePlans.h"
@@ -429,6 +431,12 @@ void measureWaveform(const QString& self, const QString& hour) {
         std::printf(
             "  peak memory: %.1f MB for the whole process (%.1f MB before reading; target < 100 MB)\n",
             kb[1].toDouble() / 1024, kb[0].toDouble() / 1024);
+
+    std::fflush(stdout);
+    QProcess painter;
+    painter.setProcessChannelMode(QProcess::ForwardedChannels);
+    painter.start(self, {"--paint", hour});
+    painter.waitForFinished(-1);
 }
 
 } // namespace
@@ -436,6 +444,8 @@ void measureWaveform(const QString& self, const QString& hour) {
 int main(int argc, char** argv) {
     if (argc == 3 && QByteArray(argv[1]) == "--reduce")
         return reduceAndReportMemory(QString::fromLocal8Bit(argv[2]));
+    if (argc == 3 && QByteArray(argv[1]) == "--paint")
+        return paintAndReport(argc, argv, QString::fromLocal8Bit(argv[2]));
     if (argc == 2 && QByteArray(argv[1]) == "--startup")
         return startAndReportShown(argc, argv);
 

@@ -1,12 +1,15 @@
 #!/usr/bin/env bash
 # Takes a screenshot of the real editor under Xvfb with a track loaded:
-#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel|mixer|effects-menu|shortcuts|history|equalizer|batch|batch-done]
+#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel|word|mixer|effects-menu|shortcuts|history|equalizer|batch|batch-done]
 # The last argument, run beside an audio server (scripts/with-audio-server.sh),
 # takes the picture 2.5 s into playback from the clicked position, or into a
 # recording of a tone played into the server. "export" takes the export dialog
 # (File ▸ Export…), "split" the tools menu open at its splits, "split-silence"
 # the split-on-silence dialog, "cancel" the status bar while a delete runs
-# (give it a long file, an hour or so), "mixer" the track mixer over this
+# (give it a long file, an hour or so), "word" the deepest zoom around the
+# stretch from WORD_START to WORD_END (time strings; by default a word half
+# an hour into the speech check repeated for an hour, as the README shows
+# it), "mixer" the track mixer over this
 # track and two silence tracks, the second row selected and starting at 50 s;
 # "effects-menu" the menu bar with its Effects menu open; "shortcuts" the
 # Keyboard Shortcuts window; "history" the History window after a cut, a
@@ -70,6 +73,21 @@ record)
     ;;
 cancel)
     xdotool key Delete
+    sleep 1.5
+    ;;
+word)
+    # Edit ▸ Set Selection… (Ctrl+G) from WORD_START to WORD_END, then View ▸
+    # Zoom to Selection (Ctrl+E), as deep as the view goes around it.
+    xdotool key ctrl+g
+    sleep 0.5
+    xdotool key ctrl+a
+    xdotool type "${WORD_START:-00:29:59.50}"
+    xdotool key Tab ctrl+a
+    xdotool type "${WORD_END:-00:29:59.60}"
+    xdotool key Return
+    sleep 1
+    xdotool windowfocus "$window"
+    xdotool key ctrl+e
     sleep 1.5
     ;;
 mixer)

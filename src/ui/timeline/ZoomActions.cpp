@@ -160,8 +160,7 @@ void ZoomActions::zoomToSelection() {
     const int factor = zoom::factorForSelection(start, end, visible);
     if (factor == 0) // nothing selected
         return;
-    u_Zoom_Factor = quint64(factor);
-    layOutZoom();
+    setZoomFactor(quint64(factor)); // no deeper than the view can go
     m_scroll->horizontalScrollBar()->setValue(
         zoom::offsetCentring(start, end, m_container->width(), visible));
 }

@@ -1,4 +1,5 @@
 #include "plans/PlanRunner.h"
+#include "timeline/ZoomRules.h"
 #include "ui/edit/EditingFixture.h"
 #include "windows/ShortcutsWindow.h"
 
@@ -242,6 +243,11 @@ private slots:
         setMarkers(d, 30, 30, 0); // nothing selected: nothing changes
         QVERIFY(choose(d, {"View", "Zoom to Selection"}));
         QCOMPARE(d->zoomActions().u_Zoom_Factor, 1u);
+        // A stretch finer than the deepest zoom shows it at that zoom.
+        setMarkers(d, 40, 40.0001f, 0);
+        QVERIFY(choose(d, {"View", "Zoom to Selection"}));
+        QCOMPARE(d->zoomActions().u_Zoom_Factor, quint64(zoom::largestFactor(visible)));
+        QCOMPARE(d->viewAudioPlot->width(), zoom::largestFactor(visible) * visible);
     }
 
     // Ctrl+V with the pointer outside the window opens the paste menu at the
