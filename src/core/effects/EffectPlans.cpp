@@ -2,11 +2,9 @@
 
 #include "tools/ToolArguments.h"
 
-namespace {
 QStringList soxArguments(const EffectArguments& e, const QString& input, const QString& output) {
     return e.global + QStringList{input, output} + e.effect;
 }
-} // namespace
 
 QString effectOperationName(const EffectArguments& arguments) {
     QString name = arguments.effect.value(0);

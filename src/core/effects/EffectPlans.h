@@ -10,6 +10,10 @@ struct EffectArguments {
     QStringList effect;
 };
 
+// One sox run of the effect from `input` into `output`: global options, the
+// two paths, the effect's words. Applying and previewing both use it.
+QStringList soxArguments(const EffectArguments& e, const QString& input, const QString& output);
+
 // How an effect is named to the user: "The echo effect".
 QString effectOperationName(const EffectArguments& arguments);
 

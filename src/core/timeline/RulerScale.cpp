@@ -1,5 +1,7 @@
 #include "RulerScale.h"
 
+#include "TimeStrings.h"
+
 #include <cmath>
 #include <limits>
 
@@ -19,15 +21,6 @@ int truncated(float value) {
 
 QString label(int minutes, int seconds) {
     return QString::asprintf("00:%02d:%02d", minutes, seconds);
-}
-
-// "HH:MM:SS.CC", the segment time strings' form, of the time at x on a ruler
-// W wide: x × duration / W, to the nearest hundredth (the whole-second
-// labels' running sum in single precision would read 9.99 for 10).
-QString hundredthsLabel(double x, double width, qint64 durationSeconds) {
-    const qint64 hundredths = std::llround(x * double(durationSeconds) / width * 100.0);
-    const qint64 s = hundredths / 100;
-    return QString::asprintf("%02lld:%02lld:%02lld.%02lld", s / 3600, s / 60 % 60, s % 60, hundredths % 100);
 }
 } // namespace
 
@@ -57,7 +50,9 @@ std::vector<Mark> marks(double width, bool loaded, qint64 durationSeconds, doubl
         if (x >= from && x - Division <= to) {
             QString text;
             if (repeats) {
-                text = hundredthsLabel(x, width, durationSeconds);
+                // The time at x, x × duration / W: the whole-second labels' running
+                // sum in single precision would read 9.99 for 10.
+                text = hundredthsTimeString(x * double(durationSeconds) / width);
             } else if (loaded) {
                 const auto [m, sec] = seconds(t);
                 text = label(m, sec);

@@ -1,5 +1,7 @@
 #include "TimeStrings.h"
 
+#include <algorithm>
+
 #include <QStringList>
 #include <cmath>
 
@@ -30,6 +32,12 @@ QString timeString(float x) {
     const std::uint64_t s = truncateToUnsigned((x - float(m * 60)) - float(h * 3600));
     const std::uint64_t c = truncateToUnsigned((x - float(truncateToUnsigned(std::floor(x)))) * 100.0f);
     return field(h) + u':' + field(m) + u':' + field(s) + u'.' + field(c);
+}
+
+QString hundredthsTimeString(double seconds) {
+    const qint64 hundredths = std::llround(std::max(0.0, seconds) * 100.0);
+    const qint64 s = hundredths / 100;
+    return QString::asprintf("%02lld:%02lld:%02lld.%02lld", s / 3600, s / 60 % 60, s % 60, hundredths % 100);
 }
 
 double secondsOfTimeString(const QString& text) {

@@ -15,6 +15,11 @@ std::uint64_t truncateToUnsigned(float value);
 // low 32 bits (so -1.5 s reads "00:00:-1.00").
 QString timeString(float seconds);
 
+// "HH:MM:SS.CC" of a time to the nearest hundredth, hours and all fields
+// plain: for times the editor names itself (ruler labels, a typed selection,
+// where a preview begins), which have no single-precision steps to follow.
+QString hundredthsTimeString(double seconds);
+
 // The seconds a time string stands for, as the tools read it: "00:01:02.50"
 // is 62.5, "00:00:-1.00" is -1, a plain number is that many seconds.
 double secondsOfTimeString(const QString& text);

@@ -27,18 +27,13 @@ QString readingOf(float percent, float length) {
     return timeString((percent * length) / 100.0f);
 }
 
-QString hundredthsText(double seconds) {
-    const qint64 hundredths = std::llround(seconds * 100.0);
-    const qint64 s = hundredths / 100;
-    return QString::asprintf("%02lld:%02lld:%02lld.%02lld", s / 3600, s / 60 % 60, s % 60, hundredths % 100);
-}
 } // namespace
 
 float percentReading(double seconds, float length) {
     if (!(length > 0))
         return 0;
     const float nearest = float(seconds / double(length) * 100.0);
-    const QString wanted = hundredthsText(seconds);
+    const QString wanted = hundredthsTimeString(seconds);
     // The product truncates to hundredths, so the nearest float may read a
     // hundredth short: look a few representable values either side.
     float below = nearest, above = nearest;
@@ -68,7 +63,7 @@ TypedSelection typedSelection(const QString& start, const QString& end, float le
         return selection;
     }
     if (*to > double(length) + 0.005) {
-        selection.problem = QStringLiteral("The track is only %1 long.").arg(hundredthsText(length));
+        selection.problem = QStringLiteral("The track is only %1 long.").arg(hundredthsTimeString(length));
         return selection;
     }
     selection.start = percentReading(*from, length);
@@ -76,7 +71,7 @@ TypedSelection typedSelection(const QString& start, const QString& end, float le
     // The length of the selection is the difference of the two products:
     // among the ends that read right, the first whose difference does too.
     const float startSeconds = (selection.start * length) / 100.0f;
-    const QString endText = readingOf(selection.end, length), lengthText = hundredthsText(*to - *from);
+    const QString endText = readingOf(selection.end, length), lengthText = hundredthsTimeString(*to - *from);
     for (float end = selection.end; readingOf(end, length) == endText; end = std::nextafter(end, 1000.0f))
         if (timeString((end * length) / 100.0f - startSeconds) == lengthText) {
             selection.end = end;
