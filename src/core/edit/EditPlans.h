@@ -25,6 +25,7 @@ struct EditPlan {
     QStringList deleteAfterAdopting; // removed once the overlay has the new length
     QString label;                   // what the new version is called in the history: "Cut", "Paste at end"
     Replay replay;                   // how it could be done to another file, or why it cannot
+    QString clippingName;            // an effect's title, said with the samples its run clipped
 };
 
 // The clipboard's old file is only deleted when `deleteOldClip` says so: the

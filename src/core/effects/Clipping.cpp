@@ -1,5 +1,7 @@
 #include "Clipping.h"
 
+#include "plans/Plan.h"
+
 #include <QLocale>
 #include <QRegularExpression>
 
@@ -12,13 +14,21 @@ std::optional<qint64> clippedSamples(const QString& soxOutput) {
     for (const QRegularExpressionMatch& match : warning.globalMatch(soxOutput)) {
         const QString who = match.captured(1).trimmed();
         const qint64 count = match.captured(2).toLongLong();
-        std::optional<qint64>& slot = who == QLatin1String("dither") ? dither
-                                      : who == QLatin1String("sox")  ? output
-                                                                     : effect;
+        // Amplify's gain ("-v") is sox's own: "sox WARN sox: `in.wav' balancing clipped …".
+        std::optional<qint64>& slot = who == QLatin1String("dither")                        ? dither
+                                      : match.captured(0).contains(QLatin1String("output")) ? output
+                                                                                            : effect;
         if (!slot) // the first word of each kind
             slot = count;
     }
     return effect ? effect : output ? output : dither;
+}
+
+std::optional<qint64> clippedSamples(const PlanOutcome& outcome) {
+    for (const ToolRun& run : outcome.runs) // ffmpeg never says "clipped"
+        if (const std::optional<qint64> count = clippedSamples(run.output))
+            return count;
+    return std::nullopt;
 }
 
 QString clippingLine(const QString& effectTitle, qint64 samples) {

@@ -85,8 +85,13 @@ Document::Document(Session& session, quint64 id, const Opening& opening,
     labelSource = new QLabel;
     labelDuration = new QLabel;
     labelSize = new QLabel;
+    labelNotice = new QLabel;
+    labelNotice->setObjectName(QStringLiteral("labelNotice"));
+    labelNotice->setStyleSheet(QStringLiteral("color: #a04000"));
+    labelNotice->hide();
     statusBar()->addWidget(labelSelection);
     statusBar()->addWidget(labelPosition);
+    statusBar()->addWidget(labelNotice);
     statusBar()->addPermanentWidget(labelSource);
     statusBar()->addPermanentWidget(labelDuration);
     statusBar()->addPermanentWidget(labelSize);

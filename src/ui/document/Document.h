@@ -172,6 +172,7 @@ public:
     QLabel* labelSource; // the name of the file that was opened
     QLabel* labelDuration;
     QLabel* labelSize;
+    QLabel* labelNotice;    // what the last effect's run said of its result: that it clipped
     QPushButton* btnCancel; // shown while a run goes on
 
 signals:

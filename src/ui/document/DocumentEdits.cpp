@@ -3,10 +3,13 @@
 // as the current version.
 
 #include "Document.h"
+
+#include "effects/Clipping.h"
 #include "names/Names.h"
 #include "plans/RemovedFiles.h"
 
 #include <QFileInfo>
+#include <QLabel>
 
 ResultNames Document::resultNames(Writes writes) const {
     return editNames(m_session.s_Output_Folder, m_track.s_WAV_File_Path, m_session.namesAround(this), writes);
@@ -31,6 +34,13 @@ void Document::runEdit(const EditPlan& edit) {
         }
         if (!edit.result.isEmpty())
             adoptResult(edit, outcome.seconds.value_or(0));
+        // sox writes a clipped result all the same, and it is adopted as ever;
+        // the status bar says so until the next version is shown.
+        if (const std::optional<qint64> clipped = clippedSamples(outcome);
+            clipped && !edit.clippingName.isEmpty()) {
+            labelNotice->setText(clippingLine(edit.clippingName, *clipped));
+            labelNotice->show();
+        }
     });
 }
 

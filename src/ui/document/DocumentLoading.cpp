@@ -256,6 +256,7 @@ qint64 Document::shownSeconds(const PlanOutcome& outcome, const QString& path) {
 }
 
 void Document::takeDuration(qint64 seconds) {
+    labelNotice->hide(); // it spoke of the version before
     m_track.setDuration(seconds);
     viewTimeRule->i_Audio_Duration_Seconds = seconds;
     labelDuration->setText(tr("Length %1").arg(clockText(seconds)));

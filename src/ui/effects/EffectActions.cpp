@@ -12,11 +12,12 @@ EffectActions::EffectActions(TrackWindow& window, QObject* parent) : QObject(par
 }
 
 void EffectActions::applyEffect(const EffectArguments& arguments, bool selectionOnly, const QString& label,
-                                const Replay& replay) {
+                                const Replay& replay, const QString& title) {
     const ResultNames names = m_window.resultNames();
     EditPlan plan = selectionOnly ? buildEffectSelectionPlan(m_window.editState(), names, arguments)
                                   : buildEffectPlan(m_window.editState(), names, arguments);
     plan.label = label;
+    plan.clippingName = title;
     if (!selectionOnly)
         plan.replay = replay;
     m_window.runEdit(plan);
@@ -41,7 +42,8 @@ void EffectActions::runEffect(const EffectEntry& entry, bool selectionOnly) {
         values = dialog.effectValues();
     }
     const QString label = effectVersionLabel(entry, selectionOnly);
-    applyEffect(entry.arguments(values), selectionOnly, label, effectReplay(entry.key, label, values));
+    applyEffect(entry.arguments(values), selectionOnly, label, effectReplay(entry.key, label, values),
+                entry.title);
 }
 
 void EffectActions::OnPopupEqualizerEntireTrack() {

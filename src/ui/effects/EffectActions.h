@@ -16,8 +16,9 @@ public:
     EffectActions(TrackWindow& window, QObject* parent = nullptr);
 
     // Over the whole track, the version records `replay`: how to make it again from another file.
+    // `title` names the effect in the status bar when sox says it clipped.
     void applyEffect(const EffectArguments& arguments, bool selectionOnly, const QString& label = {},
-                     const Replay& replay = {});
+                     const Replay& replay = {}, const QString& title = {});
     // Runs a catalogue row: its dialog (if any), then the effect.
     void runEffect(const EffectEntry& entry, bool selectionOnly);
     void fillEffectsMenu(); // done when the effects menu is first shown

@@ -29,6 +29,19 @@ private slots:
         QVERIFY(*clippedSamples(said) > 1000);
     }
 
+    void amplifysGainIsCountedWhereItClipsTheInput() {
+        // Amplify is sox's "-v": its clipping is the input's balancing, not the output's.
+        const QString tone = m_dir.filePath("tone.wav"), out = m_dir.filePath("out.wav");
+        soxSays({"vol", "1"}); // makes the tone
+        QString said;
+        fixtures::run("sox", {"-v", "2", tone, out}, &said);
+        const QRegularExpressionMatch own =
+            QRegularExpression("balancing clipped (\\d+) samples").match(said);
+        QVERIFY2(own.hasMatch(), qPrintable(said));
+        QVERIFY2(clippedSamples(said) == std::optional<qint64>(own.captured(1).toLongLong()),
+                 qPrintable(said));
+    }
+
     void oneThatDoesNotClipSaysNothing() {
         const QString said = soxSays({"vol", "0.5"});
         QCOMPARE(clippedSamples(said), std::nullopt);

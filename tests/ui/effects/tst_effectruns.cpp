@@ -1,8 +1,11 @@
 #include "ui/edit/EditingFixture.h"
 
+#include "effects/Clipping.h"
 #include "effects/EffectDialogs.h"
 #include "support/DialogDriving.h"
 
+#include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 
 namespace {
@@ -310,6 +313,40 @@ private slots:
     }
 
     // A value the dialog accepts and sox refuses, on each procedure.
+    void anEffectThatClipsSaysSoInTheStatusBar() {
+        // A tone at -1 dBFS amplified to 200 %: sox clips it, says how often,
+        // and the result is adopted all the same.
+        const QString loud = m_root.filePath("loud.wav");
+        QCOMPARE(fixtures::run("sox", {"-n", "-r", "44100", "-c", "2", "-b", "16", loud, "synth", "3", "sine",
+                                       "440", "vol", "-1dB"}),
+                 0);
+        QString said;
+        fixtures::run("sox", {"-v", "2", loud, m_root.filePath("amplified.wav")}, &said);
+        const std::optional<qint64> count = clippedSamples(said);
+        QVERIFY2(count && *count > 1000, qPrintable(said));
+        Document* d = gui::openInNewWindow(*m_app, loud);
+        QVERIFY(d);
+        d->effectActions().fillEffectsMenu();
+        const EffectEntry& amplify = *findEffect("Amplify");
+        auto* item = d->effectActions().popupMenuEffects->findChild<QAction*>(actionName(amplify, false));
+        QVERIFY(item);
+        const auto amplifyTo = [&](const QString& percent) {
+            gui::whenModal<EffectDialog>("Window_Amplify", [percent](EffectDialog* dialog) {
+                dialog->findChild<QLineEdit*>("textPercentage")->setText(percent);
+                dialog->OnOK();
+            });
+            return edit(d, [&] { item->trigger(); });
+        };
+        QVERIFY(amplifyTo("200"));
+        QCOMPARE(d->history().u_array_WAV_Files_Length(), 2u);
+        QVERIFY(!d->labelNotice->isHidden());
+        QCOMPARE(d->labelNotice->text(), clippingLine("Amplify", *count));
+        // One that does not clip says nothing; the notice went with its version.
+        QVERIFY(amplifyTo("50"));
+        QCOMPARE(d->history().u_array_WAV_Files_Length(), 3u);
+        QVERIFY(d->labelNotice->isHidden());
+    }
+
     void soxRefusesOnTheWholeTrack() {
         Document* d = openPattern();
         QVERIFY(d);
