@@ -48,3 +48,5 @@ QStringList equalizerArguments(float bandwidthQ);
 // Noise reduction: cut the noise sample, profile it, reduce the whole track.
 // Nothing is checked; the result is adopted as it comes.
 EditPlan buildNoiseReductionPlan(const EditState& s, const ResultNames& names, float level);
+// What it says when sox learnt nothing from the selection or removed nothing.
+QString noiseNotRemovedMessage();

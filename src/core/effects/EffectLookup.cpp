@@ -100,6 +100,11 @@ QStringList equalizerArguments(float bandwidthQ) {
     return e;
 }
 
+QString noiseNotRemovedMessage() {
+    return QStringLiteral(
+        "The noise could not be removed. Select a stretch that holds noise only, then try again.");
+}
+
 EditPlan buildNoiseReductionPlan(const EditState& s, const ResultNames& names, float level) {
     const QString profile = pathInFolder(s.workFolder, QStringLiteral("noise.prof"));
     const QString sample = names.path("Selection"), result = names.path();
@@ -116,9 +121,7 @@ EditPlan buildNoiseReductionPlan(const EditState& s, const ResultNames& names, f
             .tool = Tool::Sox,
             .arguments = {s.track, result, "noisered", profile, QString::asprintf("%.02f", double(level))},
             .writes = result},
-        step::RequireFile{result,
-                          QStringLiteral("The noise could not be removed. Select a stretch that holds "
-                                         "noise only, then try again.")},
+        step::RequireFile{result, noiseNotRemovedMessage()},
         step::RequireAudio{result, QStringLiteral("The noise reduction")},
         step::ProbeDuration{result},
     };

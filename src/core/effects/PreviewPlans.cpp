@@ -1,9 +1,11 @@
 #include "PreviewPlans.h"
 
+#include "effects/EffectCatalogue.h"
 #include "names/Names.h"
 #include "timeline/TimeStrings.h"
 #include "tools/ToolArguments.h"
 
+#include <QRegularExpression>
 #include <algorithm>
 
 PreviewStretch previewStretch(const EditState& s, bool selection) {
@@ -26,12 +28,15 @@ PreviewStretch previewStretch(const EditState& s, bool selection) {
     return stretch;
 }
 
-PreviewFiles previewFiles(const QString& workFolder, quint64 windowId) {
-    const auto file = [&](const char* part) {
+PreviewFiles previewFiles(const QString& workFolder, quint64 windowId, int slot) {
+    const auto file = [&](const QString& part, const char* suffix = ".wav") {
         return pathInFolder(workFolder,
-                            QStringLiteral(".preview-%1%2.wav").arg(windowId).arg(QLatin1String(part)));
+                            QStringLiteral(".preview-%1%2%3").arg(windowId).arg(part, QLatin1String(suffix)));
     };
-    return {file("-lead"), file("-part"), file("-processed"), file("")};
+    const QString heard = slot == 0 ? QString() : QStringLiteral("-%1").arg(slot);
+    return {file(QStringLiteral("-lead")),      file(QStringLiteral("-part")),
+            file(QStringLiteral("-processed")), file(heard),
+            file(QStringLiteral("-noise")),     file(QString(), ".prof")};
 }
 
 Plan buildPreviewPlan(const EditState& s, const PreviewFiles& files, const EffectArguments& arguments,
@@ -58,4 +63,36 @@ Plan buildPreviewPlan(const EditState& s, const PreviewFiles& files, const Effec
          lead ? QStringList{files.lead, files.part, files.processed} : QStringList{files.part})
         plan.steps.push_back(step::DeleteFile{file});
     return plan;
+}
+
+Plan buildNoiseReductionPreviewPlan(const EditState& s, const PreviewFiles& files, float level) {
+    const PreviewStretch stretch = previewStretch(s, false);
+    Plan plan;
+    for (const QString& file : files.all())
+        plan.steps.push_back(step::DeleteFile{file});
+    plan.steps.push_back(step::Run{Tool::FFmpeg, segmentArguments(s.track, s.seg.sStartSelection,
+                                                                  s.seg.sDurationSelection, files.noise)});
+    plan.steps.push_back(step::Run{Tool::Sox, {files.noise, "-n", "noiseprof", files.profile}});
+    plan.steps.push_back(
+        step::Run{Tool::FFmpeg, segmentArguments(s.track, stretch.start, stretch.duration, files.part)});
+    plan.steps.push_back(step::Run{.tool = Tool::Sox,
+                                   .arguments = {files.part, files.preview, "noisered", files.profile,
+                                                 QString::asprintf("%.02f", double(level))},
+                                   .writes = files.preview});
+    plan.steps.push_back(step::RequireFile{files.preview, noiseNotRemovedMessage()});
+    plan.steps.push_back(step::RequireAudio{files.preview, QStringLiteral("The noise reduction")});
+    for (const QString& file : files.making())
+        plan.steps.push_back(step::DeleteFile{file});
+    return plan;
+}
+
+QString previewFailure(const PlanOutcome& outcome) {
+    // sox says "/usr/bin/sox FAIL echo: echo: decay must be positive!", named
+    // as it was started: the words after the effect's name are its own.
+    static const QRegularExpression fail(QStringLiteral("^\\S*sox FAIL [^:]*: (.*)$"),
+                                         QRegularExpression::MultilineOption);
+    for (const ToolRun& run : outcome.runs)
+        if (const QRegularExpressionMatch m = fail.match(run.output); m.hasMatch())
+            return QStringLiteral("sox refused the values: %1").arg(m.captured(1).trimmed());
+    return outcome.alert;
 }

@@ -25,12 +25,17 @@ struct PreviewStretch {
 PreviewStretch previewStretch(const EditState& s, bool selection);
 
 // The files of one window's preview, hidden in the work folder and named
-// after the window, so that two windows' previews never meet.
+// after the window, so that two windows' previews never meet. A preview
+// made while another plays goes to the other of two slots: the one heard is
+// never rewritten under the player.
 struct PreviewFiles {
     QString lead, part, processed, preview;
-    QStringList all() const { return {lead, part, processed, preview}; }
+    QString noise, profile; // noise reduction's sample of the noise and what sox learnt of it
+    QStringList all() const { return {lead, part, processed, preview, noise, profile}; }
+    // Everything but the preview, which is gone only when it is no longer heard.
+    QStringList making() const { return {lead, part, processed, noise, profile}; }
 };
-PreviewFiles previewFiles(const QString& workFolder, quint64 windowId);
+PreviewFiles previewFiles(const QString& workFolder, quint64 windowId, int slot = 0);
 
 // Cuts the lead-in and the stretch out of the track, runs the effect over
 // the stretch and joins the lead-in before it into `files.preview`, which
@@ -38,3 +43,13 @@ PreviewFiles previewFiles(const QString& workFolder, quint64 windowId);
 // effect's alert, as applying it would.
 Plan buildPreviewPlan(const EditState& s, const PreviewFiles& files, const EffectArguments& arguments,
                       bool selection);
+
+// Noise reduction heard before it is applied: the noise is learnt from the
+// selection as applying it does, and removed from ten seconds from the play
+// position at the level given.
+Plan buildNoiseReductionPreviewPlan(const EditState& s, const PreviewFiles& files, float level);
+
+// Why a preview was not made, for its dialog: where sox refused the values,
+// its own words ("sox refused the values: decay must be positive!"); else the
+// plan's alert.
+QString previewFailure(const PlanOutcome& outcome);

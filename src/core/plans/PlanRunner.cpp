@@ -1,5 +1,7 @@
 #include "PlanRunner.h"
 
+#include <algorithm>
+
 PlanRunner::PlanRunner(ToolPaths tools, QObject* parent)
     : QObject(parent), m_tools(std::move(tools)), m_worker(new QObject) {
     m_thread.setObjectName(QStringLiteral("PlanRunner"));
@@ -69,6 +71,18 @@ void PlanRunner::finish(const PlanOutcome& outcome) {
 void PlanRunner::cancel() {
     if (m_running)
         m_cancel = true;
+}
+
+void PlanRunner::withdraw(const QObject* receiver) {
+    // The running plan stays at the front until it has ended.
+    const auto queued = m_queue.begin() + (m_running ? 1 : 0);
+    m_queue.erase(std::remove_if(queued, m_queue.end(),
+                                 [receiver](const Job& job) { return job.receiver.data() == receiver; }),
+                  m_queue.end());
+    if (m_running && m_queue.front().receiver.data() == receiver)
+        cancel();
+    if (!m_running && m_queue.empty())
+        setBusy(false);
 }
 
 QObject* PlanRunner::currentReceiver() const {

@@ -32,6 +32,9 @@ public:
     // skipped and what it wrote is deleted; its completion sees `cancelled`.
     // Plans queued behind it still run.
     void cancel();
+    // Takes back every plan `receiver` submitted: those still queued never
+    // run, and the running one, if it is the receiver's, is cancelled.
+    void withdraw(const QObject* receiver);
     // The window whose plan runs now, if it is still there.
     QObject* currentReceiver() const;
     // The process id of the tool running now; 0 between runs.

@@ -2,6 +2,7 @@
 
 #include "edit/EditPlans.h"
 
+class PlanRunner;
 class QPoint;
 class QWidget;
 struct PlanOutcome;
@@ -29,6 +30,10 @@ public:
     // Runs an edit after the checks above; its result becomes the current
     // version, its clip the copied audio.
     virtual void runEdit(const EditPlan& edit) = 0;
+    // The session's runner, for runs that make no version (a preview).
+    virtual PlanRunner& runner() = 0;
+    // Tells this window's files from another's made in the same second.
+    virtual quint64 windowId() const = 0;
 
 protected:
     ~TrackWindow() = default;

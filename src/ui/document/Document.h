@@ -248,6 +248,8 @@ private:
     // The names of an operation begun now, clear of every other window's files.
     ResultNames resultNames(Writes writes = Writes::Version) const override;
     void runEdit(const EditPlan& edit) override;
+    PlanRunner& runner() override;
+    quint64 windowId() const override { return u_ID; }
     void adoptResult(const EditPlan& edit, qint64 seconds);
 
     Session& m_session;

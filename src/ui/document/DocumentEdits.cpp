@@ -44,6 +44,10 @@ void Document::runEdit(const EditPlan& edit) {
     });
 }
 
+PlanRunner& Document::runner() {
+    return m_session.runner();
+}
+
 void Document::adoptResult(const EditPlan& edit, qint64 seconds) {
     const QString name = QFileInfo(edit.result).fileName();
     m_track.s_WAV_File_Path = edit.result;

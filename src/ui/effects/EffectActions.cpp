@@ -1,6 +1,7 @@
 #include "EffectActions.h"
 
 #include "EffectDialogs.h"
+#include "EffectPreview.h"
 #include "actions/TrackWindow.h"
 #include "widgets/Alerts.h"
 
@@ -36,6 +37,13 @@ void EffectActions::runEffect(const EffectEntry& entry, bool selectionOnly) {
         EffectDialog dialog(entry.dialog, m_window.windowWidget());
         if (!entry.windowTitle.isEmpty())
             dialog.setWindowTitle(entry.windowTitle);
+        // The dialog's Preview runs the very arguments OK will run.
+        new EffectPreview(
+            dialog, m_window,
+            [&entry, selectionOnly](const EditState& s, const PreviewFiles& files, const EffectValues& v) {
+                return buildPreviewPlan(s, files, entry.arguments(v), selectionOnly);
+            },
+            entry.title);
         dialog.exec();
         if (!dialog.bOK)
             return;
@@ -56,6 +64,12 @@ void EffectActions::OnPopupNoiseReduction() {
     if (!ask.bOK)
         return;
     EffectDialog strength(noiseReductionDialog(), m_window.windowWidget());
+    new EffectPreview(
+        strength, m_window,
+        [](const EditState& s, const PreviewFiles& files, const EffectValues& v) {
+            return buildNoiseReductionPreviewPlan(s, files, v.real(QStringLiteral("f_Level")));
+        },
+        tr("Noise Reduction"));
     strength.exec();
     if (!strength.bOK)
         return;

@@ -1,12 +1,16 @@
 #include "EffectDialogs.h"
 
+#include "widgets/Alerts.h"
+
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QSlider>
 
 namespace {
@@ -38,6 +42,26 @@ EffectDialog::EffectDialog(const DialogDeclaration& declaration, QWidget* parent
     QGridLayout* bands = nullptr;
     for (const Parameter& p : m_declaration.parameters)
         addRow(p, bands);
+    labelPreview = new QLabel(this);
+    labelPreview->setObjectName(QStringLiteral("labelPreview"));
+    labelPreview->setWordWrap(true);
+    labelPreview->hide();
+    form()->addRow(labelPreview);
+    buttonPreview = buttonBox()->addButton(tr("&Preview"), QDialogButtonBox::ActionRole);
+    buttonPreview->setObjectName(QStringLiteral("buttonPreview"));
+    buttonPreview->setAutoDefault(false);
+    buttonPreview->setToolTip(
+        tr("Hear the effect on the selection, or on ten seconds from the play position"));
+    buttonPreview->hide();
+}
+
+void EffectDialog::showPreviewButton() {
+    buttonPreview->show();
+}
+
+void EffectDialog::showPreviewLine(const QString& text) {
+    labelPreview->setText(text);
+    labelPreview->setVisible(!text.isEmpty());
 }
 
 void EffectDialog::addRow(const Parameter& p, QGridLayout*& bands) {
@@ -57,7 +81,10 @@ void EffectDialog::addRow(const Parameter& p, QGridLayout*& bands) {
         row.label->setObjectName(p.labelName());
         row.label->setMinimumWidth(labelWidth(row.label, p));
         const auto index = m_rows.size();
-        connect(row.slider, &QSlider::valueChanged, this, [this, index] { showValue(m_rows[index]); });
+        connect(row.slider, &QSlider::valueChanged, this, [this, index] {
+            showValue(m_rows[index]);
+            emit valuesEdited();
+        });
         if (band) {
             // A row of bands side by side, each named underneath.
             if (!bands) {
@@ -86,17 +113,20 @@ void EffectDialog::addRow(const Parameter& p, QGridLayout*& bands) {
     } else if (p.kind == ControlKind::Text) {
         row.field = new QLineEdit(p.text, this);
         row.field->setObjectName(p.widgetName());
+        connect(row.field, &QLineEdit::textEdited, this, &EffectDialog::valuesEdited);
         form()->addRow(p.caption, row.field);
     } else if (p.kind == ControlKind::List) {
         row.list = new QComboBox(this);
         row.list->setObjectName(p.widgetName());
         row.list->addItems(p.items);
         row.list->setCurrentIndex(p.start);
+        connect(row.list, &QComboBox::activated, this, &EffectDialog::valuesEdited);
         form()->addRow(p.caption, row.list);
     } else {
         row.check = new QCheckBox(spoken(p.caption), this);
         row.check->setObjectName(p.widgetName());
         row.check->setChecked(p.start != 0);
+        connect(row.check, &QCheckBox::toggled, this, &EffectDialog::valuesEdited);
         form()->addRow(QString(), row.check);
     }
     if (p.kind != ControlKind::Band)
@@ -128,12 +158,29 @@ EffectValues::Number EffectDialog::read(const Row& row) const {
     return p.read({}, row.check->isChecked() ? 1 : 0);
 }
 
-QString EffectDialog::validate() {
+EffectValues EffectDialog::currentValues() const {
     EffectValues values;
     for (const Row& row : m_rows)
         values.set(row.parameter->key, read(row));
-    m_values = values;
+    return values;
+}
+
+QString EffectDialog::validate() {
+    m_values = currentValues();
     return refusal(m_declaration, m_values);
+}
+
+QString EffectDialog::refusalNow() const {
+    return refusal(m_declaration, currentValues());
+}
+
+std::optional<EffectValues> EffectDialog::checkedValues() {
+    const EffectValues values = currentValues();
+    if (const QString problem = refusal(m_declaration, values); !problem.isEmpty()) {
+        showErrorAlert(this, problem);
+        return std::nullopt;
+    }
+    return values;
 }
 
 std::unique_ptr<EffectDialog> makeEffectDialog(const DialogDeclaration& declaration, QWidget* parent) {

@@ -4,12 +4,14 @@
 #include "widgets/ParameterDialog.h"
 
 #include <memory>
+#include <optional>
 
 class QCheckBox;
 class QComboBox;
 class QGridLayout;
 class QLabel;
 class QLineEdit;
+class QPushButton;
 class QSlider;
 
 // A parameter dialog built from its declaration: one row per declared
@@ -30,6 +32,26 @@ public:
     // "onChangea0"): the label shows the slider's value again. False when no
     // control has an action of that name.
     bool runChangeAction(const QString& action);
+
+    // The values as the controls hold them now, through the checks OK runs;
+    // empty when refused, after the refusal was shown as OK shows it.
+    std::optional<EffectValues> checkedValues();
+    // The values as the controls hold them now, unchecked, and their refusal
+    // (empty when they pass).
+    EffectValues currentValues() const;
+    QString refusalNow() const;
+
+    // The Preview button (Alt+P) beside OK and Cancel, and the line under the
+    // controls where the preview says what became of it; both hidden until a
+    // preview is attached (the noise question has nothing to hear).
+    QPushButton* buttonPreview = nullptr;
+    QLabel* labelPreview = nullptr;
+    void showPreviewButton();
+    void showPreviewLine(const QString& text);
+
+signals:
+    // Any control was changed by the user or by a slider's keys.
+    void valuesEdited();
 
 protected:
     QString validate() override;

@@ -28,6 +28,9 @@ public:
     void resume();
     void stop();
     bool isPlaying() const;
+    // Asked to play but not yet playing: the file still loads, or the seek
+    // before it waits.
+    bool isStarting() const { return m_wantsToPlay && (!m_loaded || m_pendingMs); }
 
 signals:
     // The file could not be played; the text says why, in the player's words.

@@ -38,6 +38,8 @@ protected:
 
     // The layout subclasses fill with their labelled controls.
     QFormLayout* form() const { return form_; }
+    // Where OK and Cancel are, for a subclass's own buttons beside them.
+    QDialogButtonBox* buttonBox() const { return buttons_; }
 
 private:
     QFormLayout* form_ = nullptr;

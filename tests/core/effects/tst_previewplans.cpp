@@ -94,6 +94,59 @@ private slots:
             QVERIFY(QFileInfo(file).fileName().startsWith('.'));
             QVERIFY(!other.all().contains(file));
         }
+        // The second slot plays while the first is made again, and the reverse.
+        const PreviewFiles second = previewFiles("/w", 3, 1);
+        QCOMPARE(second.preview, QString("/w/.preview-3-1.wav"));
+        QCOMPARE(second.making(), one.making());
+        QVERIFY(!one.making().contains(one.preview));
+        const QStringList all = one.all();
+        QCOMPARE(QSet<QString>(all.begin(), all.end()).size(), all.size());
+    }
+
+    void noiseReductionIsHeardOnTenSecondsFromThePlayPosition() {
+        // Noise learnt from the silent middle of a noisy pattern, removed from
+        // ten seconds from 1.5 s: the tone stays, the noise goes.
+        const QString noisy = m_dir.filePath("noisy.wav");
+        QCOMPARE(fixtures::run("sox",
+                               {"-m", m_track, "|sox -n -r 44100 -c 2 -b 16 -p synth 10 whitenoise vol 0.02",
+                                "-b", "16", noisy}),
+                 0);
+        const PreviewFiles files = previewFiles(m_dir.path(), 9);
+        const PlanOutcome outcome = executePlan(
+            buildNoiseReductionPreviewPlan(stateOf(m_dir.path(), noisy, 10, 42, 58, 1.5f), files, 0.3f),
+            realTools());
+        QVERIFY2(outcome.ok, qPrintable(outcome.alert));
+        // To the track's end, but for the last part-window sox's noisered leaves out.
+        QVERIFY(std::abs(fixtures::wavInfo(files.preview).seconds() - 8.5) < 0.05);
+        for (const QString& file : files.making())
+            QVERIFY2(!QFileInfo::exists(file), qPrintable(file));
+        // 2.5 s into the track (1 s into the preview) is silence and noise: quieter after.
+        const std::vector<short> heard = fixtures::samples(files.preview), before = fixtures::samples(noisy);
+        const auto rms = [](const std::vector<short>& s, std::size_t from) {
+            double sum = 0;
+            for (std::size_t i = from; i < from + 2 * Rate / 2; ++i)
+                sum += double(s[i]) * s[i];
+            return std::sqrt(sum / double(Rate));
+        };
+        QVERIFY2(rms(heard, 2 * std::size_t(3.0 * Rate)) < rms(before, 2 * std::size_t(4.5 * Rate)) / 4,
+                 "the noise is still there");
+        QFile::remove(files.preview);
+    }
+
+    void aRefusalIsToldInSoxsOwnWords() {
+        const PreviewFiles files = previewFiles(m_dir.path(), 10);
+        const PlanOutcome outcome =
+            executePlan(buildPreviewPlan(stateOf(m_dir.path(), m_track, 10, 30, 60), files,
+                                         {{}, {"phaser", "0.8", "0.74", "3", "0.4", "5000", "-s"}}, true),
+                        realTools());
+        QVERIFY(!outcome.ok);
+        QCOMPARE(previewFailure(outcome), QString("sox refused the values: parameter `mod_speed' must be "
+                                                  "between 0.1 and 2"));
+        // Without a sox refusal the plan's alert stands.
+        PlanOutcome other;
+        other.ok = false;
+        other.alert = "The disk is full.";
+        QCOMPARE(previewFailure(other), other.alert);
     }
 
     void echoOnASelectionIsTheAppliedEcho() {

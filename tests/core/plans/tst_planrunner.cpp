@@ -263,6 +263,37 @@ private slots:
         runner.cancel(); // with nothing running, nothing happens
     }
 
+    void withdrawingTakesBackOneReceiversPlansOnly() {
+        const QString folder = m_dir.filePath("withdraw");
+        const QString sox = standIn(folder + "/bin", "sox", "echo part > \"$1\"; exec sleep 30\n");
+        PlanRunner runner({sox, sox});
+        QObject preview, other;
+        QStringList ended; // the plans called back, in order, with how they ended
+        const auto plan = [&](const QString& name, QObject* receiver) {
+            runner.submit({{step::Run{Tool::Sox, {folder + "/" + name + ".wav"}}}}, receiver,
+                          [&ended, name](const PlanOutcome& o) {
+                              ended << name + (o.cancelled ? " cancelled" : o.ok ? " ok" : " failed");
+                          });
+        };
+        plan("running", &preview);
+        plan("queued", &preview);
+        plan("another's", &other);
+        plan("queued later", &preview);
+        QTRY_VERIFY(runner.runningProcessId() != 0 && QFile::exists(folder + "/running.wav"));
+        runner.withdraw(&preview);
+        QTRY_COMPARE(ended, QStringList({"running cancelled"}));
+        QVERIFY(!QFile::exists(folder + "/running.wav")); // what it wrote is taken back
+        // Only the other receiver's plan is left, and it runs.
+        QTRY_VERIFY(runner.runningProcessId() != 0 && QFile::exists(folder + "/another's.wav"));
+        runner.withdraw(&preview); // nothing of it is left: nothing happens
+        QVERIFY(runner.isBusy());
+        runner.withdraw(&other);
+        QTRY_COMPARE(ended, QStringList({"running cancelled", "another's cancelled"}));
+        QTRY_VERIFY(!runner.isBusy());
+        QVERIFY(!QFile::exists(folder + "/queued.wav"));
+        QVERIFY(!QFile::exists(folder + "/queued later.wav"));
+    }
+
     void aResultThatIsNotAudioIsRefusedQuotingTheTool_data() {
         QTest::addColumn<QByteArray>("bytes");
         QTest::newRow("empty") << QByteArray();
