@@ -14,10 +14,15 @@
 //   8. joining three 10-minute tracks end to end (two of them padded) the same
 //      way, and the longest interface-thread stall meanwhile;
 //   9. a three-step recipe (normalize, echo, fade in, exported as MP3) done to
-//      ten 1-minute files as a batch beside its saved script run on each file.
-// Run it with `make bench` (or one part: --exports, --cancel, --join, --batch).
+//      ten 1-minute files as a batch beside its saved script run on each file;
+//  10. the echo dialog's Preview on ten seconds of a 1-hour track, from the
+//      press to the first sample at the audio output, beside the preview's
+//      tool runs from a plain shell script.
+// Run it with `make bench` (or one part: --exports, --cancel, --join, --batch,
+// --preview).
 
 #include "PaintBench.h"
+#include "PreviewBench.h"
 #include "application/AppDelegate.h"
 #include "batch/BatchRun.h"
 #include "batch/RecipePlans.h"
@@ -27,6 +32,7 @@
 #include "edit/EditPlans.h"
 #include "effects/EffectCatalogue.h"
 #include "effects/EffectPlans.h"
+#include "effects/PreviewPlans.h"
 #include "mixer/MixerTracks.h"
 #include "plans/PlanRunner.h"
 
@@ -439,6 +445,34 @@ void measureWaveform(const QString& self, const QString& hour) {
     painter.waitForFinished(-1);
 }
 
+// Preview's press-to-sound time in a child under a private sound server, then
+// the same tool runs from a shell script.
+void measurePreview(const QString& self, const QString& folder, const QString& hour) {
+    std::printf("\nPreview in the echo dialog on ten seconds of a 1-hour track (median of 7)\n");
+    std::fflush(stdout);
+    QProcess child;
+    child.setProcessChannelMode(QProcess::ForwardedChannels);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("HOME", folder + "/preview-home");
+    if (!environment.contains("DISPLAY"))
+        environment.insert("QT_QPA_PLATFORM", "offscreen");
+    child.setProcessEnvironment(environment);
+    child.start(QStringLiteral(TANSELO_SOURCE_DIR "/scripts/with-audio-server.sh"),
+                {self, "--preview", hour});
+    child.waitForFinished(-1);
+
+    const EditState state{
+        folder, hour,           {}, calculateSegmentVariables({3600, 50, 50 + 10.0f / 36, 0, 3600}), 3600,
+        50,     50 + 10.0f / 36};
+    const Plan plan =
+        buildPreviewPlan(state, previewFiles(folder, 0),
+                         findEffect("Echo")->arguments(startValues(*findDialog("Window_Echo"))), true);
+    std::vector<double> shell;
+    for (int i = 0; i < 7; ++i)
+        shell.push_back(timeCommand("sh", {"-c", shellScript(plan, foundTools())}));
+    std::printf("  the same tool runs from a shell script: %.0f ms median\n", median(shell));
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -448,6 +482,8 @@ int main(int argc, char** argv) {
         return paintAndReport(argc, argv, QString::fromLocal8Bit(argv[2]));
     if (argc == 2 && QByteArray(argv[1]) == "--startup")
         return startAndReportShown(argc, argv);
+    if (argc == 3 && QByteArray(argv[1]) == "--preview")
+        return previewAndReport(argc, argv, QString::fromLocal8Bit(argv[2]));
 
     QCoreApplication application(argc, argv);
     const QString self = QCoreApplication::applicationFilePath();
@@ -476,6 +512,10 @@ int main(int argc, char** argv) {
         measureCancel(dir.path(), hour);
         return 0;
     }
+    if (argc == 2 && QByteArray(argv[1]) == "--preview") {
+        measurePreview(self, dir.path(), hour);
+        return 0;
+    }
     measureWaveform(self, hour);
 
     std::vector<double> startUps;
@@ -497,5 +537,6 @@ int main(int argc, char** argv) {
     measureCancel(dir.path(), hour);
     compareJoinWithAShell(dir.path());
     compareBatchWithTheScript(dir.path());
+    measurePreview(self, dir.path(), hour);
     return 0;
 }

@@ -50,9 +50,9 @@ Plan buildPreviewPlan(const EditState& s, const PreviewFiles& files, const Effec
         plan.steps.push_back(step::DeleteFile{file}); // ffmpeg never overwrites
     if (lead)
         plan.steps.push_back(step::Run{
-            Tool::FFmpeg, segmentArguments(s.track, stretch.leadStart, stretch.leadDuration, files.lead)});
+            Tool::Sox, soxSegmentArguments(s.track, stretch.leadStart, stretch.leadDuration, files.lead)});
     plan.steps.push_back(
-        step::Run{Tool::FFmpeg, segmentArguments(s.track, stretch.start, stretch.duration, files.part)});
+        step::Run{Tool::Sox, soxSegmentArguments(s.track, stretch.start, stretch.duration, files.part)});
     plan.steps.push_back(step::Run{Tool::Sox, soxArguments(arguments, files.part, processed)});
     plan.steps.push_back(step::RequireFile{processed, parametersNotAcceptedMessage()});
     if (lead)
@@ -70,11 +70,11 @@ Plan buildNoiseReductionPreviewPlan(const EditState& s, const PreviewFiles& file
     Plan plan;
     for (const QString& file : files.all())
         plan.steps.push_back(step::DeleteFile{file});
-    plan.steps.push_back(step::Run{Tool::FFmpeg, segmentArguments(s.track, s.seg.sStartSelection,
+    plan.steps.push_back(step::Run{Tool::Sox, soxSegmentArguments(s.track, s.seg.sStartSelection,
                                                                   s.seg.sDurationSelection, files.noise)});
     plan.steps.push_back(step::Run{Tool::Sox, {files.noise, "-n", "noiseprof", files.profile}});
     plan.steps.push_back(
-        step::Run{Tool::FFmpeg, segmentArguments(s.track, stretch.start, stretch.duration, files.part)});
+        step::Run{Tool::Sox, soxSegmentArguments(s.track, stretch.start, stretch.duration, files.part)});
     plan.steps.push_back(step::Run{.tool = Tool::Sox,
                                    .arguments = {files.part, files.preview, "noisered", files.profile,
                                                  QString::asprintf("%.02f", double(level))},

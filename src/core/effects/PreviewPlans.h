@@ -37,7 +37,8 @@ struct PreviewFiles {
 };
 PreviewFiles previewFiles(const QString& workFolder, quint64 windowId, int slot = 0);
 
-// Cuts the lead-in and the stretch out of the track, runs the effect over
+// Cuts the lead-in and the stretch out of the track (with sox, which cuts
+// the same samples as the effect's own ffmpeg cuts in far less time), runs the effect over
 // the stretch and joins the lead-in before it into `files.preview`, which
 // the dialog then plays; the other files go when it succeeds. sox refusing the values ends the plan with the
 // effect's alert, as applying it would.

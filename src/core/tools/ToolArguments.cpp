@@ -15,6 +15,11 @@ QStringList segmentArguments(const QString& track, const QString& start, const Q
     return {"-i", track, "-ss", start, "-t", duration, segment};
 }
 
+QStringList soxSegmentArguments(const QString& track, const QString& start, const QString& duration,
+                                const QString& segment) {
+    return {track, segment, "trim", start, duration};
+}
+
 QStringList joinArguments(const QStringList& inputs, const QString& result) {
     QStringList arguments;
     for (const QString& input : inputs)

@@ -15,6 +15,12 @@ QStringList importArguments(const QString& source, const QString& result);
 // "-i" track "-ss" start "-t" duration segment: one stretch of a track, no codec options.
 QStringList segmentArguments(const QString& track, const QString& start, const QString& duration,
                              const QString& segment);
+// sox's arguments for the same stretch of a working WAV, sample for sample
+// (a stretch starts and ends at a hundredth, a whole number of frames): sox
+// seeks in the file and starts in a tenth of ffmpeg's time, where ffmpeg
+// reads everything before the start (half a second half an hour in).
+QStringList soxSegmentArguments(const QString& track, const QString& start, const QString& duration,
+                                const QString& segment);
 
 // One "-i" per input in playing order, ffmpeg's concat filter over all of them,
 // the conversion tail, result.

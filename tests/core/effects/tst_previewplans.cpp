@@ -30,9 +30,12 @@ class tst_PreviewPlans : public QObject {
     QString m_track; // tone 0–4 s, silence 4–6 s, tone 6–10 s
 
     // The samples from `fromSeconds` on of the version the effect applied
-    // through OK makes, as many as the preview holds, against the preview's.
+    // through OK makes, as many as the preview holds, against the preview's;
+    // or only `seconds` of them, where the preview stops in the selection
+    // and the effect's tail (an echo's) is heard where the applied effect
+    // goes on.
     void compareWithApplied(const EditState& s, const EffectArguments& arguments, bool selection,
-                            double fromSeconds) {
+                            double fromSeconds, double seconds = 0) {
         const PreviewFiles files = previewFiles(m_dir.path(), 7);
         const PlanOutcome preview =
             executePlan(buildPreviewPlan(s, files, arguments, selection), realTools());
@@ -47,7 +50,10 @@ class tst_PreviewPlans : public QObject {
         const std::size_t from = std::size_t(fromSeconds * Rate) * 2;
         QVERIFY(heard.size() > Rate); // a second and more
         QVERIFY(from + heard.size() <= made.size());
-        for (std::size_t i = 0; i < heard.size(); ++i)
+        const std::size_t compared =
+            seconds > 0 ? std::size_t(std::llround(seconds * Rate)) * 2 : heard.size();
+        QVERIFY(compared <= heard.size());
+        for (std::size_t i = 0; i < compared; ++i)
             if (heard[i] != made[from + i])
                 QFAIL(qPrintable(QString("sample %1 of the preview is %2, the applied version's %3")
                                      .arg(i)
@@ -152,6 +158,19 @@ private slots:
     void echoOnASelectionIsTheAppliedEcho() {
         compareWithApplied(stateOf(m_dir.path(), m_track, 10, 30, 60),
                            {{}, {"echo", "0.8", "0.88", "60", "0.4"}}, true, 2.0);
+    }
+
+    void aSelectionDeepInALongTrackIsCutAtTheSameSamples() {
+        // Noise, where a cut one frame off shows at once; the selection starts
+        // at an odd hundredth, 73.29 s into two minutes.
+        const QString noise = m_dir.filePath("two-minutes.wav");
+        QCOMPARE(fixtures::run("sox", {"-D", "-n", "-r", "44100", "-c", "2", "-b", "16", noise, "synth",
+                                       "120", "whitenoise", "vol", "0.5"}),
+                 0);
+        const EditState s = stateOf(m_dir.path(), noise, 120, 61.075f, 70, 0);
+        QCOMPARE(s.seg.sStartSelection, QString("00:01:13.29"));
+        compareWithApplied(s, {{}, {"echo", "0.8", "0.88", "60", "0.4"}}, true, 72.29, 11.0);
+        QFile::remove(noise);
     }
 
     void anEqualizerWithACutBandIsTheAppliedOne() {
