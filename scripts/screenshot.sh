@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Takes a screenshot of the real editor under Xvfb with a track loaded:
-#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel|word|mixer|effects-menu|shortcuts|history|equalizer|batch|batch-done]
+#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel|word|mixer|effects-menu|shortcuts|history|equalizer|preview|batch|batch-done]
 # The last argument, run beside an audio server (scripts/with-audio-server.sh),
 # takes the picture 2.5 s into playback from the clicked position, or into a
 # recording of a tone played into the server. "export" takes the export dialog
@@ -14,6 +14,8 @@
 # "effects-menu" the menu bar with its Effects menu open; "shortcuts" the
 # Keyboard Shortcuts window; "history" the History window after a cut, a
 # delete, a paste at the end and one undo; "equalizer" the equalizer's dialog;
+# "preview" the echo dialog on a selection while its Preview plays (beside
+# an audio server);
 # "batch" the batch window after normalize, an echo on a selection and a
 # fade in, with the file itself and a copy of it added; "batch-done" the
 # progress window at the end of that batch, with a file that is not audio.
@@ -132,6 +134,23 @@ equalizer)
     xdotool key Down Down Down Down Down Down Down Down Right Return
     window=$(timeout 10 xdotool search --sync --name '^Equalizer$' | head -1)
     sleep 0.5
+    ;;
+preview)
+    # The selection from the play position to the end, Effects ▸ Echo ▸
+    # Selection…, a shorter delay, then Preview (Alt+P).
+    xdotool key shift+End
+    sleep 0.3
+    xdotool key alt+c
+    sleep 0.5
+    for _ in $(seq 21); do xdotool key Down; done
+    xdotool key Right Down Return
+    window=$(timeout 10 xdotool search --sync --name '^Echo$' | head -1)
+    sleep 0.5
+    xdotool mousemove --window "$window" 230 63 click 1 # the delay
+    xdotool key ctrl+a
+    xdotool type 250
+    xdotool key alt+p
+    sleep 1.5
     ;;
 history)
     # Three edits a second and more apart (each version's file is named by

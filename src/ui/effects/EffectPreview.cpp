@@ -29,6 +29,7 @@ EffectPreview::EffectPreview(EffectDialog& dialog, TrackWindow& window, PlanMake
 }
 
 EffectPreview::~EffectPreview() {
+    m_player.reset(); // the dialog's buttons may be gone already
     stop();
 }
 
@@ -102,10 +103,17 @@ void EffectPreview::made(const PlanOutcome& outcome, int slot, quint64 generatio
     m_slot = slot;
     connect(m_player.get(), &SoundPlayer::failed, this,
             [this](const QString& reason) { m_dialog.showPreviewLine(reason); });
+    connect(m_player.get(), &SoundPlayer::playingChanged, this, &EffectPreview::showState);
     if (from > 0)
         m_player->setCurrentTime(from);
     m_player->play();
+    showState();
     emit started(from);
+}
+
+void EffectPreview::showState() {
+    // The same key stops what it started.
+    m_dialog.buttonPreview->setText(isPlaying() ? tr("Stop &Preview") : tr("&Preview"));
 }
 
 void EffectPreview::stop() {
@@ -114,7 +122,10 @@ void EffectPreview::stop() {
     if (m_making)
         m_runner.withdraw(this); // a run cancelled takes back what it wrote
     m_making = false;
-    m_player.reset();
+    if (m_player) {
+        m_player.reset();
+        showState();
+    }
     for (const PreviewFiles& files : m_slots)
         deleteFiles(files.all());
 }

@@ -59,6 +59,7 @@ private:
     void make(const EffectValues& values);
     void made(const PlanOutcome& outcome, int slot, quint64 generation);
     void retune();
+    void showState(); // the button says what it does now
     static void deleteFiles(const QStringList& files);
 
     EffectDialog& m_dialog;

@@ -12,6 +12,9 @@ SoundPlayer::SoundPlayer(const QString& path, QObject* parent) : QObject(parent)
         if (seekable && m_loaded && m_pendingMs)
             settle();
     });
+    connect(&m_player, &QMediaPlayer::playbackStateChanged, this, [this](QMediaPlayer::PlaybackState state) {
+        emit playingChanged(state == QMediaPlayer::PlayingState);
+    });
     connect(&m_player, &QMediaPlayer::errorOccurred, this,
             [this](QMediaPlayer::Error, const QString& text) { emit failed(text); });
     // An output that goes away (the sound server stopped) ends the playback

@@ -35,6 +35,8 @@ public:
 signals:
     // The file could not be played; the text says why, in the player's words.
     void failed(const QString& reason);
+    // Playing began, or ended (paused, stopped or at the file's end).
+    void playingChanged(bool playing);
 
 private:
     void onStatus(QMediaPlayer::MediaStatus status);

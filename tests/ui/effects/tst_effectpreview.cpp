@@ -101,18 +101,24 @@ class tst_EffectPreview : public EditingFixture {
         const QString copy = m_root.filePath(action + "-preview.wav");
         const int versions = int(d->history().u_array_WAV_Files_Length());
         qint64 heardAfterMs = -1;
+        // The sink's monitor is heard from before the dialog opens: the capture's
+        // own start is not the editor's delay.
+        listening::Capture capture;
+        QVERIFY(QTest::qWaitFor([&] { return !capture.samples().empty(); }, 5000));
         QVERIFY(edit(d, [&] {
             withDialog(d, action, [&](EffectDialog* dialog) {
                 set(dialog);
-                listening::Capture capture;
                 QElapsedTimer clock;
                 clock.start();
+                std::size_t before = capture.samples().size();       // what was heard before the press
                 QTest::keyClick(dialog, Qt::Key_P, Qt::AltModifier); // Alt+P is the button's key
                 while (heardAfterMs < 0 && clock.elapsed() < 5000) {
                     QTest::qWait(10);
                     const std::vector<short>& heard = capture.samples();
-                    if (std::any_of(heard.begin(), heard.end(), [](short s) { return std::abs(s) > 3277; }))
+                    if (std::any_of(heard.begin() + std::ptrdiff_t(before), heard.end(),
+                                    [](short s) { return std::abs(s) > 3277; }))
                         heardAfterMs = clock.elapsed();
+                    before = heard.size();
                 }
                 QVERIFY(previewOf(dialog)->isPlaying());
                 QVERIFY(QFile::copy(previewOf(dialog)->playingFile(), copy));
@@ -234,9 +240,11 @@ private slots:
         QVERIFY(edit(d, [&] {
             withDialog(d, "OnPopupEchoSelection", [&](EffectDialog* echo) {
                 QVERIFY(pressAndWait(echo));
+                QCOMPARE(echo->buttonPreview->text(), QString("Stop &Preview"));
                 QVERIFY(QFile::copy(previewOf(echo)->playingFile(), first));
                 QTest::mouseClick(echo->buttonPreview, Qt::LeftButton); // stops it
                 QVERIFY(!previewOf(echo)->isPlaying());
+                QCOMPARE(echo->buttonPreview->text(), QString("&Preview"));
                 echo->findChild<QSlider*>("sliderGainOut")->setValue(40);
                 QVERIFY(pressAndWait(echo));
                 QVERIFY(QFile::copy(previewOf(echo)->playingFile(), second));
@@ -329,6 +337,22 @@ private slots:
             QCOMPARE(playingStreams(), 1);
             QVERIFY2(!listening::hear(300).empty(), "nothing was heard");
             QCOMPARE(previewFilesLeft(), QStringList({preview->playingFile()}));
+        });
+        QCOMPARE(previewFilesLeft(), QStringList());
+    }
+
+    void aPreviewThatEndsLetsTheButtonStartAgain() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        setMarkers(d, 30, 35, 0); // half a second, and the second before it
+        withDialog(d, "OnPopupTremoloSelection", [&](EffectDialog* tremolo) {
+            EffectPreview* preview = previewOf(tremolo);
+            QVERIFY(pressAndWait(tremolo));
+            QCOMPARE(tremolo->buttonPreview->text(), QString("Stop &Preview"));
+            QTRY_VERIFY_WITH_TIMEOUT(!preview->isPlaying(), 5000);
+            QCOMPARE(tremolo->buttonPreview->text(), QString("&Preview"));
+            QVERIFY(pressAndWait(tremolo)); // heard again from its start
+            QVERIFY(preview->player()->currentTime() < 0.5);
         });
         QCOMPARE(previewFilesLeft(), QStringList());
     }
