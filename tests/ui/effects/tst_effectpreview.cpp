@@ -209,6 +209,21 @@ private slots:
             QVERIFY(gui::waitIdle(*m_app));
             QCOMPARE(previewFilesLeft(), QStringList());
         });
+        // An echo delay of 0 passes the dialog's checks, which refuse only a
+        // negative one; sox refuses it.
+        withDialog(d, "OnPopupEchoSelection", [&](EffectDialog* echo) {
+            dialogs::typeInto(echo->findChild<QLineEdit*>("textDelayMS"), "0");
+            QTest::mouseClick(echo->buttonPreview, Qt::LeftButton);
+            QTRY_VERIFY_WITH_TIMEOUT(!echo->labelPreview->isHidden(), 15000);
+            QCOMPARE(echo->labelPreview->text(),
+                     QString("sox refused the values: echo: delay must be positive!"));
+            // A value it takes clears the line.
+            dialogs::typeInto(echo->findChild<QLineEdit*>("textDelayMS"), "100");
+            QVERIFY(pressAndWait(echo));
+            QVERIFY(echo->labelPreview->isHidden());
+        });
+        QVERIFY(gui::waitIdle(*m_app));
+        QCOMPARE(previewFilesLeft(), QStringList());
     }
 
     void previewThenCancelLeavesNothing() {
@@ -218,6 +233,7 @@ private slots:
         const QStringList history = d->history().array_WAV_Files();
         const QString clipboard = m_app->session().s_Copied_WAV_File;
         const QStringList files = workFiles();
+        const qsizetype runs = m_app->session().runner().runs().size();
         withDialog(d, "OnPopupEchoSelection", [&](EffectDialog* echo) {
             QVERIFY(pressAndWait(echo));
             QCOMPARE(previewFilesLeft(), QStringList({previewOf(echo)->playingFile()}));
@@ -230,6 +246,14 @@ private slots:
         QCOMPARE(workFiles(), files);
         QCOMPARE(previewFilesLeft(), QStringList());
         QCOMPARE(playingStreams(), 0);
+        // The runs are the session's, as Help ▸ Tool Runs lists them: the two
+        // cuts, the echo and the join.
+        const QList<ToolRun> made = m_app->session().runner().runs().mid(runs);
+        QCOMPARE(made.size(), 4);
+        QCOMPARE(made[2].arguments.mid(2),
+                 findEffect("Echo")->arguments(startValues(*findDialog("Window_Echo"))).effect);
+        QCOMPARE(made[2].arguments[2], QString("echo"));
+        QVERIFY(made[2].arguments[1].endsWith("/.preview-" + QString::number(d->u_ID) + "-processed.wav"));
     }
 
     void aNewValueIsHeardInTheNextPreview() {
