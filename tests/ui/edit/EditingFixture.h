@@ -8,6 +8,7 @@
 #include "document/WaveformPlot.h"
 #include "edit/Window_Silence_Insert.h"
 #include "edit/Window_Silence_Trim.h"
+#include "effects/Clipping.h"
 #include "support/Fixtures.h"
 #include "support/Gui.h"
 #include "timeline/View_Audio_Wave.h"
@@ -100,6 +101,17 @@ protected:
         return done;
     }
     QStringList m_added;
+
+    // A 3 s tone at -1 dBFS, which amplifying to 200 % clips, and the count
+    // of samples sox says it clipped when it does that on its own.
+    std::optional<qint64> makeToneThatClips(const QString& path) {
+        if (fixtures::run("sox", {"-n", "-r", "44100", "-c", "2", "-b", "16", path, "synth", "3", "sine",
+                                  "440", "vol", "-1dB"}) != 0)
+            return std::nullopt;
+        QString said;
+        fixtures::run("sox", {"-v", "2", path, m_root.filePath("amplified.wav")}, &said);
+        return clippedSamples(said);
+    }
 
     void checkResult(Document* d, int versionsBefore, double length, const Spans& spans) {
         const fixtures::WavInfo info = fixtures::wavInfo(d->track().s_WAV_File_Path);

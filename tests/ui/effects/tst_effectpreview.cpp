@@ -61,8 +61,6 @@ QString sameSamples(const QString& part, const QString& whole, double fromSecond
 class tst_EffectPreview : public EditingFixture {
     Q_OBJECT
 
-    QString m_loud; // a 3 s tone at -1 dBFS
-
     // Opens the effects menu item `action` and lets `act` drive its dialog,
     // which is cancelled afterwards unless `act` ended it.
     void withDialog(Document* d, const QString& action, const std::function<void(EffectDialog*)>& act) {
@@ -135,13 +133,7 @@ class tst_EffectPreview : public EditingFixture {
     }
 
 private slots:
-    void initTestCase() {
-        startWithPattern();
-        m_loud = m_root.filePath("loud.wav");
-        QCOMPARE(fixtures::run("sox", {"-n", "-r", "44100", "-c", "2", "-b", "16", m_loud, "synth", "3",
-                                       "sine", "440", "vol", "-1dB"}),
-                 0);
-    }
+    void initTestCase() { startWithPattern(); }
     void cleanup() { closeAll(); }
 
     void echoOnASelectionIsHeardAndIsTheAppliedEcho() {
@@ -323,11 +315,10 @@ private slots:
     }
 
     void clippingIsSaidInTheDialog() {
-        QString said;
-        fixtures::run("sox", {"-v", "2", m_loud, m_root.filePath("amplified.wav")}, &said);
-        const std::optional<qint64> count = clippedSamples(said);
-        QVERIFY2(count && *count > 1000, qPrintable(said));
-        Document* d = gui::openInNewWindow(*m_app, m_loud);
+        const QString loud = m_root.filePath("loud.wav");
+        const std::optional<qint64> count = makeToneThatClips(loud);
+        QVERIFY(count && *count > 1000);
+        Document* d = gui::openInNewWindow(*m_app, loud);
         QVERIFY(d);
         withDialog(d, "OnPopupAmplifyEntireTrack", [&](EffectDialog* amplify) {
             dialogs::typeInto(amplify->findChild<QLineEdit*>("textPercentage"), "200");

@@ -317,13 +317,8 @@ private slots:
         // A tone at -1 dBFS amplified to 200 %: sox clips it, says how often,
         // and the result is adopted all the same.
         const QString loud = m_root.filePath("loud.wav");
-        QCOMPARE(fixtures::run("sox", {"-n", "-r", "44100", "-c", "2", "-b", "16", loud, "synth", "3", "sine",
-                                       "440", "vol", "-1dB"}),
-                 0);
-        QString said;
-        fixtures::run("sox", {"-v", "2", loud, m_root.filePath("amplified.wav")}, &said);
-        const std::optional<qint64> count = clippedSamples(said);
-        QVERIFY2(count && *count > 1000, qPrintable(said));
+        const std::optional<qint64> count = makeToneThatClips(loud);
+        QVERIFY(count && *count > 1000);
         Document* d = gui::openInNewWindow(*m_app, loud);
         QVERIFY(d);
         d->effectActions().fillEffectsMenu();
