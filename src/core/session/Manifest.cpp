@@ -1,0 +1,137 @@
+#include "Manifest.h"
+
+#include "names/Names.h"
+
+#include <QHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
+#include <optional>
+
+namespace {
+// A name the work folder can hold: no folder, nothing that leads out of it.
+bool plainName(const QString& name) {
+    return !name.isEmpty() && name != u"." && name != u".." && !name.contains(u'/') &&
+           !name.contains(QChar(0));
+}
+
+QJsonObject windowObject(const ManifestWindow& window) {
+    QJsonArray versions;
+    for (const ManifestVersion& v : window.versions)
+        versions.append(QJsonObject{
+            {"file", v.file}, {"label", v.label}, {"made", v.made.toUTC().toString(Qt::ISODateWithMs)}});
+    return {{"source", window.source},
+            {"colour", window.colour},
+            {"position", double(window.position)},
+            {"versions", versions}};
+}
+
+std::optional<ManifestWindow> readWindow(const QJsonValue& value) {
+    const QJsonObject object = value.toObject();
+    ManifestWindow window;
+    window.source = object.value("source").toString();
+    window.colour = object.value("colour").toString();
+    for (const QJsonValue& v : object.value("versions").toArray()) {
+        const QJsonObject version = v.toObject();
+        const QString file = version.value("file").toString();
+        if (!plainName(file))
+            return std::nullopt; // a history with a hole is not this window's
+        window.versions.append({file, version.value("label").toString(),
+                                QDateTime::fromString(version.value("made").toString(), Qt::ISODateWithMs)});
+    }
+    const double position = object.value("position").toDouble(-1);
+    if (window.versions.isEmpty() || !(position >= 0 && position <= double(window.versions.size())) ||
+        position != double(qsizetype(position)))
+        return std::nullopt;
+    window.position = qsizetype(position);
+    return window;
+}
+} // namespace
+
+QString manifestPath(const QString& workFolder) {
+    return pathInFolder(workFolder, QStringLiteral(".windows.json"));
+}
+
+QByteArray manifestText(const Manifest& manifest) {
+    QJsonArray windows;
+    for (const ManifestWindow& window : manifest.windows)
+        windows.append(windowObject(window));
+    return QJsonDocument(QJsonObject{{"windows", windows}, {"clipboard", manifest.clipboard}}).toJson();
+}
+
+Manifest readManifest(const QByteArray& text) {
+    const QJsonObject object = QJsonDocument::fromJson(text).object();
+    Manifest manifest;
+    for (const QJsonValue& value : object.value("windows").toArray())
+        if (std::optional<ManifestWindow> window = readWindow(value))
+            manifest.windows.append(*window);
+    if (const QString clipboard = object.value("clipboard").toString(); plainName(clipboard))
+        manifest.clipboard = clipboard;
+    return manifest;
+}
+
+bool writeManifest(const QString& workFolder, const Manifest& manifest) {
+    QSaveFile file(manifestPath(workFolder));
+    return file.open(QIODevice::WriteOnly) && file.write(manifestText(manifest)) >= 0 && file.commit();
+}
+
+QStringList Recovery::files() const {
+    QStringList all;
+    for (const ManifestWindow& window : windows)
+        for (const ManifestVersion& v : window.versions)
+            all.append(v.file);
+    if (!clipboard.isEmpty())
+        all.append(clipboard);
+    all.removeDuplicates();
+    return all;
+}
+
+Recovery planRecovery(const Manifest& manifest, const std::function<bool(const QString& file)>& usable) {
+    Recovery recovery;
+    QHash<QString, bool> known; // a file may stand in several places
+    const auto check = [&](const QString& file) {
+        auto it = known.find(file);
+        if (it == known.end())
+            it = known.insert(file, usable(file));
+        return *it;
+    };
+    for (const ManifestWindow& window : manifest.windows) {
+        ManifestWindow kept = window;
+        kept.versions.clear();
+        const bool onePast = window.position == window.versions.size();
+        qsizetype position = -1, firstAfter = -1;
+        for (qsizetype i = 0; i < window.versions.size(); ++i) {
+            if (!check(window.versions[i].file)) {
+                ++recovery.leftOut;
+                continue;
+            }
+            if (i <= window.position)
+                position = kept.versions.size();
+            else if (firstAfter < 0)
+                firstAfter = kept.versions.size();
+            kept.versions.append(window.versions[i]);
+        }
+        if (kept.versions.isEmpty())
+            continue;
+        kept.position = onePast ? kept.versions.size() : position >= 0 ? position : firstAfter;
+        recovery.windows.append(kept);
+    }
+    if (!manifest.clipboard.isEmpty() && check(manifest.clipboard))
+        recovery.clipboard = manifest.clipboard;
+    return recovery;
+}
+
+QString recoveryQuestion(const Recovery& recovery) {
+    const qsizetype n = recovery.windows.size();
+    return n == 1 ? QStringLiteral("Tanselo quit unexpectedly. Reopen the track that was open?")
+                  : QStringLiteral("Tanselo quit unexpectedly. Reopen the %1 tracks that were open?").arg(n);
+}
+
+QString recoveryDetails(const Recovery& recovery) {
+    if (recovery.leftOut == 0)
+        return {};
+    return recovery.leftOut == 1 ? QStringLiteral("One version is missing or unreadable and is left out.")
+                                 : QStringLiteral("%1 versions are missing or unreadable and are left out.")
+                                       .arg(recovery.leftOut);
+}

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QList>
+#include <QString>
+#include <functional>
+
+// Recovery after the editor died: starting empties the work folder, which
+// would delete every version of every track a killed editor (a crash, the
+// out-of-memory killer, a power cut) had open, although all of them were
+// still on disk. So the running editor keeps a small manifest of its windows
+// in the work folder, and removes it when it ends cleanly; a start that finds
+// one knows the last editor died, and offers its tracks back.
+
+// One version of a window's history: its file's name in the work folder,
+// the label and the time the History window shows.
+struct ManifestVersion {
+    QString file;
+    QString label;
+    QDateTime made;
+    bool operator==(const ManifestVersion&) const = default;
+};
+
+// One window, in window order: the source as the status bar names it, the
+// waveform colour ("#rrggbb"), and the history with its position (which may
+// stand one past the last version, as after a recording's take-over).
+struct ManifestWindow {
+    QString source;
+    QString colour;
+    QList<ManifestVersion> versions;
+    qsizetype position = 0;
+    bool operator==(const ManifestWindow&) const = default;
+};
+
+struct Manifest {
+    QList<ManifestWindow> windows;
+    QString clipboard; // the clipboard file's name; empty when nothing was copied
+    bool operator==(const Manifest&) const = default;
+};
+
+// The manifest's file in the work folder: hidden, as the previews are.
+QString manifestPath(const QString& workFolder);
+
+QByteArray manifestText(const Manifest& manifest);
+// What can be trusted of a manifest's text, whatever it holds: only plain
+// file names (no folder, never "." or ".."), positions within their
+// histories, windows with at least one version. Truncated or garbage text
+// reads as no windows.
+Manifest readManifest(const QByteArray& text);
+
+// Writes the manifest whole or not at all: a new file renamed over the old
+// one, so that a kill in the middle leaves the last manifest readable.
+bool writeManifest(const QString& workFolder, const Manifest& manifest);
+
+// The windows a start can give back: each one's versions whose files are
+// `usable` (there, and readable audio), its position moved to the nearest
+// surviving version at or before it (or the first after it); a window with
+// none left is left out. `leftOut` counts the versions dropped.
+struct Recovery {
+    QList<ManifestWindow> windows;
+    QString clipboard; // empty when its file is not usable
+    int leftOut = 0;
+    // Every file to keep: the windows' versions and the clipboard, once each.
+    QStringList files() const;
+};
+Recovery planRecovery(const Manifest& manifest, const std::function<bool(const QString& file)>& usable);
+
+// The question a start asks: "Tanselo quit unexpectedly. Reopen the 2 tracks
+// that were open?", and the line saying what could not be given back.
+QString recoveryQuestion(const Recovery& recovery);
+QString recoveryDetails(const Recovery& recovery);

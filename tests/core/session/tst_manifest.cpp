@@ -1,0 +1,161 @@
+// The manifest of the open windows: written whole, read back as it was, and
+// whatever its text has become, read as no more than can be trusted.
+
+#include "session/Manifest.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+Manifest twoWindows() {
+    const QDateTime at(QDate(2026, 11, 26), QTime(9, 30, 5, 250), Qt::UTC);
+    Manifest m;
+    m.windows.append({"interview.mp3",
+                      "#3070c0",
+                      {{"2026-11-26-09-30-05.wav", "Opened interview.mp3", at},
+                       {"2026-11-26-09-31-00.wav", "Cut", at.addSecs(55)},
+                       {"2026-11-26-09-31-40.wav", "Echo on selection", at.addSecs(95)}},
+                      1});
+    m.windows.append({"Recording", "#20a050", {{"2026-11-26-09-40-00.wav", "Recorded", at.addSecs(600)}}, 1});
+    m.clipboard = "2026-11-26-09-31-00Clip.wav";
+    return m;
+}
+
+bool trustworthy(const Manifest& m) {
+    for (const ManifestWindow& w : m.windows) {
+        if (w.versions.isEmpty() || w.position < 0 || w.position > w.versions.size())
+            return false;
+        for (const ManifestVersion& v : w.versions)
+            if (v.file.isEmpty() || v.file.contains('/') || v.file == "." || v.file == "..")
+                return false;
+    }
+    return !m.clipboard.contains('/');
+}
+} // namespace
+
+class tst_Manifest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void itReadsBackAsItWasWritten() {
+        const Manifest m = twoWindows();
+        QCOMPARE(readManifest(manifestText(m)), m);
+    }
+
+    void itIsWrittenWholeAndHidden() {
+        QTemporaryDir dir;
+        QVERIFY(writeManifest(dir.path(), twoWindows()));
+        QVERIFY(QFileInfo(manifestPath(dir.path())).fileName().startsWith('.'));
+        QFile file(manifestPath(dir.path()));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(readManifest(file.readAll()), twoWindows());
+        // Nothing but the manifest: the new file was renamed over it.
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList({".windows.json"}));
+    }
+
+    void namesThatLeadOutOfTheFolderAreNotTrusted() {
+        for (const char* bad : {"../elsewhere.wav", "/home/someone/speech.wav", "..", ".", ""}) {
+            Manifest m = twoWindows();
+            m.windows[0].versions[1].file = bad;
+            m.clipboard = bad;
+            const Manifest read = readManifest(manifestText(m));
+            QCOMPARE(read.windows.size(), 1); // the window with the hole is left out
+            QCOMPARE(read.windows[0], twoWindows().windows[1]);
+            QCOMPARE(read.clipboard, QString());
+        }
+    }
+
+    void positionsOutsideTheHistoryAreNotTrusted() {
+        for (double position : {-1.0, 4.0, 1.5, 1e300}) {
+            QByteArray text = manifestText(twoWindows());
+            const QByteArray first = "\"position\": 1,"; // the first window's
+            text.replace(text.indexOf(first), first.size(),
+                         "\"position\": " + QByteArray::number(position, 'g', 17) + ",");
+            QCOMPARE(readManifest(text).windows.size(), 1);
+        }
+    }
+
+    void truncatedEmptyOrGarbageTextReadsAsNoWindows() {
+        const QByteArray text = manifestText(twoWindows());
+        QVERIFY(readManifest(text.left(text.size() / 2)).windows.isEmpty());
+        QVERIFY(readManifest({}).windows.isEmpty());
+        QVERIFY(readManifest("\x89PNG\r\n\x1a\n").windows.isEmpty());
+        QVERIFY(readManifest("[1, 2, 3]").windows.isEmpty());
+        QVERIFY(readManifest("{\"windows\": {\"a\": 1}}").windows.isEmpty());
+    }
+
+    void tenThousandMutatedManifestsAreReadAsNoMoreThanCanBeTrusted() {
+        QRandomGenerator random(20261126);
+        const QByteArray text = manifestText(twoWindows());
+        int stillWhole = 0;
+        for (int i = 0; i < 10000; ++i) {
+            QByteArray mutated = text;
+            for (int edits = 1 + int(random.bounded(4)); edits > 0 && !mutated.isEmpty(); --edits) {
+                const int at = int(random.bounded(mutated.size()));
+                switch (random.bounded(4)) {
+                case 0:
+                    mutated.truncate(at);
+                    break;
+                case 1:
+                    mutated[at] = char(random.bounded(256));
+                    break;
+                case 2:
+                    mutated.remove(at, int(random.bounded(1, 20)));
+                    break;
+                default:
+                    mutated.insert(at, "\"/../x\"0-.,:{}[]"[random.bounded(16)]);
+                    break;
+                }
+            }
+            const Manifest read = readManifest(mutated);
+            QVERIFY2(trustworthy(read), mutated.constData());
+            // Whatever was read, a recovery from it gives back only usable files.
+            const Recovery recovery =
+                planRecovery(read, [](const QString& file) { return file.endsWith("05.wav"); });
+            for (const ManifestWindow& w : recovery.windows) {
+                QVERIFY(!w.versions.isEmpty());
+                QVERIFY(w.position >= 0 && w.position <= w.versions.size());
+                for (const ManifestVersion& v : w.versions)
+                    QVERIFY(v.file.endsWith("05.wav"));
+            }
+            stillWhole += read == twoWindows();
+        }
+        QVERIFY(stillWhole < 10000); // the mutations did reach the text
+    }
+
+    void recoveryLeavesOutWhatIsGoneAndKeepsThePositionNearby() {
+        const Manifest m = twoWindows();
+        // The current version (the cut) is gone: the one before it is current.
+        Recovery r = planRecovery(m, [](const QString& file) { return !file.endsWith("31-00.wav"); });
+        QCOMPARE(r.windows.size(), 2);
+        QCOMPARE(r.windows[0].versions.size(), 2);
+        QCOMPARE(r.windows[0].position, 0);
+        QCOMPARE(r.leftOut, 1);
+        QCOMPARE(r.clipboard, m.clipboard);
+        QCOMPARE(recoveryDetails(r), QString("One version is missing or unreadable and is left out."));
+        QCOMPARE(recoveryQuestion(r),
+                 QString("Tanselo quit unexpectedly. Reopen the 2 tracks that were open?"));
+        // Only later versions left: the first of them is current.
+        r = planRecovery(
+            m, [](const QString& file) { return file.endsWith("31-40.wav") || file.endsWith("40-00.wav"); });
+        QCOMPARE(r.windows[0].versions.size(), 1);
+        QCOMPARE(r.windows[0].position, 0);
+        // The recording's take-over state, one past its take, stays so.
+        QCOMPARE(r.windows[1].position, 1);
+        // A window none of whose versions survive is left out.
+        r = planRecovery(m, [](const QString& file) { return file.startsWith("2026-11-26-09-40"); });
+        QCOMPARE(r.windows.size(), 1);
+        QCOMPARE(r.windows[0].source, QString("Recording"));
+        QCOMPARE(r.leftOut, 3);
+        QCOMPARE(r.clipboard, QString());
+        QCOMPARE(recoveryQuestion(r), QString("Tanselo quit unexpectedly. Reopen the track that was open?"));
+        QCOMPARE(r.files(), QStringList({"2026-11-26-09-40-00.wav"}));
+        QVERIFY(planRecovery(m, [](const QString&) { return false; }).windows.isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_Manifest)
+#include "tst_manifest.moc"
