@@ -43,6 +43,9 @@ int main(int argc, char* argv[]) {
     AppDelegate delegate;
     if (const std::optional<int> status = delegate.applicationDidFinishLaunching(files))
         return *status;
-    delegate.openFiles(files);
+    // Reopened windows of an editor that died stand in for the first window;
+    // files named here open after them.
+    if (!delegate.offerRecovery() || !files.isEmpty())
+        delegate.openFiles(files);
     return QApplication::exec();
 }

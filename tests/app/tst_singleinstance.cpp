@@ -1,6 +1,7 @@
 #include "application/AppDelegate.h"
 #include "application/SingleInstance.h"
 #include "document/Document.h"
+#include "session/Manifest.h"
 #include "support/Fixtures.h"
 #include "support/Gui.h"
 
@@ -32,12 +33,20 @@ std::unique_ptr<QProcess> startEditor(const QString& home, const QStringList& ar
     return editor;
 }
 
-// Every file of a folder with the digest of its bytes.
+// Every file of a folder with the digest of its bytes, but the manifest of
+// the windows, which the first editor itself rewrites as it opens one.
 QMap<QString, QByteArray> contents(const QString& folder) {
     QMap<QString, QByteArray> files;
     for (const QString& name : QDir(folder).entryList(QDir::Files | QDir::Hidden))
-        files.insert(name, fixtures::digest(folder + "/" + name));
+        if (name != QFileInfo(manifestPath(folder)).fileName())
+            files.insert(name, fixtures::digest(folder + "/" + name));
     return files;
+}
+
+// The windows the manifest of `folder` lists.
+qsizetype windowsInManifest(const QString& folder) {
+    QFile file(manifestPath(folder));
+    return file.open(QIODevice::ReadOnly) ? readManifest(file.readAll()).windows.size() : 0;
 }
 } // namespace
 
@@ -60,6 +69,7 @@ private slots:
         fixtures::makeTone(folder + "/2026-01-01-10-00-05.wav", 3, 440);
         const QMap<QString, QByteArray> before = contents(folder);
         QVERIFY(before.contains("silence.wav") && before.contains(".tanselo.lock"));
+        QCOMPARE(windowsInManifest(folder), 1);
 
         auto second = startEditor(home);
         QVERIFY(second->waitForStarted(10000));
@@ -78,6 +88,7 @@ private slots:
         QTRY_COMPARE(QApplication::activeWindow(), opened);
         QVERIFY(gui::waitIdle(*app));
         QCOMPARE(contents(folder), before);
+        QCOMPARE(windowsInManifest(folder), 2); // the first editor's new window
     }
 
     // A first editor that holds the folder but is stopped cannot answer: the
@@ -170,6 +181,7 @@ private slots:
         const QMap<QString, QByteArray> after = contents(folder);
         for (auto it = before.cbegin(); it != before.cend(); ++it)
             QCOMPARE(after.value(it.key()), it.value());
+        QCOMPARE(windowsInManifest(folder), 3);
     }
 
     // `tanselo a.flac missing.wav b.mp3`: the editor converts a.flac and then

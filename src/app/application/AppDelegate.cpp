@@ -2,12 +2,15 @@
 
 #include "application/SingleInstance.h"
 #include "document/Document.h"
+#include "session/Manifest.h"
 #include "session/WorkFolder.h"
 #include "widgets/Alerts.h"
 #include "widgets/Icons.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QFile>
+#include <QFileInfo>
 #include <QMainWindow>
 #include <QTimer>
 
@@ -58,6 +61,26 @@ AppDelegate::AppDelegate() : b_Starting(true), u_Doc_Index(0) {
 AppDelegate::~AppDelegate() {
     for (const QPointer<Document>& document : std::as_const(m_documents))
         delete document.data();
+    removeManifest(); // a clean end: the next start asks nothing
+}
+
+void AppDelegate::keepManifest() {
+    if (!m_ownsFolder)
+        return;
+    Manifest manifest;
+    for (const QPointer<Document>& document : std::as_const(m_documents))
+        if (document && !document->history().versions().isEmpty())
+            manifest.windows.append(document->manifestEntry());
+    if (!m_session.s_Copied_WAV_File.isEmpty())
+        manifest.clipboard = QFileInfo(m_session.s_Copied_WAV_File).fileName();
+    if (!writeManifest(m_session.s_Output_Folder, manifest))
+        qWarning("the manifest of the windows could not be written in %s",
+                 qPrintable(m_session.s_Output_Folder));
+}
+
+void AppDelegate::removeManifest() {
+    if (m_ownsFolder)
+        QFile::remove(manifestPath(m_session.s_Output_Folder));
 }
 
 QAction* AppDelegate::makeAction(const QString& text, QKeySequence::StandardKey key) {
@@ -97,8 +120,13 @@ std::optional<int> AppDelegate::applicationDidFinishLaunching(const QStringList&
         return cannotStart(m_instance->error(), 1);
     case SingleInstance::Role::First:
         connect(m_instance.get(), &SingleInstance::openRequested, this, &AppDelegate::openFiles);
+        m_ownsFolder = true;
         break;
     }
+    // A manifest left in the folder means the editor that owned it died:
+    // its files are set aside before the folder is emptied, and the user is
+    // asked about them once the start is done.
+    m_recovery = setAsideForRecovery(s_Output_Folder);
     RemoveAllContentInFolder(s_Output_Folder);
 
     const ToolPaths tools = locateTools(QCoreApplication::applicationDirPath());
@@ -182,6 +210,11 @@ Document* AppDelegate::makeDocument(const Opening& opening) {
                 openPreGeneratedDocuments();
             });
     connect(document, &Document::filesDropped, this, &AppDelegate::openFiles);
+    for (auto changed : {&Document::historyChanged, &Document::copied, &Document::colourChanged})
+        connect(document, changed, this, &AppDelegate::keepManifest);
+    // Once the window has left the list.
+    connect(document, &QObject::destroyed, this,
+            [this] { QTimer::singleShot(0, this, &AppDelegate::keepManifest); });
     connect(document, &Document::openingTaken, this, &AppDelegate::openingTaken);
     document->show();
     return document;
@@ -191,6 +224,29 @@ void AppDelegate::openingTaken(Opening::Kind kind) {
     // The open dialog's mode lasts until its window's load begins.
     if (kind == Opening::Kind::AskForFile && u_Open_New_Document == 1)
         u_Open_New_Document = 0;
+}
+
+bool AppDelegate::offerRecovery() {
+    if (!m_recovery)
+        return false;
+    const Recovery recovery = *std::exchange(m_recovery, std::nullopt);
+    const QString& folder = m_session.s_Output_Folder;
+    if (showAlert(nullptr, recoveryQuestion(recovery), recoveryDetails(recovery),
+                  {tr("Reopen"), tr("Discard")}) != 0) {
+        discardRecovery(folder);
+        return false;
+    }
+    if (!bringBackRecovery(folder, recovery))
+        showErrorAlert(nullptr,
+                       tr("Some versions could not be moved back into the work folder. They are kept in "
+                          "%1.")
+                           .arg(recoveryFolderPath(folder)));
+    if (!recovery.clipboard.isEmpty())
+        m_session.s_Copied_WAV_File = pathInFolder(folder, recovery.clipboard);
+    for (const ManifestWindow& window : recovery.windows)
+        makeDocument(Opening::recoveredWindow(window));
+    keepManifest();
+    return true;
 }
 
 void AppDelegate::openFiles(const QStringList& files) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "session/Manifest.h"
+
 #include "document/Opening.h"
 #include "mixer/MixerTracks.h"
 #include "session/Session.h"
@@ -46,6 +48,9 @@ public:
     // none, one new window as File ▸ New makes. The windows come one after
     // another from the event loop, so hundreds of files never freeze it.
     void openFiles(const QStringList& files);
+    // After a start that found the windows of an editor that died: asks
+    // whether to reopen them, and does. True when windows were reopened.
+    bool offerRecovery();
     void openDocument();
     void openPreGeneratedDocuments();
     Document* currentDocument() const;
@@ -123,6 +128,12 @@ private:
     // (and the mode ends with the batch) when the window is made.
     Opening nextOpening();
     void openingTaken(Opening::Kind kind);
+    // Writes the manifest of the windows open now, for a start after this
+    // editor dies; removed when it ends cleanly. Only by the folder's owner.
+    void keepManifest();
+    void removeManifest();
+    bool m_ownsFolder = false;
+    std::optional<Recovery> m_recovery; // what a dead editor left, set aside until asked
 
     std::unique_ptr<SingleInstance> m_instance;
     QStringList m_filesToOpen;

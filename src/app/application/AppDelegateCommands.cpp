@@ -84,6 +84,7 @@ void AppDelegate::save() {
 }
 
 void AppDelegate::OnMenuQuit() {
+    removeManifest(); // an end that was meant: the next start asks nothing
     Terminate_App();
 }
 

@@ -59,6 +59,12 @@ void VersionHistory::takeOverRecording(const QString& path, const QString& label
     m_position = 1;
 }
 
+void VersionHistory::restore(const QList<Version>& versions, qsizetype position) {
+    m_versions = versions;
+    m_length = quint64(versions.size());
+    m_position = quint64(std::clamp<qsizetype>(position, 0, versions.size()));
+}
+
 QStringList VersionHistory::array_WAV_Files() const {
     QStringList paths;
     paths.reserve(m_versions.size());

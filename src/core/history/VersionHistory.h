@@ -40,6 +40,9 @@ public:
     // alone in the list, with the position one past it. The next append then
     // lands at index 1, and undo and redo both go to the take.
     void takeOverRecording(const QString& path, const QString& label);
+    // A history given back after the editor died: these versions, with the
+    // position they had (one past the last only in a take-over state).
+    void restore(const QList<Version>& versions, qsizetype position);
 
     QStringList array_WAV_Files() const; // the versions' paths, oldest first
     quint64 u_array_WAV_Files_Position() const { return m_position; }

@@ -1,7 +1,11 @@
 #include "Manifest.h"
 
 #include "names/Names.h"
+#include "plans/AudioChecks.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -134,4 +138,53 @@ QString recoveryDetails(const Recovery& recovery) {
     return recovery.leftOut == 1 ? QStringLiteral("One version is missing or unreadable and is left out.")
                                  : QStringLiteral("%1 versions are missing or unreadable and are left out.")
                                        .arg(recovery.leftOut);
+}
+
+QString recoveryFolderPath(const QString& workFolder) {
+    const QFileInfo folder(QDir::cleanPath(workFolder));
+    return folder.dir().filePath(u'.' + folder.fileName() + QStringLiteral("-recovery"));
+}
+
+std::optional<Recovery> setAsideForRecovery(const QString& workFolder) {
+    QFile file(manifestPath(workFolder));
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    const Manifest manifest = readManifest(file.read(1 << 24));
+    const Recovery readable = planRecovery(
+        manifest, [&](const QString& name) { return isReadableAudio(pathInFolder(workFolder, name)); });
+    if (readable.windows.isEmpty())
+        return std::nullopt;
+    const QString aside = recoveryFolderPath(workFolder);
+    QDir(aside).removeRecursively(); // what an earlier start left there is older still
+    if (!QDir().mkpath(aside))
+        return std::nullopt;
+    for (const QString& name : readable.files())
+        QFile::rename(pathInFolder(workFolder, name), pathInFolder(aside, name));
+    // What is given back is what did get there.
+    const Recovery recovery = planRecovery(manifest, [&](const QString& name) {
+        return readable.files().contains(name) && QFileInfo::exists(pathInFolder(aside, name));
+    });
+    if (recovery.windows.isEmpty()) {
+        discardRecovery(workFolder);
+        return std::nullopt;
+    }
+    writeManifest(aside, {recovery.windows, recovery.clipboard});
+    return recovery;
+}
+
+bool bringBackRecovery(const QString& workFolder, const Recovery& recovery) {
+    const QString aside = recoveryFolderPath(workFolder);
+    bool all = true;
+    for (const QString& name : recovery.files()) {
+        const QString back = pathInFolder(workFolder, name);
+        if (!QFileInfo::exists(back) && !QFile::rename(pathInFolder(aside, name), back))
+            all = false;
+    }
+    if (all)
+        QDir(aside).removeRecursively();
+    return all;
+}
+
+void discardRecovery(const QString& workFolder) {
+    QDir(recoveryFolderPath(workFolder)).removeRecursively();
 }

@@ -5,6 +5,7 @@
 #include <QList>
 #include <QString>
 #include <functional>
+#include <optional>
 
 // Recovery after the editor died: starting empties the work folder, which
 // would delete every version of every track a killed editor (a crash, the
@@ -70,3 +71,23 @@ Recovery planRecovery(const Manifest& manifest, const std::function<bool(const Q
 // that were open?", and the line saying what could not be given back.
 QString recoveryQuestion(const Recovery& recovery);
 QString recoveryDetails(const Recovery& recovery);
+
+// Where a start keeps a dead editor's files while it asks: a hidden folder
+// beside the work folder, not inside it, since emptying the work folder
+// takes its sub-folders too.
+QString recoveryFolderPath(const QString& workFolder);
+
+// Before the work folder is emptied: reads the manifest a dead editor left,
+// keeps the versions (and the clipboard) that are still readable audio by
+// moving them into the recovery folder with the recovery's own manifest, and
+// says what can be given back. Nothing when there is no manifest or nothing
+// in it survives; then nothing was moved.
+std::optional<Recovery> setAsideForRecovery(const QString& workFolder);
+
+// Reopen: moves the set-aside files back into the (now emptied) work folder
+// and removes the recovery folder. A name the new start has made already
+// (the silence track) is that file: the new one stays. False, with the
+// recovery folder kept, when a file could not be moved back.
+bool bringBackRecovery(const QString& workFolder, const Recovery& recovery);
+// Discard: the recovery folder and everything in it go.
+void discardRecovery(const QString& workFolder);

@@ -338,6 +338,7 @@ bool Document::trackFileIsThere() {
 
 void Document::changeColor(const QColor& color) {
     audioPlot->setColor(color);
+    emit colourChanged();
 }
 
 void Document::chooseColour() {

@@ -12,6 +12,7 @@
 #include "effects/EffectActions.h"
 #include "effects/EffectCatalogue.h"
 #include "history/VersionHistory.h"
+#include "session/Manifest.h"
 #include "session/Session.h"
 #include "timeline/MarkerKeys.h"
 #include "timeline/TimeStrings.h"
@@ -93,6 +94,9 @@ public:
     QAction* actionHistory;
 
     void changeColor(const QColor& color);
+
+    // This window as the manifest keeps it: its source, colour and history.
+    ManifestWindow manifestEntry() const;
 
     // Editing: copy and cut fill the session's clipboard; every other edit
     // makes a new version.
@@ -180,6 +184,7 @@ signals:
     void adopted();        // an edit's result has become the current version
     void historyChanged(); // a version was added, the list restarted, or another version made current
     void copied();         // a copy has filled the clipboard
+    void colourChanged();  // the waveform has another colour
     void plotUpdated();    // new waveform points are on screen
     void splitHandedOver(const QStringList& pieces); // a split's pieces have gone to the application
     // Asks the application for new windows showing `paths` in place, in `colour`.
@@ -222,7 +227,8 @@ private:
     // How a load ends: the file to show, or shown already (a batch's file, a
     // recording's take); the history restarted with the load, or taken over
     // by the take.
-    enum class LoadEnd { ShowFile, FileShown, RecordingTaken };
+    enum class LoadEnd { ShowFile, FileShown, RecordingTaken, Recovered };
+    void reopenRecovered();
     // The one ending of every load: the duration, the buttons, the views, the
     // status bar and the history, whose one version is called `label`.
     void finishLoading(qint64 seconds, const QString& label, LoadEnd end = LoadEnd::ShowFile);

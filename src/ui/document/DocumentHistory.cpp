@@ -4,13 +4,25 @@
 #include "Document.h"
 
 #include "document/ImportPlans.h"
+#include "document/WaveformPlot.h"
 #include "widgets/Alerts.h"
 
 #include <QFileInfo>
+#include <QLabel>
 
 void Document::Add_WAV_File_To_Undo_Redo_Array(const QString& label, const Replay& replay) {
     m_track.history().add(m_track.s_WAV_File_Path, label, replay);
     emit historyChanged();
+}
+
+ManifestWindow Document::manifestEntry() const {
+    ManifestWindow entry{labelSource->text(),
+                         audioPlot->color().name(),
+                         {},
+                         qsizetype(history().u_array_WAV_Files_Position())};
+    for (const Version& v : history().versions())
+        entry.versions.append({QFileInfo(v.path).fileName(), v.label, v.made});
+    return entry;
 }
 
 void Document::Clear_Array_Of_WAV_Files() {

@@ -76,6 +76,9 @@ void Document::TimerOpenFilePanelRoutine() {
         case Opening::Kind::GivenFile:
             importGivenFile(m_opening.path);
             break;
+        case Opening::Kind::Recovered:
+            reopenRecovered();
+            break;
         case Opening::Kind::Nothing:
             break;
         }
@@ -204,6 +207,33 @@ void Document::Open_Pre_Generated_Audio_File() {
     Refresh_Audio_Plot(m_opening.colour);
 }
 
+void Document::reopenRecovered() {
+    // The versions as the dead editor had them, back in the work folder;
+    // undo and redo go on across the crash.
+    const ManifestWindow& window = m_opening.recovered;
+    QList<Version> versions;
+    for (const ManifestVersion& v : window.versions)
+        versions.append({pathInFolder(m_session.s_Output_Folder, v.file), v.label, v.made, {}});
+    m_track.history().restore(versions, window.position);
+    // In a take-over state the take, one before the position, is shown.
+    const qsizetype shown = std::min(window.position, versions.size() - 1);
+    m_track.s_File_Path = m_track.s_WAV_File_Path = versions[shown].path;
+    m_track.s_File_URL = fileUrlText(m_track.s_File_Path);
+    m_track.s_WAV_File_URL =
+        versionUrlText(m_track.s_WAV_File_Path, m_session.s_Output_Folder, m_session.sSilenceWavURL);
+    m_track.s_File_Size.clear();
+    setWindowTitle(QFileInfo(m_track.s_WAV_File_Path).fileName());
+    openFileWithFilePathURL(m_track.s_WAV_File_URL);
+    if (m_opening.colour.isValid())
+        changeColor(m_opening.colour);
+    const int request = beginLoad();
+    m_session.runner().submit(
+        buildProbePlan(m_track.s_WAV_File_Path), this, [this, request](const PlanOutcome& outcome) {
+            if (request == m_loadRequest)
+                finishLoading(shownSeconds(outcome, m_track.s_WAV_File_Path), {}, LoadEnd::Recovered);
+        });
+}
+
 void Document::Refresh_Audio_Plot(const QColor& colour) {
     // A window that records keeps recording: its take replaces the track.
     if (recording())
@@ -230,14 +260,17 @@ void Document::finishLoading(qint64 seconds, const QString& label, LoadEnd end) 
     viewTimeRule->update();
     viewAudioPlot->update();
     // The loaded file becomes version 0 of a fresh history; a take stands
-    // alone in it with the position one past it.
+    // alone in it with the position one past it; a recovered history stands
+    // as it was given back.
     if (end == LoadEnd::RecordingTaken)
         m_track.history().takeOverRecording(m_track.s_WAV_File_Path, label);
-    else
+    else if (end != LoadEnd::Recovered)
         m_track.history().restart(m_track.s_WAV_File_Path, label);
+    // The source is named before the history is told: the manifest reads it then.
+    labelSource->setText(end == LoadEnd::Recovered ? m_opening.recovered.source
+                                                   : QFileInfo(m_track.s_File_Path).fileName());
     emit historyChanged();
     showMarkers();
-    labelSource->setText(QFileInfo(m_track.s_File_Path).fileName());
     labelSize->setText(m_track.s_File_Size);
     labelSize->setVisible(!m_track.s_File_Size.isEmpty());
     describeForAccessibility();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "session/Manifest.h"
+
 #include <QColor>
 #include <QString>
 
@@ -11,10 +13,12 @@ struct Opening {
         GeneratedPiece, // a file made for it (a split's piece, a join), used in place
         GivenFile,      // a file named on the command line or dropped, imported
         Nothing,        // an opening nobody asked for: the window stays empty
+        Recovered,      // a window of an editor that died, with its history, source and colour
     };
     Kind kind = Kind::Silence;
     QString path;  // the piece or the given file; no piece left shows the silence track
     QColor colour; // a piece's waveform colour
+    ManifestWindow recovered = {};
 
     static Opening silence() { return {}; }
     static Opening askForFile() { return {Kind::AskForFile, {}, {}}; }
@@ -22,4 +26,7 @@ struct Opening {
         return {Kind::GeneratedPiece, path, colour};
     }
     static Opening givenFile(const QString& path) { return {Kind::GivenFile, path, {}}; }
+    static Opening recoveredWindow(const ManifestWindow& window) {
+        return {Kind::Recovered, {}, QColor(window.colour), window};
+    }
 };

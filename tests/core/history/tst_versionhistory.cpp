@@ -261,6 +261,26 @@ private slots:
         QCOMPARE(versionTimeText(QDateTime(QDate(2024, 5, 6), QTime(23, 59, 0))), QString("23:59:00"));
     }
 
+    void aRestoredHistoryGoesOnAsItWas() {
+        const QDateTime at(QDate(2026, 11, 26), QTime(9, 0));
+        VersionHistory h;
+        h.restore({{"/w/a.wav", "Opened a.wav", at, {}},
+                   {"/w/b.wav", "Cut", at, {}},
+                   {"/w/c.wav", "Delete", at, {}}},
+                  1);
+        QCOMPARE(h.current(), QString("/w/b.wav"));
+        QCOMPARE(h.u_array_WAV_Files_Length(), 3u);
+        QCOMPARE(h.versions()[2].label, QString("Delete"));
+        QCOMPARE(h.redo(), QString("/w/c.wav"));
+        QCOMPARE(h.undo(), QString("/w/b.wav"));
+        // A take-over state stays one past its take; a position beyond is held to it.
+        h.restore({{"/w/take.wav", "Recorded", at, {}}}, 1);
+        QCOMPARE(h.u_array_WAV_Files_Position(), 1u);
+        QCOMPARE(h.undo(), QString("/w/take.wav"));
+        h.restore({{"/w/take.wav", "Recorded", at, {}}}, 7);
+        QCOMPARE(h.u_array_WAV_Files_Position(), 1u);
+    }
+
     void reloadUrlRule() {
         QCOMPARE(versionUrlText("/w/silence.wav", "/w", "file:///w/silence.wav"),
                  QString("file:///w/silence.wav"));

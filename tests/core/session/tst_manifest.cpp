@@ -2,6 +2,7 @@
 // whatever its text has become, read as no more than can be trusted.
 
 #include "session/Manifest.h"
+#include "support/Fixtures.h"
 
 #include <QDir>
 #include <QFile>
@@ -154,6 +155,74 @@ private slots:
         QCOMPARE(recoveryQuestion(r), QString("Tanselo quit unexpectedly. Reopen the track that was open?"));
         QCOMPARE(r.files(), QStringList({"2026-11-26-09-40-00.wav"}));
         QVERIFY(planRecovery(m, [](const QString&) { return false; }).windows.isEmpty());
+    }
+
+    void aDeadEditorsFilesAreSetAsideBesideTheFolderAndBroughtBack() {
+        QTemporaryDir home;
+        const QString work = home.filePath("Tanselo");
+        QVERIFY(QDir().mkpath(work));
+        Manifest m = twoWindows();
+        // The cut and the recording are real audio; the echo is not, the
+        // opened file is gone.
+        for (const QString& name :
+             {m.windows[0].versions[1].file, m.windows[1].versions[0].file, m.clipboard})
+            QCOMPARE(fixtures::run("sox", {"-n", "-r", "44100", "-c", "2", "-b", "16", work + "/" + name,
+                                           "synth", "1", "sine", "440"}),
+                     0);
+        QFile garbage(work + "/" + m.windows[0].versions[2].file);
+        QVERIFY(garbage.open(QIODevice::WriteOnly));
+        garbage.write("not audio");
+        garbage.close();
+        QVERIFY(writeManifest(work, m));
+
+        const std::optional<Recovery> recovery = setAsideForRecovery(work);
+        QVERIFY(recovery);
+        QCOMPARE(recovery->windows.size(), 2);
+        QCOMPARE(recovery->leftOut, 2);
+        QCOMPARE(recovery->windows[0].versions.size(), 1);
+        QCOMPARE(recovery->windows[0].position, 0);
+        const QString aside = recoveryFolderPath(work);
+        QCOMPARE(aside, home.filePath(".Tanselo-recovery"));
+        QCOMPARE(QDir(aside).entryList(QDir::Files | QDir::Hidden, QDir::Name),
+                 QStringList({".windows.json", "2026-11-26-09-31-00.wav", "2026-11-26-09-31-00Clip.wav",
+                              "2026-11-26-09-40-00.wav"}));
+        // Left in the work folder, which the start then empties: the garbage and the manifest.
+        QCOMPARE(QDir(work).entryList(QDir::Files | QDir::Hidden, QDir::Name),
+                 QStringList({".windows.json", "2026-11-26-09-31-40.wav"}));
+        QFile kept(manifestPath(aside));
+        QVERIFY(kept.open(QIODevice::ReadOnly));
+        QCOMPARE(readManifest(kept.readAll()).windows, recovery->windows);
+
+        // Reopen: back in the emptied folder, beside a silence track made anew.
+        QDir(work).removeRecursively();
+        QVERIFY(QDir().mkpath(work));
+        QVERIFY(bringBackRecovery(work, *recovery));
+        QCOMPARE(QDir(work).entryList(QDir::Files, QDir::Name),
+                 QStringList(
+                     {"2026-11-26-09-31-00.wav", "2026-11-26-09-31-00Clip.wav", "2026-11-26-09-40-00.wav"}));
+        QVERIFY(!QFileInfo::exists(aside));
+    }
+
+    void discardingLeavesNothingAndNoManifestMeansNoQuestion() {
+        QTemporaryDir home;
+        const QString work = home.filePath("Tanselo");
+        QVERIFY(QDir().mkpath(work));
+        QVERIFY(!setAsideForRecovery(work)); // a clean end left no manifest
+        Manifest m = twoWindows();
+        QCOMPARE(
+            fixtures::run("sox", {"-n", "-r", "44100", "-c", "2", "-b", "16",
+                                  work + "/" + m.windows[1].versions[0].file, "synth", "1", "sine", "440"}),
+            0);
+        QVERIFY(writeManifest(work, m));
+        QVERIFY(setAsideForRecovery(work));
+        discardRecovery(work);
+        QVERIFY(!QFileInfo::exists(recoveryFolderPath(work)));
+        QCOMPARE(QDir(home.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+                 QStringList({"Tanselo"}));
+        // A manifest whose files are all gone asks nothing and moves nothing.
+        QVERIFY(writeManifest(work, m));
+        QVERIFY(!setAsideForRecovery(work));
+        QVERIFY(!QFileInfo::exists(recoveryFolderPath(work)));
     }
 };
 

@@ -106,6 +106,10 @@ class tst_EffectPreview : public EditingFixture {
         QVERIFY(edit(d, [&] {
             withDialog(d, action, [&](EffectDialog* dialog) {
                 set(dialog);
+                // Keys go to the active window, as the dialog is for its user.
+                dialog->activateWindow();
+                QVERIFY(QTest::qWaitForWindowActive(dialog));
+                QSignalSpy started(previewOf(dialog), &EffectPreview::started);
                 QElapsedTimer clock;
                 clock.start();
                 std::size_t before = capture.samples().size();       // what was heard before the press
@@ -118,6 +122,9 @@ class tst_EffectPreview : public EditingFixture {
                         heardAfterMs = clock.elapsed();
                     before = heard.size();
                 }
+                QVERIFY2(heardAfterMs >= 0,
+                         qPrintable(QString("nothing heard in 5 s; the preview %1")
+                                        .arg(started.isEmpty() ? "never began" : "began")));
                 QVERIFY(previewOf(dialog)->isPlaying());
                 QVERIFY(QFile::copy(previewOf(dialog)->playingFile(), copy));
                 // Nothing of the window waits on a preview that plays.
