@@ -4,12 +4,14 @@
 
 #include "ui/edit/EditingFixture.h"
 
+#include "effects/EffectDialogs.h"
 #include "session/Manifest.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
+#include <QMenu>
 #include <QProcess>
 #include <csignal>
 
@@ -47,10 +49,12 @@ class tst_Recovery : public EditingFixture {
 
     // Runs buildWindowsAndDie in a process of its own with `home`,
     // and returns what its windows held when it was killed.
-    QJsonArray windowsOfAKilledEditor(const QString& home) {
+    // `during` "echo": killed while an echo runs over a long track instead.
+    QJsonArray windowsOfAKilledEditor(const QString& home, const QString& during = {}) {
         QProcess child;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("TANSELO_RECOVERY_HOME", home);
+        environment.insert("TANSELO_RECOVERY_DURING", during);
         child.setProcessEnvironment(environment);
         child.setProcessChannelMode(QProcess::ForwardedChannels);
         // One test named, not all: the child dies in initTestCase, before any.
@@ -76,11 +80,43 @@ class tst_Recovery : public EditingFixture {
     // a silence window, a track with three versions after two undos and a
     // redo in a colour of its own, another track; what they hold is written
     // down, then the process is killed.
+    // A ten-minute track, opened and cut once, then killed while an echo
+    // over it runs: its output is half written.
+    void dieDuringAnEcho() {
+        const QString track = m_root.filePath("ten minutes.wav");
+        fixtures::makeTone(track, 600, 440, 0.5);
+        Document* d = gui::openInNewWindow(*m_app, track);
+        QVERIFY(d);
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
+        setMarkers(d, 0, 1, 0);
+        QVERIFY(edit(d, [&] { d->editingActions().Operation_Delete(); }));
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
+        writeFacts();
+        d->effectActions().fillEffectsMenu();
+        gui::whenModal<EffectDialog>("Window_Echo", [](EffectDialog* echo) { echo->OnOK(); });
+        d->effectActions().popupMenuEffects->findChild<QAction*>("OnPopupEchoEntireTrack")->trigger();
+        QVERIFY(QTest::qWaitFor([&] { return m_app->runner().runningProcessId() != 0; }, 10000));
+        QTest::qWait(300); // its output has begun
+        std::raise(SIGKILL);
+    }
+
+    void writeFacts() {
+        QJsonArray facts;
+        for (const Document* window : m_app->documents())
+            if (!window->history().versions().isEmpty())
+                facts.append(windowFacts(window));
+        QFile file(qEnvironmentVariable("TANSELO_RECOVERY_HOME") + "/facts.json");
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(QJsonDocument(facts).toJson());
+    }
+
     void buildWindowsAndDie() {
+        if (qEnvironmentVariable("TANSELO_RECOVERY_DURING") == "echo")
+            return dieDuringAnEcho();
         QVERIFY(gui::firstDocument(*m_app)); // the silence window every start shows
         Document* d = openPattern();
         QVERIFY(d);
-        for (float start : {20.0f, 0.0f}) { // a cut and a delete, each in a second of its own
+        for (float start : {20.0f, 0.0f}) { // two deletes, each in a second of its own
             setMarkers(d, start, start + 10, 0);
             QVERIFY(edit(d, [&] { d->editingActions().Operation_Delete(); }));
             waitPastEveryStamp(m_app->session().s_Output_Folder);
@@ -92,14 +128,7 @@ class tst_Recovery : public EditingFixture {
         d->changeColor(QColor("#c03070"));
         Document* second = openPattern();
         QVERIFY(second);
-        QJsonArray facts;
-        for (const Document* window : m_app->documents())
-            if (!window->history().versions().isEmpty())
-                facts.append(windowFacts(window));
-        QFile file(qEnvironmentVariable("TANSELO_RECOVERY_HOME") + "/facts.json");
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(QJsonDocument(facts).toJson());
-        file.close();
+        writeFacts();
         std::raise(SIGKILL);
     }
 
@@ -193,6 +222,31 @@ private slots:
         QCOMPARE(QString::fromLatin1(fixtures::digest(edited->track().s_WAV_File_Path).toHex()),
                  digests[2].toString());
         QVERIFY(!QFileInfo::exists(recoveryFolderPath(m_app->session().s_Output_Folder)));
+    }
+
+    void aKillDuringAnEffectGivesBackTheVersionsBeforeIt() {
+        const QString home = m_root.filePath("during");
+        const QJsonArray before = windowsOfAKilledEditor(home, "echo");
+        QCOMPARE(before.size(), 1);
+        bool reopened = false;
+        const auto alert = restartAndAnswer(home, "Reopen", &reopened);
+        QVERIFY(reopened);
+        QCOMPARE(alert->text, QString("Tanselo quit unexpectedly. Reopen the track that was open?"));
+        QCOMPARE(alert->informativeText, QString());
+        QCOMPARE(m_app->documents().size(), 1);
+        Document* d = m_app->documents().first();
+        QTRY_VERIFY_WITH_TIMEOUT(d->b_Audio_Loaded, 20000);
+        QVERIFY(gui::waitIdle(*m_app));
+        const QJsonObject is = windowFacts(d);
+        for (const char* fact : {"source", "position", "files", "labels", "digests"})
+            QCOMPARE(is.value(fact), before[0].toObject().value(fact));
+        // The half-written result is neither listed nor left in the folder.
+        QStringList files = QDir(m_app->session().s_Output_Folder).entryList(QDir::Files);
+        files.removeAll("silence.wav");
+        QStringList listed;
+        for (const QJsonValue& name : is.value("files").toArray())
+            listed << name.toString();
+        QCOMPARE(files, listed);
     }
 
     void discardingEmptiesTheFolderAsAnyStart() {

@@ -203,6 +203,63 @@ private slots:
         QVERIFY(!QFileInfo::exists(aside));
     }
 
+    void mutatedManifestsNeverOfferWhatCannotBeReopenedNorLeaveFilesBehind() {
+        // The dead editor's folder, as the start finds it: the files of the
+        // manifest, and a manifest mutated as a kill or a bad disk might.
+        QTemporaryDir home;
+        const QString work = home.filePath("Tanselo"), aside = recoveryFolderPath(work);
+        const QString tone = home.filePath("tone.wav");
+        QCOMPARE(fixtures::run("sox", {"-n", "-r", "44100", "-c", "2", "-b", "16", tone, "synth", "0.1",
+                                       "sine", "440"}),
+                 0);
+        const Manifest m = twoWindows();
+        const QByteArray text = manifestText(m);
+        QRandomGenerator random(26);
+        int offered = 0;
+        // A thousand here, with the files moved for real; the reading alone
+        // takes ten thousand above.
+        for (int i = 0; i < 1000; ++i) {
+            QDir(work).removeRecursively();
+            QVERIFY(QDir().mkpath(work));
+            for (const QString& name : {m.windows[0].versions[0].file, m.windows[0].versions[2].file,
+                                        m.windows[1].versions[0].file, m.clipboard})
+                QVERIFY(QFile::copy(tone, work + "/" + name));
+            QByteArray mutated = text;
+            for (int edits = 1 + int(random.bounded(3)); edits > 0 && !mutated.isEmpty(); --edits) {
+                const int at = int(random.bounded(mutated.size()));
+                switch (random.bounded(3)) {
+                case 0:
+                    mutated.truncate(at);
+                    break;
+                case 1:
+                    mutated[at] = char(random.bounded(256));
+                    break;
+                default:
+                    mutated.remove(at, int(random.bounded(1, 12)));
+                    break;
+                }
+            }
+            QFile file(manifestPath(work));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(mutated);
+            file.close();
+            const std::optional<Recovery> recovery = setAsideForRecovery(work);
+            if (recovery) {
+                ++offered;
+                // Every window offered can be reopened: its versions are there.
+                QVERIFY(!recovery->windows.isEmpty());
+                for (const ManifestWindow& w : recovery->windows)
+                    for (const ManifestVersion& v : w.versions)
+                        QVERIFY2(QFileInfo::exists(aside + "/" + v.file), qPrintable(v.file));
+            } else {
+                QVERIFY(!QFileInfo::exists(aside));
+            }
+            discardRecovery(work);
+            QVERIFY(!QFileInfo::exists(aside));
+        }
+        QVERIFY(offered > 10 && offered < 1000);
+    }
+
     void discardingLeavesNothingAndNoManifestMeansNoQuestion() {
         QTemporaryDir home;
         const QString work = home.filePath("Tanselo");
