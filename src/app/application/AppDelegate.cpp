@@ -68,8 +68,11 @@ void AppDelegate::keepManifest() {
     if (!m_ownsFolder)
         return;
     Manifest manifest;
+    // A window that holds nothing but the silence track has nothing to lose.
+    const QStringList untouched{m_session.sSilenceWavPath};
     for (const QPointer<Document>& document : std::as_const(m_documents))
-        if (document && !document->history().versions().isEmpty())
+        if (document && !document->history().versions().isEmpty() &&
+            document->history().array_WAV_Files() != untouched)
             manifest.windows.append(document->manifestEntry());
     if (!m_session.s_Copied_WAV_File.isEmpty())
         manifest.clipboard = QFileInfo(m_session.s_Copied_WAV_File).fileName();
