@@ -191,6 +191,16 @@ void TransportActions::togglePlayback(bool playable) {
 // Recording.
 
 void TransportActions::OnToolbarRecord() {
+    // A stopped take restarts the history and deletes its versions' files: a
+    // window holding versions of the user's asks first, as Open does. R (the
+    // button's key) then records at once only where nothing can be lost.
+    const qsizetype versions = m_track.history().versions().size();
+    if (m_RecordStatus == StatusIdle && versions > 1 &&
+        showAlert(
+            m_window.windowWidget(),
+            tr("Record into this window? Its %1 versions will be deleted when the take stops.").arg(versions),
+            {}, {tr("Record"), tr("Cancel")}) != 0)
+        return;
     recordAudio();
 }
 

@@ -9,6 +9,7 @@
 #include "support/Gui.h"
 #include "support/Listening.h"
 #include "timeline/View_Audio_Wave.h"
+#include "transport/TransportRules.h"
 
 #include <QAction>
 #include <QApplication>
@@ -504,6 +505,59 @@ private slots:
         // Whatever was recorded last is the track, alone in its history.
         QCOMPARE(d->history().array_WAV_Files().size(), 1);
         QVERIFY(fixtures::wavInfo(d->track().s_WAV_File_Path).ok);
+    }
+
+    void recordingOverVersionsAsksFirst() {
+        Document* d = open(m_tone);
+        QVERIFY(d);
+        for (float start : {10.0f, 50.0f}) { // two deletes in seconds of their own
+            QTest::qWait(1100);
+            d->track().f_Selection_Start = start;
+            d->track().f_Selection_End = start + 5;
+            QSignalSpy adopted(d, &Document::adopted);
+            d->editingActions().Operation_Delete();
+            QVERIFY(adopted.wait(20000));
+        }
+        QVERIFY(gui::waitIdle(*m_app));
+        const QStringList versions = d->history().array_WAV_Files();
+        QCOMPARE(versions.size(), 3);
+        playIntoTheMicrophone();
+        const auto pressR = [d] { // keys go to the active window, as for a user
+            d->activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(d));
+            QTest::keyClick(d, Qt::Key_R);
+        };
+        // R, answered Cancel: nothing is recorded and the versions stay.
+        auto asked = gui::answerAlert("Cancel");
+        pressR();
+        QTRY_VERIFY_WITH_TIMEOUT(asked->shown, 5000);
+        QCOMPARE(asked->text,
+                 QString("Record into this window? Its 3 versions will be deleted when the take stops."));
+        QCOMPARE(asked->buttons, QStringList({"Record", "Cancel"}));
+        QTest::qWait(300);
+        QCOMPARE(d->transportActions().m_RecordStatus, quint64(StatusIdle));
+        QCOMPARE(d->history().array_WAV_Files(), versions);
+        for (const QString& version : versions)
+            QVERIFY(QFile::exists(version));
+        QVERIFY(QDir(m_app->session().s_Output_Folder)
+                    .entryList({".recording-*"}, QDir::Hidden | QDir::Files)
+                    .isEmpty());
+        // Answered Record, it records; the take is then the track, alone.
+        asked = gui::answerAlert("Record");
+        pressR();
+        QTRY_COMPARE_WITH_TIMEOUT(d->transportActions().m_RecordStatus, quint64(StatusRecording), 5000);
+        QVERIFY(asked->shown);
+        QTest::qWait(500);
+        QVERIFY(finish(d));
+        QCOMPARE(d->history().array_WAV_Files().size(), 1);
+        // A window of one version records at once, without a question.
+        asked = gui::answerAlert();
+        pressR();
+        QTRY_COMPARE_WITH_TIMEOUT(d->transportActions().m_RecordStatus, quint64(StatusRecording), 5000);
+        QTest::qWait(300);
+        QVERIFY(!asked->shown);
+        asked->stop = true;
+        QVERIFY(finish(d));
     }
 
     void soundSettingsOpenTheMixer() {
