@@ -25,6 +25,28 @@ Manifest twoWindows() {
     return m;
 }
 
+// The text as a kill, a bad disk or a careless hand might leave it: one to
+// four cuts, changed bytes, holes or stray JSON characters.
+QByteArray mutate(QByteArray text, QRandomGenerator& random) {
+    for (int edits = 1 + int(random.bounded(4)); edits > 0 && !text.isEmpty(); --edits) {
+        const int at = int(random.bounded(text.size()));
+        switch (random.bounded(4)) {
+        case 0:
+            text.truncate(at);
+            break;
+        case 1:
+            text[at] = char(random.bounded(256));
+            break;
+        case 2:
+            text.remove(at, int(random.bounded(1, 20)));
+            break;
+        default:
+            text.insert(at, "\"/../x\"0-.,:{}[]"[random.bounded(16)]);
+        }
+    }
+    return text;
+}
+
 bool trustworthy(const Manifest& m) {
     for (const ManifestWindow& w : m.windows) {
         if (w.versions.isEmpty() || w.position < 0 || w.position > w.versions.size())
@@ -93,24 +115,7 @@ private slots:
         const QByteArray text = manifestText(twoWindows());
         int stillWhole = 0;
         for (int i = 0; i < 10000; ++i) {
-            QByteArray mutated = text;
-            for (int edits = 1 + int(random.bounded(4)); edits > 0 && !mutated.isEmpty(); --edits) {
-                const int at = int(random.bounded(mutated.size()));
-                switch (random.bounded(4)) {
-                case 0:
-                    mutated.truncate(at);
-                    break;
-                case 1:
-                    mutated[at] = char(random.bounded(256));
-                    break;
-                case 2:
-                    mutated.remove(at, int(random.bounded(1, 20)));
-                    break;
-                default:
-                    mutated.insert(at, "\"/../x\"0-.,:{}[]"[random.bounded(16)]);
-                    break;
-                }
-            }
+            const QByteArray mutated = mutate(text, random);
             const Manifest read = readManifest(mutated);
             QVERIFY2(trustworthy(read), mutated.constData());
             // Whatever was read, a recovery from it gives back only usable files.
@@ -224,21 +229,7 @@ private slots:
             for (const QString& name : {m.windows[0].versions[0].file, m.windows[0].versions[2].file,
                                         m.windows[1].versions[0].file, m.clipboard})
                 QVERIFY(QFile::copy(tone, work + "/" + name));
-            QByteArray mutated = text;
-            for (int edits = 1 + int(random.bounded(3)); edits > 0 && !mutated.isEmpty(); --edits) {
-                const int at = int(random.bounded(mutated.size()));
-                switch (random.bounded(3)) {
-                case 0:
-                    mutated.truncate(at);
-                    break;
-                case 1:
-                    mutated[at] = char(random.bounded(256));
-                    break;
-                default:
-                    mutated.remove(at, int(random.bounded(1, 12)));
-                    break;
-                }
-            }
+            const QByteArray mutated = mutate(text, random);
             QFile file(manifestPath(work));
             QVERIFY(file.open(QIODevice::WriteOnly));
             file.write(mutated);
