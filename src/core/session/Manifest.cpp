@@ -158,11 +158,12 @@ std::optional<Recovery> setAsideForRecovery(const QString& workFolder) {
     QDir(aside).removeRecursively(); // what an earlier start left there is older still
     if (!QDir().mkpath(aside))
         return std::nullopt;
-    for (const QString& name : readable.files())
+    const QStringList moved = readable.files();
+    for (const QString& name : moved)
         QFile::rename(pathInFolder(workFolder, name), pathInFolder(aside, name));
     // What is given back is what did get there.
     const Recovery recovery = planRecovery(manifest, [&](const QString& name) {
-        return readable.files().contains(name) && QFileInfo::exists(pathInFolder(aside, name));
+        return moved.contains(name) && QFileInfo::exists(pathInFolder(aside, name));
     });
     if (recovery.windows.isEmpty()) {
         discardRecovery(workFolder);
