@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
     # build
-    cmake g++ make pkg-config qt6-base-dev qt6-multimedia-dev qt6-svg-dev qt6-qpa-plugins libsndfile1-dev
+    cmake g++ lld make pkg-config qt6-base-dev qt6-multimedia-dev qt6-svg-dev qt6-qpa-plugins libsndfile1-dev
     libgl-dev
     # the application icon's sizes, and the Debian package (dpkg-shlibdeps)
     librsvg2-bin dpkg-dev
