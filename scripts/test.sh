@@ -25,11 +25,12 @@ export ASAN_OPTIONS=halt_on_error=1:detect_leaks=1:fast_unwind_on_malloc=0:detec
 export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1:report_error_type=1
 export LSAN_OPTIONS=suppressions=$supp/lsan.supp:print_suppressions=0
 export QT_QPA_PLATFORM=offscreen
-# Tests run side by side, two per processor: a third of their time goes to
-# waiting (for sox and ffmpeg to start, for sound to play, for the clock to
-# reach a new second), which a second test fills. Those that play into or
-# listen to an audio server bring a private one each.
-export CTEST_PARALLEL_LEVEL=$((jobs * 2))
+# Tests run side by side, three for every two processors: a third of their
+# time goes to waiting (for sox and ffmpeg to start, for sound to play, for
+# the clock to reach a new second), which the third test fills. Those that
+# measure time take two places; those that play into or listen to an audio
+# server bring a private one each.
+export CTEST_PARALLEL_LEVEL=$(((jobs * 3 + 1) / 2))
 # Both passes always run; a failure in either fails the command.
 scripts/with-audio-server.sh bash -c '
     status=0
