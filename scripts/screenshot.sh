@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Takes a screenshot of the real editor under Xvfb with a track loaded:
-#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel|word|mixer|effects-menu|shortcuts|history|equalizer|preview|recovery|batch|batch-done]
+#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel|word|mixer|effects-menu|shortcuts|history|equalizer|preview|recovery|closing|batch|batch-done]
 # The last argument, run beside an audio server (scripts/with-audio-server.sh),
 # takes the picture 2.5 s into playback from the clicked position, or into a
 # recording of a tone played into the server. "export" takes the export dialog
@@ -16,7 +16,8 @@
 # delete, a paste at the end and one undo; "equalizer" the equalizer's dialog;
 # "preview" the echo dialog on a selection while its Preview plays (beside
 # an audio server); "recovery" the question of a start after the editor was
-# killed with its track edited;
+# killed with its track edited; "closing" the question Quit asks after a
+# delete;
 # "batch" the batch window after normalize, an echo on a selection and a
 # fade in, with the file itself and a copy of it added; "batch-done" the
 # progress window at the end of that batch, with a file that is not audio.
@@ -161,6 +162,13 @@ recovery)
     sleep 0.5
     HOME="$work/home" ./build/tanselo >/dev/null 2>&1 &
     app=$!
+    window=$(timeout 10 xdotool search --sync --name '^Tanselo$' | head -1)
+    sleep 1
+    ;;
+closing)
+    xdotool key Delete
+    sleep 1.5
+    xdotool key ctrl+q
     window=$(timeout 10 xdotool search --sync --name '^Tanselo$' | head -1)
     sleep 1
     ;;

@@ -125,6 +125,14 @@ bool closeAllWindows(AppDelegate& app) {
     return idle;
 }
 
+bool closeDocument(Document* d, const QString& press) {
+    const auto alert = d->hasUnexportedChanges() ? answerAlert(press) : nullptr;
+    const bool closed = d->close();
+    if (alert && !alert->shown)
+        alert->stop = true;
+    return closed;
+}
+
 Document* openInNewWindow(AppDelegate& app, const QString& path) {
     answerFileDialog(path);
     app.openDocument();

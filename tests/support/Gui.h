@@ -93,4 +93,8 @@ Document* openInNewWindow(AppDelegate& app, const QString& path);
 // runner did not come to rest.
 bool closeAllWindows(AppDelegate& app);
 
+// Closes `d` as its title bar's button does; a window holding unexported
+// versions asks first, and `press` answers. True when the window closed.
+bool closeDocument(Document* d, const QString& press = QStringLiteral("Close Without Exporting"));
+
 } // namespace gui

@@ -232,7 +232,7 @@ void AppDelegate::openingTaken(Opening::Kind kind) {
 bool AppDelegate::offerRecovery() {
     if (!m_recovery)
         return false;
-    const Recovery recovery = *std::exchange(m_recovery, std::nullopt);
+    Recovery recovery = *std::exchange(m_recovery, std::nullopt);
     const QString& folder = m_session.s_Output_Folder;
     if (showAlert(nullptr, recoveryQuestion(recovery), recoveryDetails(recovery),
                   {tr("Reopen"), tr("Discard")}) != 0) {

@@ -74,6 +74,10 @@ public:
     void OnMultipleTrackConcatenate();
 
     void OnMenuQuit();
+    // Quit ends at once, losing every window's versions: windows holding
+    // versions made since they were opened or last exported are asked about
+    // first, once for all of them. True when quitting may go on.
+    bool readyToQuit();
     [[noreturn]] static void Terminate_App();
     void OnMenuAppHomePage();
     void OnMenuCompanyHomePage();

@@ -5,6 +5,8 @@
 #include "AppDelegate.h"
 
 #include "document/Document.h"
+#include "document/ExportActions.h"
+#include "history/Unexported.h"
 #include "mixer/Window_Multiple_Tracks.h"
 #include "widgets/Alerts.h"
 #include "windows/ShortcutsWindow.h"
@@ -15,8 +17,10 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
+#include <QLabel>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QPointer>
 #include <QUrl>
 #include <cstdio>
 #include <cstdlib>
@@ -84,8 +88,42 @@ void AppDelegate::save() {
 }
 
 void AppDelegate::OnMenuQuit() {
+    if (!readyToQuit())
+        return;
     removeManifest(); // an end that was meant: the next start asks nothing
     Terminate_App();
+}
+
+bool AppDelegate::readyToQuit() {
+    QList<QPointer<Document>> unexported;
+    QStringList sources;
+    for (Document* document : documents())
+        if (document->hasUnexportedChanges()) {
+            unexported.append(document);
+            sources.append(document->labelSource->text());
+        }
+    if (unexported.isEmpty())
+        return true;
+    const int pressed = showAlert(currentDocument(), closingQuestion(sources), closingDetails(sources),
+                                  closingButtons(), int(ClosingAnswer::Cancel));
+    switch (closingAnswer(pressed)) {
+    case ClosingAnswer::Export:
+        // Each in turn, in window order; one left unexported stops the quit.
+        for (const QPointer<Document>& document : unexported) {
+            if (!document)
+                continue;
+            document->raise();
+            document->activateWindow();
+            if (!document->exportActions().SaveWAVFile())
+                return false;
+        }
+        return true;
+    case ClosingAnswer::CloseWithoutExporting:
+        return true;
+    case ClosingAnswer::Cancel:
+        break;
+    }
+    return false;
 }
 
 void AppDelegate::Terminate_App() {

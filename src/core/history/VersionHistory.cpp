@@ -15,6 +15,8 @@ void VersionHistory::add(const QString& path, const QString& label, const Replay
         --m_length;
     }
     const qsizetype at = std::min(qsizetype(m_length), m_versions.size());
+    if (m_kept >= at) // the exported version went with the redo tail
+        m_kept = -1;
     m_versions.insert(at, Version{path, label, QDateTime::currentDateTime(), replay});
     m_position = m_length;
     ++m_length;
@@ -43,6 +45,7 @@ void VersionHistory::clear() {
     for (const Version& version : std::as_const(m_versions))
         removedFiles::remove(version.path);
     m_versions.clear();
+    m_kept = -1;
 }
 
 void VersionHistory::restart(const QString& path, const QString& label) {
@@ -50,6 +53,7 @@ void VersionHistory::restart(const QString& path, const QString& label) {
     m_length = 0;
     m_position = 0;
     add(path, label);
+    m_kept = 0;
 }
 
 void VersionHistory::takeOverRecording(const QString& path, const QString& label) {
@@ -59,10 +63,19 @@ void VersionHistory::takeOverRecording(const QString& path, const QString& label
     m_position = 1;
 }
 
-void VersionHistory::restore(const QList<Version>& versions, qsizetype position) {
+void VersionHistory::restore(const QList<Version>& versions, qsizetype position, qsizetype kept) {
     m_versions = versions;
     m_length = quint64(versions.size());
     m_position = quint64(std::clamp<qsizetype>(position, 0, versions.size()));
+    m_kept = kept >= 0 && kept < versions.size() ? kept : -1;
+}
+
+void VersionHistory::markKept() {
+    m_kept = currentVersionRow(*this);
+}
+
+bool VersionHistory::hasUnkeptChanges() const {
+    return !m_versions.isEmpty() && currentVersionRow(*this) != m_kept;
 }
 
 QStringList VersionHistory::array_WAV_Files() const {

@@ -41,8 +41,18 @@ public:
     // lands at index 1, and undo and redo both go to the take.
     void takeOverRecording(const QString& path, const QString& label);
     // A history given back after the editor died: these versions, with the
-    // position they had (one past the last only in a take-over state).
-    void restore(const QList<Version>& versions, qsizetype position);
+    // position they had (one past the last only in a take-over state) and
+    // the version kept outside the editor (-1: none).
+    void restore(const QList<Version>& versions, qsizetype position, qsizetype kept = -1);
+
+    // Closing a window loses its versions, so the editor asks first when
+    // the version it shows is not one the user has outside it. Kept is the
+    // file a load opened (the silence track too: it holds nothing to lose),
+    // then whichever version was last exported; a take is kept nowhere until
+    // it is exported. An undo back to the kept version has nothing new.
+    void markKept();                               // the shown version was exported
+    qsizetype keptIndex() const { return m_kept; } // -1: none
+    bool hasUnkeptChanges() const;
 
     QStringList array_WAV_Files() const; // the versions' paths, oldest first
     quint64 u_array_WAV_Files_Position() const { return m_position; }
@@ -56,6 +66,7 @@ private:
     QList<Version> m_versions;
     quint64 m_position = 0;
     quint64 m_length = 0; // kept apart from the list's size: clearing leaves it
+    qsizetype m_kept = -1;
 };
 
 // What a load names its version.

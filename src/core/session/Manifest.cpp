@@ -28,6 +28,7 @@ QJsonObject windowObject(const ManifestWindow& window) {
     return {{"source", window.source},
             {"colour", window.colour},
             {"position", double(window.position)},
+            {"kept", double(window.kept)},
             {"versions", versions}};
 }
 
@@ -49,6 +50,9 @@ std::optional<ManifestWindow> readWindow(const QJsonValue& value) {
         position != double(qsizetype(position)))
         return std::nullopt;
     window.position = qsizetype(position);
+    const double kept = object.value("kept").toDouble(-1);
+    if (kept >= 0 && kept < double(window.versions.size()) && kept == double(qsizetype(kept)))
+        window.kept = qsizetype(kept);
     return window;
 }
 } // namespace
@@ -105,11 +109,14 @@ Recovery planRecovery(const Manifest& manifest, const std::function<bool(const Q
         kept.versions.clear();
         const bool onePast = window.position == window.versions.size();
         qsizetype position = -1, firstAfter = -1;
+        kept.kept = -1; // unless the kept version itself survives
         for (qsizetype i = 0; i < window.versions.size(); ++i) {
             if (!check(window.versions[i].file)) {
                 ++recovery.leftOut;
                 continue;
             }
+            if (i == window.kept)
+                kept.kept = kept.versions.size();
             if (i <= window.position)
                 position = kept.versions.size();
             else if (firstAfter < 0)
@@ -173,14 +180,28 @@ std::optional<Recovery> setAsideForRecovery(const QString& workFolder) {
     return recovery;
 }
 
-bool bringBackRecovery(const QString& workFolder, const Recovery& recovery) {
+QString recoveredName(const QString& file) {
+    const QString prefix = QStringLiteral("recovered-");
+    return file.startsWith(prefix) ? file : prefix + file; // a second recovery keeps the name
+}
+
+bool bringBackRecovery(const QString& workFolder, Recovery& recovery) {
     const QString aside = recoveryFolderPath(workFolder);
     bool all = true;
+    QHash<QString, QString> renamed;
     for (const QString& name : recovery.files()) {
-        const QString back = pathInFolder(workFolder, name);
-        if (!QFileInfo::exists(back) && !QFile::rename(pathInFolder(aside, name), back))
+        if (QFileInfo::exists(pathInFolder(workFolder, name)))
+            continue; // made by this start: that file is the one
+        const QString back = recoveredName(name);
+        if (QFile::rename(pathInFolder(aside, name), pathInFolder(workFolder, back)))
+            renamed.insert(name, back);
+        else
             all = false;
     }
+    for (ManifestWindow& window : recovery.windows)
+        for (ManifestVersion& version : window.versions)
+            version.file = renamed.value(version.file, version.file);
+    recovery.clipboard = renamed.value(recovery.clipboard, recovery.clipboard);
     if (all)
         QDir(aside).removeRecursively();
     return all;

@@ -25,12 +25,15 @@ struct ManifestVersion {
 
 // One window, in window order: the source as the status bar names it, the
 // waveform colour ("#rrggbb"), and the history with its position (which may
-// stand one past the last version, as after a recording's take-over).
+// stand one past the last version, as after a recording's take-over), and
+// which version the user has outside the editor (-1: none), so that a
+// reopened window asks before closing as it would have.
 struct ManifestWindow {
     QString source;
     QString colour;
     QList<ManifestVersion> versions;
     qsizetype position = 0;
+    qsizetype kept = -1;
     bool operator==(const ManifestWindow&) const = default;
 };
 
@@ -85,9 +88,15 @@ QString recoveryFolderPath(const QString& workFolder);
 std::optional<Recovery> setAsideForRecovery(const QString& workFolder);
 
 // Reopen: moves the set-aside files back into the (now emptied) work folder
-// and removes the recovery folder. A name the new start has made already
-// (the silence track) is that file: the new one stays. False, with the
-// recovery folder kept, when a file could not be moved back.
-bool bringBackRecovery(const QString& workFolder, const Recovery& recovery);
+// and removes the recovery folder. They come back under names no new result
+// can take, "recovered-" before the old name: results are named by the local
+// time, which a clock set back, or the hour repeated when summer time ends,
+// would bring round to an old version's name, and the new result would then
+// replace a version the history still lists. A name the new start has made
+// already (the silence track) is that file: the new one stays. `recovery`'s
+// windows and clipboard are renamed to match. False, with the recovery
+// folder kept, when a file could not be moved back.
+bool bringBackRecovery(const QString& workFolder, Recovery& recovery);
+QString recoveredName(const QString& file); // "recovered-2024-03-05-14-07-59.wav", once
 // Discard: the recovery folder and everything in it go.
 void discardRecovery(const QString& workFolder);

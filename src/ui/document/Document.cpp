@@ -2,6 +2,7 @@
 
 #include "HistoryWindow.h"
 #include "WaveformPlot.h"
+#include "history/Unexported.h"
 #include "session/WorkFolder.h"
 #include "timeline/View_Audio_Wave.h"
 #include "timeline/View_Time_Rule.h"
@@ -71,6 +72,7 @@ Document::Document(Session& session, quint64 id, const Opening& opening,
     QMenu* popupMenuTools = m_editing->popupMenuTools;
     m_split = new SplitActions(m_track, m_session, *this, this);
     m_export = new ExportActions(m_track, m_session, *this, this);
+    connect(m_export, &ExportActions::exported, this, &Document::historyChanged); // the manifest's mark
     m_batch = new BatchActions(m_track, m_session, this, [this] { return m_export->exportChoice(); });
     popupMenuTools->addMenu(m_split->popupMenuSplit);
     connect(m_split, &SplitActions::piecesMade, this, &Document::handOverPieces);
@@ -286,7 +288,32 @@ void Document::applyButtons(const TransportButtons& b) {
             button->setEnabled(*on);
 }
 
+bool Document::hasUnexportedChanges() const {
+    return m_track.history().hasUnkeptChanges();
+}
+
+bool Document::readyToClose() {
+    if (!hasUnexportedChanges())
+        return true;
+    const QStringList source = {labelSource->text()};
+    const int pressed = showAlert(this, closingQuestion(source), closingDetails(source), closingButtons(),
+                                  int(ClosingAnswer::Cancel));
+    switch (closingAnswer(pressed)) {
+    case ClosingAnswer::Export:
+        return m_export->SaveWAVFile();
+    case ClosingAnswer::CloseWithoutExporting:
+        return true;
+    case ClosingAnswer::Cancel:
+        break;
+    }
+    return false;
+}
+
 void Document::closeEvent(QCloseEvent* event) {
+    if (!readyToClose()) {
+        event->ignore();
+        return;
+    }
     m_transport->stopAudio();
     QMainWindow::closeEvent(event);
 }

@@ -135,6 +135,13 @@ public:
     // Export: the toolbar's Export opens the dialog at once, the
     // application's save command 0.1 s after its last press.
     ExportActions& exportActions() { return *m_export; }
+    // Whether closing would lose versions the user has nowhere else: the
+    // one shown was made since the track was opened or last exported.
+    bool hasUnexportedChanges() const;
+    // Asks before such a window closes: Export… (closing goes on after a
+    // file was exported), Close Without Exporting or Cancel. True when
+    // closing may go on; true at once when there is nothing to ask about.
+    bool readyToClose();
 
     // Split into parts: every piece opens in a window of its own, in this
     // window's waveform colour.

@@ -19,7 +19,8 @@ ManifestWindow Document::manifestEntry() const {
     ManifestWindow entry{labelSource->text(),
                          audioPlot->color().name(),
                          {},
-                         qsizetype(history().u_array_WAV_Files_Position())};
+                         qsizetype(history().u_array_WAV_Files_Position()),
+                         history().keptIndex()};
     for (const Version& v : history().versions())
         entry.versions.append({QFileInfo(v.path).fileName(), v.label, v.made});
     return entry;

@@ -214,7 +214,7 @@ void Document::reopenRecovered() {
     QList<Version> versions;
     for (const ManifestVersion& v : window.versions)
         versions.append({pathInFolder(m_session.s_Output_Folder, v.file), v.label, v.made, {}});
-    m_track.history().restore(versions, window.position);
+    m_track.history().restore(versions, window.position, window.kept);
     // In a take-over state the take, one before the position, is shown.
     const qsizetype shown = std::min(window.position, versions.size() - 1);
     m_track.s_File_Path = m_track.s_WAV_File_Path = versions[shown].path;

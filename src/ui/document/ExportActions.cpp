@@ -29,18 +29,25 @@ void ExportActions::TimerSaveAudioTrackRoutine() {
     SaveWAVFile();
 }
 
-void ExportActions::SaveWAVFile() {
+bool ExportActions::SaveWAVFile() {
     // Export is off while the window records (its button is disabled); the
     // menu's save command, which has no button state, follows it.
     if (m_window.recording() || !m_window.trackFileIsThere())
-        return;
+        return false;
     Window_AF_WAV dialog(m_session, m_session.protectedFiles(), m_window.windowWidget());
     dialog.s_WAV_File_Path = m_track.s_WAV_File_Path;
     dialog.i_Track_Seconds = m_track.i_Audio_Duration_Seconds;
-    // The recipe exports as this window last exported.
-    connect(&dialog, &Window_AF_WAV::exportEnded, this, [this, &dialog](const QString&, bool saved) {
-        if (saved)
-            m_exportChoice = dialog.choice();
+    bool saved = false;
+    // The recipe exports as this window last exported; the version exported
+    // is one the user now has outside the editor, so closing asks nothing.
+    connect(&dialog, &Window_AF_WAV::exportEnded, this, [this, &dialog, &saved](const QString&, bool ok) {
+        if (!ok)
+            return;
+        saved = true;
+        m_exportChoice = dialog.choice();
+        m_track.history().markKept();
+        emit exported();
     });
     dialog.exec();
+    return saved;
 }

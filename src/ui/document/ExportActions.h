@@ -20,11 +20,16 @@ public:
     void OnToolbarSave();
     void Operation_Save();
     void TimerSaveAudioTrackRoutine();
-    void SaveWAVFile();
+    // Shows the export dialog; true when a file was exported before it closed.
+    bool SaveWAVFile();
     QPointer<QTimer> timerSave;
 
     // The setting of this window's last export, which its recipe exports as.
     const exporting::Choice& exportChoice() const { return m_exportChoice; }
+
+signals:
+    // The version shown is now kept outside the editor.
+    void exported();
 
 private:
     Track& m_track;

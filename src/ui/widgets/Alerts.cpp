@@ -7,7 +7,7 @@
 #include <QVBoxLayout>
 
 int showAlert(QWidget* parent, const QString& text, const QString& informativeText,
-              const QStringList& buttons) {
+              const QStringList& buttons, int escape) {
     QMessageBox box(parent);
     box.setIcon(text == QStringLiteral("Error") ? QMessageBox::Warning : QMessageBox::Information);
     box.setWindowTitle(QStringLiteral("Tanselo"));
@@ -19,6 +19,8 @@ int showAlert(QWidget* parent, const QString& text, const QString& informativeTe
             box.addButton(button, added.isEmpty() ? QMessageBox::AcceptRole : QMessageBox::RejectRole));
     if (!added.isEmpty())
         box.setDefaultButton(added.first());
+    if (escape >= 0 && escape < added.size())
+        box.setEscapeButton(added.at(escape));
     box.exec();
     return int(added.indexOf(qobject_cast<QPushButton*>(box.clickedButton())));
 }

@@ -11,9 +11,10 @@ class QWidget;
 void showErrorAlert(QWidget* parent, const QString& informativeText);
 
 // A modal alert with a message, an informative text and buttons, the first
-// the default. Returns the index of the button pressed.
+// the default. Returns the index of the button pressed, or -1 when the alert
+// was dismissed without one. Escape presses button `escape` when it names one.
 int showAlert(QWidget* parent, const QString& text, const QString& informativeText,
-              const QStringList& buttons);
+              const QStringList& buttons, int escape = -1);
 
 // Shows `content` in `dialog` above a Close button, modally: the way the
 // editor's read-only windows (Tool Runs, Keyboard Shortcuts) are shown.

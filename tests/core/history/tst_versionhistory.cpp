@@ -1,3 +1,4 @@
+#include "history/Unexported.h"
 #include "history/VersionHistory.h"
 
 #include <QFile>
@@ -279,6 +280,71 @@ private slots:
         QCOMPARE(h.undo(), QString("/w/take.wav"));
         h.restore({{"/w/take.wav", "Recorded", at, {}}}, 7);
         QCOMPARE(h.u_array_WAV_Files_Position(), 1u);
+    }
+
+    void onlyAVersionNotKeptOutsideTheEditorIsNew() {
+        // A load has nothing new; an edit has; undoing back to the load has not.
+        VersionHistory h = loaded("/w/a.wav");
+        QVERIFY(!h.hasUnkeptChanges());
+        QCOMPARE(h.keptIndex(), 0);
+        h.add("/w/b.wav", "Cut");
+        QVERIFY(h.hasUnkeptChanges());
+        h.undo();
+        QVERIFY(!h.hasUnkeptChanges());
+        h.redo();
+        // An export keeps the version shown; the next edit is new again.
+        h.markKept();
+        QCOMPARE(h.keptIndex(), 1);
+        QVERIFY(!h.hasUnkeptChanges());
+        h.add("/w/c.wav", "Delete");
+        QVERIFY(h.hasUnkeptChanges());
+        h.undo();
+        QVERIFY(!h.hasUnkeptChanges());
+        // An edit after undoing past the export drops it with the redo tail.
+        h.undo();
+        h.add("/w/d.wav", "Echo");
+        QCOMPARE(h.keptIndex(), -1);
+        QVERIFY(h.hasUnkeptChanges());
+        h.undo();
+        QVERIFY(h.hasUnkeptChanges()); // the load's version was exported over, nothing marks it
+    }
+
+    void aTakeIsKeptNowhereUntilExported() {
+        VersionHistory h = loaded("/w/a.wav");
+        h.takeOverRecording("/w/take.wav", recordedVersionLabel());
+        QCOMPARE(h.keptIndex(), -1);
+        QVERIFY(h.hasUnkeptChanges());
+        h.markKept(); // the take shows, one before the position
+        QCOMPARE(h.keptIndex(), 0);
+        QVERIFY(!h.hasUnkeptChanges());
+        h.add("/w/b.wav", "Cut"); // lands at index 1, after the take
+        QCOMPARE(h.keptIndex(), 0);
+        QVERIFY(h.hasUnkeptChanges());
+        // An empty history holds nothing to lose.
+        h.clear();
+        QVERIFY(!h.hasUnkeptChanges());
+        // A restored history keeps its mark, held to its versions.
+        const QDateTime at(QDate(2026, 11, 26), QTime(9, 0));
+        h.restore({{"/w/a.wav", "Opened a.wav", at, {}}, {"/w/b.wav", "Cut", at, {}}}, 1, 0);
+        QVERIFY(h.hasUnkeptChanges());
+        h.undo();
+        QVERIFY(!h.hasUnkeptChanges());
+        h.restore({{"/w/a.wav", "Opened a.wav", at, {}}}, 0, 5);
+        QCOMPARE(h.keptIndex(), -1);
+    }
+
+    void theQuestionBeforeClosing() {
+        QCOMPARE(closingQuestion({"interview.mp3"}),
+                 QString("Export the changes to “interview.mp3” before closing?"));
+        QCOMPARE(closingQuestion({"a.mp3", "b.wav", "c.m4a"}),
+                 QString("Export the changes to 3 tracks before quitting?"));
+        QVERIFY(closingDetails({"a.mp3", "b.wav", "c.m4a"}).startsWith("“a.mp3”, “b.wav” and “c.m4a” hold"));
+        QVERIFY(closingDetails({"a.mp3", "b.wav"}).startsWith("“a.mp3” and “b.wav” hold"));
+        QCOMPARE(closingButtons(), QStringList({"Export…", "Close Without Exporting", "Cancel"}));
+        QCOMPARE(closingAnswer(0), ClosingAnswer::Export);
+        QCOMPARE(closingAnswer(1), ClosingAnswer::CloseWithoutExporting);
+        QCOMPARE(closingAnswer(2), ClosingAnswer::Cancel);
+        QCOMPARE(closingAnswer(-1), ClosingAnswer::Cancel); // dismissed
     }
 
     void reloadUrlRule() {

@@ -1,6 +1,7 @@
 // The manifest of the open windows: written whole, read back as it was, and
 // whatever its text has become, read as no more than can be trusted.
 
+#include "names/Names.h"
 #include "session/Manifest.h"
 #include "support/Fixtures.h"
 
@@ -180,7 +181,7 @@ private slots:
         garbage.close();
         QVERIFY(writeManifest(work, m));
 
-        const std::optional<Recovery> recovery = setAsideForRecovery(work);
+        std::optional<Recovery> recovery = setAsideForRecovery(work);
         QVERIFY(recovery);
         QCOMPARE(recovery->windows.size(), 2);
         QCOMPARE(recovery->leftOut, 2);
@@ -198,14 +199,52 @@ private slots:
         QVERIFY(kept.open(QIODevice::ReadOnly));
         QCOMPARE(readManifest(kept.readAll()).windows, recovery->windows);
 
-        // Reopen: back in the emptied folder, beside a silence track made anew.
+        // Reopen: back in the emptied folder, beside a silence track made
+        // anew, under names that no result of the new start can take.
         QDir(work).removeRecursively();
         QVERIFY(QDir().mkpath(work));
         QVERIFY(bringBackRecovery(work, *recovery));
-        QCOMPARE(QDir(work).entryList(QDir::Files, QDir::Name),
-                 QStringList(
-                     {"2026-11-26-09-31-00.wav", "2026-11-26-09-31-00Clip.wav", "2026-11-26-09-40-00.wav"}));
+        const QStringList back = {"recovered-2026-11-26-09-31-00.wav",
+                                  "recovered-2026-11-26-09-31-00Clip.wav",
+                                  "recovered-2026-11-26-09-40-00.wav"};
+        QCOMPARE(QDir(work).entryList(QDir::Files, QDir::Name), back);
         QVERIFY(!QFileInfo::exists(aside));
+        // The plan names them as they are now.
+        QCOMPARE(recovery->windows[0].versions[0].file, back[0]);
+        QCOMPARE(recovery->windows[1].versions[0].file, back[2]);
+        QCOMPARE(recovery->clipboard, back[1]);
+        QCOMPARE(recovery->files(), QStringList({back[0], back[2], back[1]}));
+        // Results of the very seconds the dead editor named its versions by
+        // (a clock set back) still take other names.
+        for (const QString& stamp : {"2026-11-26-09-31-00", "2026-11-26-09-40-00"}) {
+            const ResultNames names(work, QDateTime::fromString(stamp, "yyyy-MM-dd-HH-mm-ss"));
+            for (const QString& suffix : {"", "Clip", "Before", "After"})
+                QVERIFY(!back.contains(names.name(suffix)));
+        }
+        // A second recovery keeps the names.
+        QCOMPARE(recoveredName(back[0]), back[0]);
+    }
+
+    void theKeptVersionFollowsTheWindowIntoTheManifestAndBack() {
+        Manifest m = twoWindows();
+        m.windows[0].kept = 1;
+        QCOMPARE(readManifest(manifestText(m)).windows[0].kept, 1);
+        QCOMPARE(readManifest(manifestText(m)).windows[1].kept, -1);
+        // Out of range, or not a whole number, reads as none.
+        for (const char* bad : {"3", "-2", "1.5", "\"x\""}) {
+            QByteArray text = manifestText(m);
+            text.replace("\"kept\": 1", QByteArray("\"kept\": ") + bad);
+            QCOMPARE(readManifest(text).windows.size(), 2);
+            QCOMPARE(readManifest(text).windows[0].kept, -1);
+        }
+        // A recovery maps it to where the kept version stands among the
+        // survivors, or to none when it did not survive.
+        const auto without = [&](const QString& lost) {
+            return planRecovery(m, [&](const QString& file) { return file != lost; });
+        };
+        QCOMPARE(without(m.windows[0].versions[0].file).windows[0].kept, 0);
+        QCOMPARE(without(m.windows[0].versions[2].file).windows[0].kept, 1);
+        QCOMPARE(without(m.windows[0].versions[1].file).windows[0].kept, -1);
     }
 
     void mutatedManifestsNeverOfferWhatCannotBeReopenedNorLeaveFilesBehind() {

@@ -243,7 +243,7 @@ private slots:
                  qPrintable(alert->informativeText));
         QCOMPARE(snapshot(d), before);
         QCOMPARE(fixtures::digest(path), QCryptographicHash::hash(bytes, QCryptographicHash::Sha256));
-        d->close();
+        QVERIFY(gui::closeDocument(d));
     }
 
     void aDeleteOverAVanishedVersionAdoptsNothing() {
@@ -261,7 +261,7 @@ private slots:
                          .arg(QFileInfo(before.path).fileName())),
                  qPrintable(alert->informativeText));
         QCOMPARE(snapshot(d), before);
-        d->close();
+        QVERIFY(gui::closeDocument(d)); // its versions are not exported
     }
 
     void aWorkFolderThatTakesNoFileIsNamed() {
@@ -285,7 +285,7 @@ private slots:
         QCOMPARE(m_app->runner().runs().size(), runs); // refused before anything ran
         QCOMPARE(snapshot(d), before);
         checkStillEdits(d);
-        d->close();
+        QVERIFY(gui::closeDocument(d));
     }
 
     void aFullWorkDiskIsRefusedBeforeAnyRun() {
@@ -343,7 +343,7 @@ private slots:
         QCOMPARE(d->history().array_WAV_Files(), QStringList({m_app->session().sSilenceWavPath}));
         for (const QString& version : versions)
             QVERIFY2(!QFile::exists(version), qPrintable(version));
-        d->close();
+        QVERIFY(gui::closeDocument(d));
     }
 
     void aHistoryOfOneVersionOpensWithoutAsking() {
@@ -359,7 +359,7 @@ private slots:
         QVERIFY(!asked->shown);
         asked->stop = true;
         QVERIFY(gui::waitIdle(*m_app));
-        d->close();
+        QVERIFY(gui::closeDocument(d));
     }
 
     void editsDoNothingWhileAWindowRecords() {
@@ -385,7 +385,7 @@ private slots:
         QVERIFY(gui::waitIdle(*m_app));
         QVERIFY(QFile::exists(d->track().s_WAV_File_Path));
         QCOMPARE(d->history().array_WAV_Files(), QStringList({d->track().s_WAV_File_Path}));
-        d->close();
+        QVERIFY(gui::closeDocument(d)); // its versions are not exported
     }
 
     void cleanupTestCase() {
