@@ -17,12 +17,15 @@
 //      ten 1-minute files as a batch beside its saved script run on each file;
 //  10. the echo dialog's Preview on ten seconds of a 1-hour track, from the
 //      press to the first sample at the audio output, beside the preview's
-//      tool runs from a plain shell script.
+//      tool runs from a plain shell script;
+//  11. 200 edits with the manifest of the windows beside its writes alone,
+//      and a start reopening 10 windows of 20 versions beside a plain start.
 // Run it with `make bench` (or one part: --exports, --cancel, --join, --batch,
-// --preview).
+// --preview, --recovery).
 
 #include "PaintBench.h"
 #include "PreviewBench.h"
+#include "RecoveryBench.h"
 #include "application/AppDelegate.h"
 #include "batch/BatchRun.h"
 #include "batch/RecipePlans.h"
@@ -484,12 +487,20 @@ int main(int argc, char** argv) {
         return startAndReportShown(argc, argv);
     if (argc == 3 && QByteArray(argv[1]) == "--preview")
         return previewAndReport(argc, argv, QString::fromLocal8Bit(argv[2]));
+    if (argc == 3 && QByteArray(argv[1]) == "--edits")
+        return editAndReport(argc, argv, QString::fromLocal8Bit(argv[2]));
+    if (argc == 2 && QByteArray(argv[1]) == "--startup-recovered")
+        return startRecoveredAndReport(argc, argv);
 
     QCoreApplication application(argc, argv);
     const QString self = QCoreApplication::applicationFilePath();
     QTemporaryDir dir;
     if (argc == 2 && QByteArray(argv[1]) == "--batch") {
         compareBatchWithTheScript(dir.path());
+        return 0;
+    }
+    if (argc == 2 && QByteArray(argv[1]) == "--recovery") {
+        measureRecovery(self, dir.path());
         return 0;
     }
     const QString hour = dir.filePath("one-hour.wav");
@@ -538,5 +549,6 @@ int main(int argc, char** argv) {
     compareJoinWithAShell(dir.path());
     compareBatchWithTheScript(dir.path());
     measurePreview(self, dir.path(), hour);
+    measureRecovery(self, dir.path());
     return 0;
 }
