@@ -5,8 +5,8 @@
 // What keeping the manifest of the windows costs, each figure beside the one
 // it is measured against in the same run (the editor runs in children of
 // `self`, offscreen):
-//   - 200 edits of a 10 s track through the editor, and the manifest writes
-//     those edits caused, made again alone: the share the manifest adds;
+//   - 200 edits of a 10 s track through the editor with the manifest kept
+//     and 200 without, in blocks of 50 taking turns;
 //   - a start that reopens 10 windows of 20 versions each after a crash,
 //     beside a plain start, both to the moment every window shows its track.
 void measureRecovery(const QString& self, const QString& folder);

@@ -18,7 +18,7 @@
 //  10. the echo dialog's Preview on ten seconds of a 1-hour track, from the
 //      press to the first sample at the audio output, beside the preview's
 //      tool runs from a plain shell script;
-//  11. 200 edits with the manifest of the windows beside its writes alone,
+//  11. 200 edits with the manifest of the windows beside 200 without it,
 //      and a start reopening 10 windows of 20 versions beside a plain start.
 // Run it with `make bench` (or one part: --exports, --cancel, --join, --batch,
 // --preview, --recovery).

@@ -22,6 +22,7 @@ class tst_Recovery : public EditingFixture {
     Q_OBJECT
 
     Manifest manifestNow() const {
+        m_app->settleManifest();
         QFile file(manifestPath(m_app->session().s_Output_Folder));
         return file.open(QIODevice::ReadOnly) ? readManifest(file.readAll()) : Manifest();
     }
@@ -115,6 +116,7 @@ class tst_Recovery : public EditingFixture {
     }
 
     void writeFacts() {
+        m_app->settleManifest(); // what a kill a moment later would find
         QJsonArray facts;
         for (const Document* window : m_app->documents())
             if (window->history().array_WAV_Files() != QStringList{m_app->session().sSilenceWavPath})

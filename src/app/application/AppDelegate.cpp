@@ -65,7 +65,7 @@ AppDelegate::~AppDelegate() {
 }
 
 void AppDelegate::keepManifest() {
-    if (!m_ownsFolder)
+    if (!m_manifest || !m_keepsManifest)
         return;
     Manifest manifest;
     // A window that holds nothing but the silence track has nothing to lose.
@@ -76,14 +76,17 @@ void AppDelegate::keepManifest() {
             manifest.windows.append(document->manifestEntry());
     if (!m_session.s_Copied_WAV_File.isEmpty())
         manifest.clipboard = QFileInfo(m_session.s_Copied_WAV_File).fileName();
-    if (!writeManifest(m_session.s_Output_Folder, manifest))
-        qWarning("the manifest of the windows could not be written in %s",
-                 qPrintable(m_session.s_Output_Folder));
+    m_manifest->write(std::move(manifest));
+}
+
+void AppDelegate::settleManifest() {
+    if (m_manifest)
+        m_manifest->settle();
 }
 
 void AppDelegate::removeManifest() {
-    if (m_ownsFolder)
-        QFile::remove(manifestPath(m_session.s_Output_Folder));
+    if (m_manifest)
+        m_manifest->remove();
 }
 
 QAction* AppDelegate::makeAction(const QString& text, QKeySequence::StandardKey key) {
@@ -131,6 +134,7 @@ std::optional<int> AppDelegate::applicationDidFinishLaunching(const QStringList&
     // asked about them once the start is done.
     m_recovery = setAsideForRecovery(s_Output_Folder);
     RemoveAllContentInFolder(s_Output_Folder);
+    m_manifest = std::make_unique<ManifestWriter>(s_Output_Folder);
 
     const ToolPaths tools = locateTools(QCoreApplication::applicationDirPath());
     for (const auto& [name, path] : {std::pair{"sox", tools.sox}, std::pair{"ffmpeg", tools.ffmpeg}}) {

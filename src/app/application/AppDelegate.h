@@ -1,6 +1,7 @@
 #pragma once
 
 #include "session/Manifest.h"
+#include "session/ManifestWriter.h"
 
 #include "document/Opening.h"
 #include "mixer/MixerTracks.h"
@@ -51,6 +52,11 @@ public:
     // After a start that found the windows of an editor that died: asks
     // whether to reopen them, and does. True when windows were reopened.
     bool offerRecovery();
+    // Returns once the manifest on disk lists the windows as they are now
+    // (it is written on a thread of its own).
+    void settleManifest();
+    // Off only to measure what keeping the manifest costs (the benchmark).
+    void setKeepsManifest(bool keeps) { m_keepsManifest = keeps; }
     void openDocument();
     void openPreGeneratedDocuments();
     Document* currentDocument() const;
@@ -137,7 +143,9 @@ private:
     void keepManifest();
     void removeManifest();
     bool m_ownsFolder = false;
-    std::optional<Recovery> m_recovery; // what a dead editor left, set aside until asked
+    std::optional<Recovery> m_recovery;         // what a dead editor left, set aside until asked
+    std::unique_ptr<ManifestWriter> m_manifest; // while this editor owns the work folder
+    bool m_keepsManifest = true;
 
     std::unique_ptr<SingleInstance> m_instance;
     QStringList m_filesToOpen;

@@ -95,9 +95,10 @@ private slots:
     void positionsOutsideTheHistoryAreNotTrusted() {
         for (double position : {-1.0, 4.0, 1.5, 1e300}) {
             QByteArray text = manifestText(twoWindows());
-            const QByteArray first = "\"position\": 1,"; // the first window's
+            const QByteArray first = "\"position\":1,"; // the first window's
+            QVERIFY(text.contains(first));
             text.replace(text.indexOf(first), first.size(),
-                         "\"position\": " + QByteArray::number(position, 'g', 17) + ",");
+                         "\"position\":" + QByteArray::number(position, 'g', 17) + ",");
             QCOMPARE(readManifest(text).windows.size(), 1);
         }
     }
@@ -216,9 +217,9 @@ private slots:
         QCOMPARE(recovery->files(), QStringList({back[0], back[2], back[1]}));
         // Results of the very seconds the dead editor named its versions by
         // (a clock set back) still take other names.
-        for (const QString& stamp : {"2026-11-26-09-31-00", "2026-11-26-09-40-00"}) {
+        for (const char* stamp : {"2026-11-26-09-31-00", "2026-11-26-09-40-00"}) {
             const ResultNames names(work, QDateTime::fromString(stamp, "yyyy-MM-dd-HH-mm-ss"));
-            for (const QString& suffix : {"", "Clip", "Before", "After"})
+            for (const char* suffix : {"", "Clip", "Before", "After"})
                 QVERIFY(!back.contains(names.name(suffix)));
         }
         // A second recovery keeps the names.
@@ -233,7 +234,8 @@ private slots:
         // Out of range, or not a whole number, reads as none.
         for (const char* bad : {"3", "-2", "1.5", "\"x\""}) {
             QByteArray text = manifestText(m);
-            text.replace("\"kept\": 1", QByteArray("\"kept\": ") + bad);
+            QVERIFY(text.contains("\"kept\":1"));
+            text.replace("\"kept\":1", QByteArray("\"kept\":") + bad);
             QCOMPARE(readManifest(text).windows.size(), 2);
             QCOMPARE(readManifest(text).windows[0].kept, -1);
         }

@@ -87,6 +87,7 @@ class tst_Closing : public EditingFixture {
     }
 
     Manifest manifestNow() const {
+        m_app->settleManifest();
         QFile file(manifestPath(m_app->session().s_Output_Folder));
         return file.open(QIODevice::ReadOnly) ? readManifest(file.readAll()) : Manifest();
     }
@@ -111,6 +112,7 @@ class tst_Closing : public EditingFixture {
             exportWhenAsked({to}, written);
         const auto alert = gui::answerAlert(qEnvironmentVariable("TANSELO_QUIT_ANSWER"));
         m_app->actionQuit->trigger();
+        m_app->settleManifest();
         QFile after(home + "/still-running.txt");
         QVERIFY(after.open(QIODevice::WriteOnly));
         after.write(alert->text.toUtf8());

@@ -58,6 +58,7 @@ class tst_FullDisk : public QObject {
     // Every file of the work folder but the manifest of the windows, which
     // the editor rewrites as a window shows a track.
     static QStringList filesBesideTheManifest(AppDelegate& app) {
+        app.settleManifest();
         QStringList files = QDir(app.session().s_Output_Folder).entryList(QDir::Files | QDir::Hidden);
         files.removeAll(QFileInfo(manifestPath(app.session().s_Output_Folder)).fileName());
         return files;
