@@ -169,8 +169,11 @@ closing)
     xdotool key Delete
     sleep 1.5
     xdotool key ctrl+q
-    window=$(timeout 10 xdotool search --sync --name '^Tanselo$' | head -1)
     sleep 1
+    # The question over the window it asks about.
+    import -window root -crop 1000x380+0+0 "$output"
+    echo "$output"
+    exit 0
     ;;
 history)
     # Three edits a second and more apart (each version's file is named by
