@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Takes a screenshot of the real editor under Xvfb with a track loaded:
-#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel|word|mixer|effects-menu|shortcuts|history|equalizer|preview|recovery|closing|batch|batch-done]
+#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel|word|mixer|effects-menu|shortcuts|history|equalizer|preview|recovery|closing|loudness|batch|batch-done]
 # The last argument, run beside an audio server (scripts/with-audio-server.sh),
 # takes the picture 2.5 s into playback from the clicked position, or into a
 # recording of a tone played into the server. "export" takes the export dialog
@@ -17,7 +17,8 @@
 # "preview" the echo dialog on a selection while its Preview plays (beside
 # an audio server); "recovery" the question of a start after the editor was
 # killed with its track edited; "closing" the question Quit asks after a
-# delete;
+# delete; "loudness" Tracks ▸ Measure Loudness… with the selection measured
+# beside the track;
 # "batch" the batch window after normalize, an echo on a selection and a
 # fade in, with the file itself and a copy of it added; "batch-done" the
 # progress window at the end of that batch, with a file that is not audio.
@@ -164,6 +165,13 @@ recovery)
     app=$!
     window=$(timeout 10 xdotool search --sync --name '^Tanselo$' | head -1)
     sleep 1
+    ;;
+loudness)
+    xdotool key alt+t
+    sleep 0.5
+    xdotool key l
+    window=$(timeout 10 xdotool search --sync --name '^Loudness of' | head -1)
+    sleep 2
     ;;
 closing)
     xdotool key Delete

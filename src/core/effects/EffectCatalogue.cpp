@@ -354,6 +354,27 @@ std::vector<EffectEntry> makeCatalogue() {
          {},
          true,
          [](const EffectValues&) { return words({"reverse"}); }},
+        // Long pauses inside a recording (an interview, a lecture) shrink to
+        // a given length without touching the speech around them: sox's
+        // silence effect, trimming nothing at the start (0), shortens every
+        // silence of that length or more anywhere (-1), leaving that much of
+        // it (-l). Trim Silence only trims the ends.
+        {"Time and pitch",
+         "ShortenPauses",
+         "Shorten Pauses",
+         {"Window_Shorten_Pauses",
+          "Shorten Pauses",
+          {},
+          {textField("f_Pause_S", "Pause", "Longest pause (s):", "1.0", Real),
+           textField("f_Threshold_Percent", "Threshold", "Silence below (% of full scale):", "1", Real)},
+          {{"f_Pause_S", Check::NotPositive, "Pause length invalid."},
+           {"f_Threshold_Percent", Check::NotPositive, "Threshold invalid."}}},
+         {},
+         true,
+         [](const EffectValues& v) {
+             return words({"silence", "-l", "0", "-1", real(v.real("f_Pause_S")),
+                           real(v.real("f_Threshold_Percent")) + "%"});
+         }},
         {"Space and modulation",
          "Echo",
          "Echo",

@@ -74,6 +74,8 @@ Document::Document(Session& session, quint64 id, const Opening& opening,
     m_export = new ExportActions(m_track, m_session, *this, this);
     connect(m_export, &ExportActions::exported, this, &Document::historyChanged); // the manifest's mark
     m_batch = new BatchActions(m_track, m_session, this, [this] { return m_export->exportChoice(); });
+    m_loudness = new LoudnessActions(
+        m_track, m_session, *this, [this] { return labelSource->text(); }, this);
     popupMenuTools->addMenu(m_split->popupMenuSplit);
     connect(m_split, &SplitActions::piecesMade, this, &Document::handOverPieces);
     m_effects = new EffectActions(*this, this);

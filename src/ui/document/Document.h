@@ -12,6 +12,7 @@
 #include "effects/EffectActions.h"
 #include "effects/EffectCatalogue.h"
 #include "history/VersionHistory.h"
+#include "loudness/LoudnessActions.h"
 #include "session/Manifest.h"
 #include "session/Session.h"
 #include "timeline/MarkerKeys.h"
@@ -107,6 +108,9 @@ public:
 
     // The recipe commands of the File menu.
     BatchActions& batchActions() { return *m_batch; }
+
+    // Tracks ▸ Measure Loudness…
+    LoudnessActions& loudnessActions() { return *m_loudness; }
 
     // The menu bar's own menus of this window (besides the application's
     // File, Edit, Tracks and Help items): the pop-up menus' actions again.
@@ -270,6 +274,7 @@ private:
     QPointer<HistoryWindow> m_historyWindow;
     ExportActions* m_export = nullptr;
     BatchActions* m_batch = nullptr;
+    LoudnessActions* m_loudness = nullptr;
     QToolBar* m_toolBar = nullptr;
     int m_plotRequest = 0;
 

@@ -108,9 +108,10 @@ void Document::buildMenuBar() {
         action->setShortcutContext(Qt::WindowShortcut);
     bar->insertMenu(tracks->menuAction(), menuView);
 
-    // Tracks: the splits beside the mixer.
+    // Tracks: the splits and the loudness beside the mixer.
     tracks->addSeparator();
     tracks->addMenu(m_split->popupMenuSplit);
+    tracks->addAction(m_loudness->actionMeasureLoudness);
     updateMenus();
 }
 
@@ -141,6 +142,7 @@ void Document::updateMenus() {
     for (QMenu* menu :
          {menuPasteAt, menuPasteMixing, menuSilence, m_effects->popupMenuEffects, m_split->popupMenuSplit})
         menu->menuAction()->setEnabled(editable);
+    m_loudness->actionMeasureLoudness->setEnabled(editable);
     actionSelectAll->setEnabled(b_Audio_Loaded);
     actionSetSelection->setEnabled(b_Audio_Loaded && !recording());
     for (QAction* action : {actionZoomToFit, actionZoomToSelection})

@@ -19,8 +19,8 @@ private slots:
         for (const EffectEntry& entry : effectCatalogue())
             keys.insert(entry.key);
         QCOMPARE(keys.size(), int(effectCatalogue().size()));
-        // The 28 effects of the catalogue and the equalizer.
-        QCOMPARE(effectCatalogue().size(), std::size_t(29));
+        // The 28 effects of the catalogue, the equalizer and Shorten Pauses.
+        QCOMPARE(effectCatalogue().size(), std::size_t(30));
         for (const char* noSelection : {"BassTreble", "FadeIn", "FadeOut", "Equalizer"})
             QVERIFY(!findEffect(noSelection)->selection);
         QCOMPARE(findEffect("Compression")->windowTitle, QString("Contrast"));

@@ -112,6 +112,7 @@ private slots:
         row("Tremolo", {}, {"tremolo", "5.00", "40"});
         row("Earwax", {}, {"earwax"});
         row("OOPS", {}, {"oops"});
+        row("ShortenPauses", {}, {"silence", "-l", "0", "-1", "1.00", "1.00%"});
     }
     void startValuesGiveTheArguments() {
         QFETCH(QString, key);
@@ -123,7 +124,7 @@ private slots:
         QCOMPARE(a.global, global);
         QCOMPARE(a.effect, effect);
     }
-    void everyRowHasItsStartArguments() { QCOMPARE(effectCatalogue().size(), std::size_t(29)); }
+    void everyRowHasItsStartArguments() { QCOMPARE(effectCatalogue().size(), std::size_t(30)); }
 
     // How a control shows its value and how OK reads it back.
     void labelsAndReadings() {
