@@ -6,7 +6,6 @@
 
 #include "document/Document.h"
 #include "document/ExportActions.h"
-#include "history/Unexported.h"
 #include "mixer/Window_Multiple_Tracks.h"
 #include "widgets/Alerts.h"
 #include "windows/ShortcutsWindow.h"
@@ -104,9 +103,7 @@ bool AppDelegate::readyToQuit() {
         }
     if (unexported.isEmpty())
         return true;
-    const int pressed = showAlert(currentDocument(), closingQuestion(sources), closingDetails(sources),
-                                  closingButtons(), int(ClosingAnswer::Cancel));
-    switch (closingAnswer(pressed)) {
+    switch (askBeforeClosing(currentDocument(), sources)) {
     case ClosingAnswer::Export:
         // Each in turn, in window order; one left unexported stops the quit.
         for (const QPointer<Document>& document : unexported) {

@@ -2,7 +2,6 @@
 
 #include "HistoryWindow.h"
 #include "WaveformPlot.h"
-#include "history/Unexported.h"
 #include "session/WorkFolder.h"
 #include "timeline/View_Audio_Wave.h"
 #include "timeline/View_Time_Rule.h"
@@ -297,10 +296,7 @@ bool Document::hasUnexportedChanges() const {
 bool Document::readyToClose() {
     if (!hasUnexportedChanges())
         return true;
-    const QStringList source = {labelSource->text()};
-    const int pressed = showAlert(this, closingQuestion(source), closingDetails(source), closingButtons(),
-                                  int(ClosingAnswer::Cancel));
-    switch (closingAnswer(pressed)) {
+    switch (askBeforeClosing(this, {labelSource->text()})) {
     case ClosingAnswer::Export:
         return m_export->SaveWAVFile();
     case ClosingAnswer::CloseWithoutExporting:

@@ -29,6 +29,11 @@ void showErrorAlert(QWidget* parent, const QString& informativeText) {
     showAlert(parent, QStringLiteral("Error"), informativeText, {QStringLiteral("Close")});
 }
 
+ClosingAnswer askBeforeClosing(QWidget* parent, const QStringList& sources) {
+    return closingAnswer(showAlert(parent, closingQuestion(sources), closingDetails(sources),
+                                   closingButtons(), int(ClosingAnswer::Cancel)));
+}
+
 void showWithCloseButton(QDialog& dialog, QWidget* content) {
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, &dialog);
     QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);

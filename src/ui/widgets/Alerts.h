@@ -1,5 +1,7 @@
 #pragma once
 
+#include "history/Unexported.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -15,6 +17,10 @@ void showErrorAlert(QWidget* parent, const QString& informativeText);
 // was dismissed without one. Escape presses button `escape` when it names one.
 int showAlert(QWidget* parent, const QString& text, const QString& informativeText,
               const QStringList& buttons, int escape = -1);
+
+// The question before closing windows whose versions were not exported
+// (one source: the window's; several: Quit's), Escape cancelling.
+ClosingAnswer askBeforeClosing(QWidget* parent, const QStringList& sources);
 
 // Shows `content` in `dialog` above a Close button, modally: the way the
 // editor's read-only windows (Tool Runs, Keyboard Shortcuts) are shown.
