@@ -2,6 +2,7 @@
 #include "batch/BatchDialog.h"
 #include "document/Document.h"
 #include "document/HistoryWindow.h"
+#include "loudness/LoudnessWindow.h"
 #include "plans/RemovedFiles.h"
 #include "support/Fixtures.h"
 #include "support/Gui.h"
@@ -820,12 +821,14 @@ class tst_Monkey : public QObject {
         MONKEY_VERIFY(QTest::qWaitFor([fired] { return *fired; }, 2000),
                       QStringLiteral("The editor did not answer a timer within 2 s."));
 
-        // No dialog is left up; the History and batch windows are left open by
-        // users, as by the monkey (File ▸ Process Files With This Recipe…).
+        // No dialog is left up; the History, loudness and batch windows are
+        // left open by users, as by the monkey (File ▸ Process Files With This
+        // Recipe…, Tracks ▸ Measure Loudness…).
         QStringList dialogs;
         for (QWidget* widget : QApplication::topLevelWidgets())
             if (widget->isVisible() && qobject_cast<QDialog*>(widget) &&
-                !qobject_cast<HistoryWindow*>(widget) && !qobject_cast<BatchDialog*>(widget))
+                !qobject_cast<HistoryWindow*>(widget) && !qobject_cast<BatchDialog*>(widget) &&
+                !qobject_cast<LoudnessWindow*>(widget))
                 dialogs << QStringLiteral("%1 “%2”").arg(
                     QString::fromLatin1(widget->metaObject()->className()), widget->windowTitle());
         MONKEY_VERIFY(dialogs.isEmpty(),
