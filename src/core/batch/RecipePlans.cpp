@@ -2,6 +2,7 @@
 
 #include "document/ImportPlans.h"
 #include "effects/EffectCatalogue.h"
+#include "plans/PrintedFigures.h"
 #include "session/WorkFolder.h"
 #include "tools/ToolRunner.h"
 
@@ -91,7 +92,12 @@ namespace {
 const QString InputMark = QStringLiteral("\x01I"), WorkMark = QStringLiteral("\x01W"),
               OutputMark = QStringLiteral("\x01O"), TemporaryMark = QStringLiteral("\x01T");
 
-// An argument as one shell word: the stand-ins become their variables in
+// The script's variable that holds a figure a run printed.
+QString figureVariable(const QString& name) {
+    return QStringLiteral("figure_") + name;
+}
+
+// An argument as one shell word: the stand-ins and the figures' marks become their variables in
 // double quotes, everything else stays literal in single quotes.
 QString shellWord(const QString& argument) {
     QString word, literal;
@@ -101,6 +107,13 @@ QString shellWord(const QString& argument) {
         literal.clear();
     };
     for (qsizetype i = 0; i < argument.size(); ++i) {
+        if (const qsizetype end = argument.indexOf(QChar(FigureMarkClose), i);
+            argument.at(i) == QChar(FigureMarkOpen) && end > i) {
+            flush();
+            word += QStringLiteral("\"$%1\"").arg(figureVariable(argument.mid(i + 1, end - i - 1)));
+            i = end;
+            continue;
+        }
         const QString pair = argument.mid(i, 2);
         const QString variable = pair == InputMark       ? QStringLiteral("\"$input\"")
                                  : pair == WorkMark      ? QStringLiteral("\"$work\"")
@@ -161,6 +174,11 @@ part="$(dirname -- "$output")/.tanselo-$$-$(basename -- "$output")"
 # The work files and the unfinished export always go; nothing else does.
 trap 'rm -rf "$work"; rm -f "$part"' EXIT
 trap 'exit 1' HUP INT TERM
+# A figure the last run printed as "name" : "value" (ffmpeg's summaries), the
+# last of them where there are several.
+figure() {
+    sed -n "s/.*\"$1\"[[:space:]]*:[[:space:]]*\"\([^\"]*\)\".*/\1/p" "$work/said.txt" | tail -n 1
+}
 # Runs one tool, showing what it said only when it fails.
 run() {
     "$@" < /dev/null > "$work/said.txt" 2>&1 || {
@@ -226,6 +244,13 @@ QString recipeScript(const Recipe& recipe) {
             for (const QString& argument : r->arguments)
                 script += u' ' + shellWord(argument);
             script += u'\n';
+        } else if (const auto* read = std::get_if<step::ReadFigures>(&s); read && !read->alert.isEmpty()) {
+            // The figures a later run is given, checked as the editor checks
+            // them: plain numbers only.
+            for (const QString& name : read->names)
+                script += QStringLiteral("%1=$(figure %2)\n"
+                                         "case $%1 in ''|*[!0-9.+-]*) echo %3 >&2; exit 1 ;; esac\n")
+                              .arg(figureVariable(name), name, shellQuoted(read->alert));
         } else if (const auto* required = std::get_if<step::RequireFile>(&s)) {
             script += QStringLiteral("[ -e %1 ] || { echo \"$stage wrote nothing.\" >&2; exit 1; }\n")
                           .arg(shellWord(required->path));

@@ -26,6 +26,7 @@ struct EditPlan {
     QString label;                   // what the new version is called in the history: "Cut", "Paste at end"
     Replay replay;                   // how it could be done to another file, or why it cannot
     QString clippingName;            // an effect's title, said with the samples its run clipped
+    std::function<QString(const PlanOutcome&)> notice = {}; // a line said under the result, or empty
 };
 
 // The clipboard's old file is only deleted when `deleteOldClip` says so: the

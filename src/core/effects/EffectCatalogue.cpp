@@ -3,6 +3,11 @@
 
 #include "EffectCatalogue.h"
 
+#include "loudness/Loudness.h"
+#include "loudness/LoudnessNormalize.h"
+
+#include <cmath>
+
 namespace {
 // Formats as the effects' argument lists always have: reals with "%.02f" and
 // friends, whole numbers with "%d" (the low 32 bits, signed).
@@ -63,6 +68,38 @@ QStringList fadeShape(const EffectValues& v) {
     static const QStringList letters = {"t", "q", "h", "l", "p"};
     const quint64 m = v.unsignedWhole("u_Modulation");
     return m < quint64(letters.size()) ? QStringList{letters[qsizetype(m)]} : QStringList{};
+}
+
+// The platforms' targets to choose from, or any loudness from -40 to -5 LUFS
+// (ffmpeg's own lowest is -70, far below any target); the ceiling and the
+// range as ffmpeg 5 takes them.
+DialogDeclaration loudnessDialog() {
+    QStringList presets;
+    QList<int> positions;
+    for (const LoudnessTarget& target : loudnessTargets()) {
+        presets << QStringLiteral("%1 (%2 LUFS)").arg(target.name, QString::number(target.lufs));
+        positions << int(std::lround(target.lufs * 10));
+    }
+    presets << QStringLiteral("Custom");
+    return {"Window_Loudness_Normalize",
+            "Loudness Normalize",
+            {},
+            {list("u_Preset", "Preset", "Target:", presets).presetting("f_Target_LUFS", positions),
+             slider("f_Target_LUFS", "Target", "Loudness (LUFS):", -400, -50, -160)
+                 .over(10, "%.1f")
+                 .as(Real)
+                 .steps(1, 10)
+                 .because("the targets platforms ask for lie between -40 and -5 LUFS"),
+             slider("f_Ceiling_dBTP", "Ceiling", "True-peak ceiling (dBTP):", -90, 0, -10)
+                 .over(10, "%.1f")
+                 .as(Real)
+                 .steps(1, 10)
+                 .because("ffmpeg's loudnorm takes -9 … 0 dBTP"),
+             slider("f_Range_LU", "Range", "Loudness range (LU):", 10, 200, 110)
+                 .over(10, "%.1f")
+                 .as(Real)
+                 .steps(1, 10)
+                 .because("ffmpeg 5's loudnorm takes 1 … 20 LU")}};
 }
 
 DialogDeclaration passDialog() {
@@ -153,6 +190,24 @@ std::vector<EffectEntry> makeCatalogue() {
          true,
          [](const EffectValues& v) {
              return EffectArguments{{"--norm=" + real(v.real("f_dB"))}, {}};
+         }},
+        // Loudness to a platform's target rather than a peak: two ffmpeg
+        // passes, measuring then applying one gain (see LoudnessNormalize.h).
+        {"Volume",
+         "LoudnessNormalize",
+         "Loudness Normalize",
+         loudnessDialog(),
+         {},
+         true,
+         [](const EffectValues& v) {
+             const LoudnessGoal goal{v.real("f_Target_LUFS"), v.real("f_Ceiling_dBTP"), v.real("f_Range_LU")};
+             EffectArguments a;
+             a.steps = [goal](const QString& input, const QString& output, const QString& measured) {
+                 return loudnessNormalizeSteps(goal, input, output, measured);
+             };
+             a.operation = QStringLiteral("Loudness Normalize");
+             a.notice = dynamicModeNotice;
+             return a;
          }},
         {"Volume", "FadeIn", "Fade In", fadeDialog(), "Fade-In", false,
          [](const EffectValues& v) {

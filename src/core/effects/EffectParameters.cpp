@@ -106,6 +106,13 @@ Parameter Parameter::action(const char* name) const {
     return p;
 }
 
+Parameter Parameter::presetting(const char* sliderKey, QList<int> positions) const {
+    Parameter p = *this;
+    p.presetsFor = QLatin1String(sliderKey);
+    p.presetPositions = std::move(positions);
+    return p;
+}
+
 Parameter Parameter::because(const char* reason) const {
     Parameter p = *this;
     p.why = QString::fromUtf8(reason);

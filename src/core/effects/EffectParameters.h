@@ -39,6 +39,11 @@ struct Parameter {
     int step = 0, page = 0;  // a slider's single and page steps; 0 keeps the toolkit's
     QString changeAction;    // when the slider's change action is not "OnChange" + control
     QString why;             // why the range is what it is, for the reference
+    // A list of presets: choosing the entry i moves the slider `presetsFor` to
+    // presetPositions[i]; moving that slider chooses the entry it matches, or
+    // the last ("Custom") when it matches none.
+    QString presetsFor;
+    QList<int> presetPositions;
 
     QString widgetName() const; // "sliderSpeed", "textDelayMS", "comboModulation", "checkLoop"
     QString labelName() const;  // "labelSpeed"
@@ -54,6 +59,7 @@ struct Parameter {
     Parameter steps(int single, int pageStep) const;
     Parameter action(const char* name) const;
     Parameter because(const char* reason) const;
+    Parameter presetting(const char* sliderKey, QList<int> positions) const;
 };
 
 // A slider whose label shows "%d" of its position and whose value is a whole number read from that label.

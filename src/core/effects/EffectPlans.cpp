@@ -6,7 +6,16 @@ QStringList soxArguments(const EffectArguments& e, const QString& input, const Q
     return e.global + QStringList{input, output} + e.effect;
 }
 
+std::vector<Step> effectSteps(const EffectArguments& e, const QString& input, const QString& output,
+                              const QString& measured) {
+    if (e.steps)
+        return e.steps(input, output, measured.isEmpty() ? input : measured);
+    return {step::Run{Tool::Sox, soxArguments(e, input, output)}};
+}
+
 QString effectOperationName(const EffectArguments& arguments) {
+    if (!arguments.operation.isEmpty())
+        return arguments.operation;
     QString name = arguments.effect.value(0);
     if (name.isEmpty()) // the global options alone: a gain
         name = arguments.global.join(u' ').contains(QStringLiteral("--norm")) ? QStringLiteral("normalize")
@@ -17,11 +26,14 @@ QString effectOperationName(const EffectArguments& arguments) {
 EditPlan buildEffectPlan(const EditState& s, const ResultNames& names, const EffectArguments& arguments) {
     const QString result = names.path();
     EditPlan edit;
-    edit.plan.steps = {
-        step::DeleteFile{result}, step::Run{Tool::Sox, soxArguments(arguments, s.track, result)},
-        step::RequireFile{result, parametersNotAcceptedMessage()},
-        step::RequireAudio{result, effectOperationName(arguments)}, step::ProbeDuration{result}};
+    edit.plan.steps = {step::DeleteFile{result}};
+    for (Step& run : effectSteps(arguments, s.track, result))
+        edit.plan.steps.push_back(std::move(run));
+    edit.plan.steps.insert(edit.plan.steps.end(), {step::RequireFile{result, parametersNotAcceptedMessage()},
+                                                   step::RequireAudio{result, effectOperationName(arguments)},
+                                                   step::ProbeDuration{result}});
     edit.result = result;
+    edit.notice = arguments.notice;
     return edit;
 }
 
@@ -42,14 +54,16 @@ EditPlan buildEffectSelectionPlan(const EditState& s, const ResultNames& names,
         step::DeleteFile{after},
         step::Run{Tool::FFmpeg, segmentArguments(s.track, v.sEndSelection, v.sDurationLastSegment, after)},
         step::DeleteFile{processed},
-        step::Run{Tool::Sox, soxArguments(arguments, selection, processed)},
-        step::RequireFile{processed, parametersNotAcceptedMessage()},
-        step::DeleteFile{result},
-        step::Run{Tool::FFmpeg, joinArguments({before, processed, after}, result)},
-        step::RequireAudio{result, effectOperationName(arguments)},
-        step::ProbeDuration{result},
     };
+    for (Step& run : effectSteps(arguments, selection, processed))
+        edit.plan.steps.push_back(std::move(run));
+    edit.plan.steps.insert(
+        edit.plan.steps.end(),
+        {step::RequireFile{processed, parametersNotAcceptedMessage()}, step::DeleteFile{result},
+         step::Run{Tool::FFmpeg, joinArguments({before, processed, after}, result)},
+         step::RequireAudio{result, effectOperationName(arguments)}, step::ProbeDuration{result}});
     edit.result = result;
+    edit.notice = arguments.notice;
     edit.deleteAfterAdopting = {before, selection, after, processed};
     edit.replay = notReplayable::selection();
     return edit;

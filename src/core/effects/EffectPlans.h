@@ -8,7 +8,20 @@
 struct EffectArguments {
     QStringList global;
     QStringList effect;
+    // An effect that is not one sox run (loudness normalisation's two ffmpeg
+    // passes) gives its own steps instead: from `input` into `output`,
+    // measuring `measured`, which is the input itself but in a preview, whose
+    // short stretch stands for the whole track or selection.
+    std::function<std::vector<Step>(const QString& input, const QString& output, const QString& measured)>
+        steps = {};
+    QString operation = {}; // its name in alerts, where no sox word names it
+    // A line said under the track once the result is shown, or empty.
+    std::function<QString(const PlanOutcome&)> notice = {};
 };
+
+// The steps of the effect from `input` into `output`: its sox run, or its own.
+std::vector<Step> effectSteps(const EffectArguments& e, const QString& input, const QString& output,
+                              const QString& measured = {});
 
 // One sox run of the effect from `input` into `output`: global options, the
 // two paths, the effect's words. Applying and previewing both use it.

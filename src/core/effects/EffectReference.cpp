@@ -1,6 +1,7 @@
 #include "EffectReference.h"
 
 #include "EffectCatalogue.h"
+#include "plans/PrintedFigures.h"
 
 #include <QSet>
 
@@ -88,6 +89,20 @@ QString ruleText(Check::Rule rule) {
 
 QString argumentsText(const EffectEntry& entry) {
     const EffectArguments a = entry.arguments(startValues(entry.dialog));
+    if (a.steps) { // runs of its own: each run's words but the paths
+        QStringList runs;
+        for (const PlannedRun& run : plannedRuns({a.steps("/in.wav", "/out.wav", "/in.wav")})) {
+            QStringList words;
+            for (QString word : run.arguments) {
+                // A figure of an earlier run stands as {name}.
+                for (const QString& name : markedFigures(word))
+                    word.replace(figureMark(name), u'{' + name + u'}');
+                words << (word.startsWith(u'/') ? QStringLiteral("…") : word);
+            }
+            runs << toolName(run.tool) + QStringLiteral(" runs `") + words.join(u' ') + u'`';
+        }
+        return runs.join(QStringLiteral(", then "));
+    }
     const QString effect = a.effect.size() > 12 ? a.effect.mid(0, 8).join(' ') + " …" : a.effect.join(' ');
     if (a.global.isEmpty())
         return '`' + effect + '`';
@@ -107,9 +122,11 @@ void appendTable(QString& out, const DialogDeclaration& dialog) {
 void describeDialog(QString& out, const DialogDeclaration& dialog, const std::vector<EffectEntry>& users) {
     out += QStringLiteral("\n## %1 (`%2`)\n\n").arg(dialog.title, dialog.name);
     for (const EffectEntry& entry : users)
-        out += QStringLiteral("- %1%2: sox receives %3 at the start values.\n")
+        out += QStringLiteral("- %1%2: %3 at the start values.\n")
                    .arg(entry.title, entry.selection ? QString() : QStringLiteral(" (whole track only)"),
-                        argumentsText(entry));
+                        (entry.arguments(startValues(entry.dialog)).steps ? QString()
+                                                                          : QStringLiteral("sox receives ")) +
+                            argumentsText(entry));
     if (!dialog.question.isEmpty())
         out += QStringLiteral("\nIt asks: “%1”\n").arg(dialog.question);
     if (dialog.parameters.empty())

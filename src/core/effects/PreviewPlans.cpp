@@ -36,7 +36,8 @@ PreviewFiles previewFiles(const QString& workFolder, quint64 windowId, int slot)
     const QString heard = slot == 0 ? QString() : QStringLiteral("-%1").arg(slot);
     return {file(QStringLiteral("-lead")),      file(QStringLiteral("-part")),
             file(QStringLiteral("-processed")), file(heard),
-            file(QStringLiteral("-noise")),     file(QString(), ".prof")};
+            file(QStringLiteral("-noise")),     file(QString(), ".prof"),
+            file(QStringLiteral("-whole"))};
 }
 
 Plan buildPreviewPlan(const EditState& s, const PreviewFiles& files, const EffectArguments& arguments,
@@ -53,14 +54,24 @@ Plan buildPreviewPlan(const EditState& s, const PreviewFiles& files, const Effec
             Tool::Sox, soxSegmentArguments(s.track, stretch.leadStart, stretch.leadDuration, files.lead)});
     plan.steps.push_back(
         step::Run{Tool::Sox, soxSegmentArguments(s.track, stretch.start, stretch.duration, files.part)});
-    plan.steps.push_back(step::Run{Tool::Sox, soxArguments(arguments, files.part, processed)});
+    // An effect that measures (loudness normalisation) measures what applying
+    // it measures: the whole track, or the whole selection.
+    QString measured = s.track;
+    if (arguments.steps && selection) {
+        plan.steps.push_back(
+            step::Run{Tool::Sox, soxSegmentArguments(s.track, s.seg.sStartSelection, s.seg.sDurationSelection,
+                                                     files.whole)});
+        measured = files.whole;
+    }
+    for (Step& run : effectSteps(arguments, files.part, processed, measured))
+        plan.steps.push_back(std::move(run));
     plan.steps.push_back(step::RequireFile{processed, parametersNotAcceptedMessage()});
     if (lead)
         plan.steps.push_back(step::Run{Tool::FFmpeg, joinArguments({files.lead, processed}, files.preview)});
     plan.steps.push_back(step::RequireAudio{files.preview, effectOperationName(arguments)});
     // Only the preview stays.
-    for (const QString& file :
-         lead ? QStringList{files.lead, files.part, files.processed} : QStringList{files.part})
+    for (const QString& file : lead ? QStringList{files.lead, files.part, files.processed, files.whole}
+                                    : QStringList{files.part, files.whole})
         plan.steps.push_back(step::DeleteFile{file});
     return plan;
 }

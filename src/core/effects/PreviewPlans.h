@@ -31,9 +31,10 @@ PreviewStretch previewStretch(const EditState& s, bool selection);
 struct PreviewFiles {
     QString lead, part, processed, preview;
     QString noise, profile; // noise reduction's sample of the noise and what sox learnt of it
-    QStringList all() const { return {lead, part, processed, preview, noise, profile}; }
+    QString whole;          // the whole selection, where the effect measures it
+    QStringList all() const { return {lead, part, processed, preview, noise, profile, whole}; }
     // Everything but the preview, which is gone only when it is no longer heard.
-    QStringList making() const { return {lead, part, processed, noise, profile}; }
+    QStringList making() const { return {lead, part, processed, noise, profile, whole}; }
 };
 PreviewFiles previewFiles(const QString& workFolder, quint64 windowId, int slot = 0);
 

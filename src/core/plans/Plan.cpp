@@ -1,6 +1,7 @@
 #include "Plan.h"
 
 #include "AudioChecks.h"
+#include "PrintedFigures.h"
 #include "RemovedFiles.h"
 #include "tools/Duration.h"
 #include "tools/ToolPaths.h"
@@ -88,7 +89,10 @@ void namedByRun(const step::Run& r, QStringList& named, QStringList& numberedSte
 } // namespace
 
 QString step::outputOf(const step::Run& run) {
-    return run.writes.isEmpty() ? lastPathOf(run.arguments) : run.writes;
+    if (!run.writes.isEmpty())
+        return run.writes;
+    return run.arguments.value(run.arguments.size() - 1) == QLatin1String("-") ? QString()
+                                                                               : lastPathOf(run.arguments);
 }
 
 namespace {
@@ -99,7 +103,8 @@ QStringList namedBy(const Plan& plan, QStringList& numberedStems) {
                               [&](const step::Run& r) { namedByRun(r, named, numberedStems); },
                               [&](const step::RequireFile& r) { named << r.path; },
                               [&](const step::RequireAudio& r) { named << r.path; },
-                              [](const step::ProbeDuration&) {}, [](const step::Check&) {}},
+                              [](const step::ProbeDuration&) {}, [](const step::Check&) {},
+                              [](const step::ReadFigures&) {}},
                    s);
     named.removeDuplicates();
     return named;
@@ -271,7 +276,7 @@ PlanOutcome executePlan(const Plan& plan, const ToolPaths& tools, const PlanProg
     QHash<QString, ReadInstead> readBy; // by the file a run wrote
     auto run = [&](const step::Run& r) -> bool {
         const Tool tool = r.tool;
-        const QStringList& arguments = r.arguments;
+        const QStringList arguments = fillFigures(r.arguments, outcome.figures);
         const int index = int(outcome.runs.size());
         if (progress)
             progress(index, count, toolName(tool), -1);
@@ -349,6 +354,18 @@ PlanOutcome executePlan(const Plan& plan, const ToolPaths& tools, const PlanProg
                                return true;
                            takeBack = true;
                            return fail(problem);
+                       },
+                       [&](const step::ReadFigures& f) {
+                           const QHash<QString, QString> read = readPrintedFigures(
+                               outcome.runs.isEmpty() ? QString() : outcome.runs.last().output, f.names);
+                           outcome.figures.insert(read);
+                           const bool allPlain =
+                               std::all_of(f.names.cbegin(), f.names.cend(),
+                                           [&](const QString& n) { return isPlainNumber(read.value(n)); });
+                           if (f.alert.isEmpty() || allPlain)
+                               return true;
+                           takeBack = true;
+                           return fail(f.alert);
                        },
                        [&](const step::Check& c) {
                            const QString problem = c.problem ? c.problem(outcome) : QString();

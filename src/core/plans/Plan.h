@@ -37,7 +37,8 @@ struct Run { // one run of a tool with exactly these arguments
     // more than once, the last of them is the output and the others are read.
     QString writes = {};
 };
-// The file a run writes: `writes`, or else the last path it names.
+// The file a run writes: `writes`, or else the last path it names; nothing
+// for a run whose last word is "-" (it writes to its standard output).
 QString outputOf(const step::Run& run);
 struct RequireFile { // end the plan with an alert unless the file exists
     QString path;
@@ -73,10 +74,17 @@ struct RequireAudio {
 struct Check {
     std::function<QString(const PlanOutcome& sofar)> problem;
 };
+// Read the figures `names` from what the last run printed (see
+// PrintedFigures.h) into the outcome, where later runs' marks take them.
+// With an alert, the plan ends with it unless every one is a plain number.
+struct ReadFigures {
+    QStringList names;
+    QString alert = {};
+};
 } // namespace step
 
 using Step = std::variant<step::DeleteFile, step::Run, step::RequireFile, step::ProbeDuration,
-                          step::RequireAudio, step::Check>;
+                          step::RequireAudio, step::Check, step::ReadFigures>;
 
 struct Plan {
     std::vector<Step> steps;
@@ -84,10 +92,11 @@ struct Plan {
 
 struct PlanOutcome {
     bool ok = true;
-    bool cancelled = false;        // the user cancelled: no alert, the plan's files are gone
-    QString alert;                 // why the plan failed, for the user; empty when cancelled
-    std::optional<qint64> seconds; // the last probed duration
-    QList<ToolRun> runs;           // every tool run the plan made, in order
+    bool cancelled = false;          // the user cancelled: no alert, the plan's files are gone
+    QString alert;                   // why the plan failed, for the user; empty when cancelled
+    std::optional<qint64> seconds;   // the last probed duration
+    QList<ToolRun> runs;             // every tool run the plan made, in order
+    QHash<QString, QString> figures; // what its ReadFigures steps read, by name
 };
 
 // The tool runs of a plan in order, as (tool, arguments): what tests compare.

@@ -41,6 +41,10 @@ void Document::runEdit(const EditPlan& edit) {
             labelNotice->setText(clippingLine(edit.clippingName, *clipped));
             labelNotice->show();
         }
+        if (const QString notice = edit.notice ? edit.notice(outcome) : QString(); !notice.isEmpty()) {
+            labelNotice->setText(notice);
+            labelNotice->show();
+        }
     });
 }
 

@@ -42,6 +42,7 @@ EffectDialog::EffectDialog(const DialogDeclaration& declaration, QWidget* parent
     QGridLayout* bands = nullptr;
     for (const Parameter& p : m_declaration.parameters)
         addRow(p, bands);
+    linkPresets();
     labelPreview = new QLabel(this);
     labelPreview->setObjectName(QStringLiteral("labelPreview"));
     labelPreview->setWordWrap(true);
@@ -132,6 +133,29 @@ void EffectDialog::addRow(const Parameter& p, QGridLayout*& bands) {
     if (p.kind != ControlKind::Band)
         bands = nullptr;
     m_rows.push_back(row);
+}
+
+void EffectDialog::linkPresets() {
+    for (const Row& presets : m_rows) {
+        const Parameter& p = *presets.parameter;
+        if (!presets.list || p.presetsFor.isEmpty())
+            continue;
+        const auto target = std::find_if(m_rows.cbegin(), m_rows.cend(), [&](const Row& row) {
+            return row.slider && row.parameter->key == p.presetsFor;
+        });
+        if (target == m_rows.cend())
+            continue;
+        QComboBox* list = presets.list;
+        QSlider* slider = target->slider;
+        connect(list, &QComboBox::activated, slider, [list, slider, positions = p.presetPositions] {
+            if (list->currentIndex() < positions.size())
+                slider->setValue(positions[list->currentIndex()]);
+        });
+        connect(slider, &QSlider::valueChanged, list, [list, slider, positions = p.presetPositions] {
+            const auto index = positions.indexOf(slider->value());
+            list->setCurrentIndex(index >= 0 ? int(index) : list->count() - 1);
+        });
+    }
 }
 
 void EffectDialog::showValue(const Row& row) {

@@ -66,6 +66,7 @@ private:
         QCheckBox* check = nullptr;
     };
     void addRow(const Parameter& p, QGridLayout*& bands);
+    void linkPresets(); // a list of presets moves its slider, and the slider its list
     void showValue(const Row& row);
     EffectValues::Number read(const Row& row) const;
 

@@ -222,6 +222,44 @@ private slots:
         QCOMPARE(lengths[1] - lengths[0], 1);
     }
 
+    // Shortened pauses and a loudness measured in the script itself: the
+    // script reads ffmpeg's figures in the shell and makes the batch's audio.
+    void pausesAndLoudnessAreDoneAgainByTheScript() {
+        const QString phrase = path("in/phrase.wav"), gap = path("in/gap.wav"), talk = path("in/talk.wav");
+        fixtures::makeTone(phrase, 1.5, 440, 0.05);
+        fixtures::makeSilence(gap, 3);
+        fixtures::join({phrase, gap, phrase, gap, phrase}, talk);
+        Recipe recipe;
+        recipe.steps = {batchTest::effectStep("ShortenPauses"), batchTest::effectStep("LoudnessNormalize")};
+        recipe.exportChoice = {0, exporting::DefaultSampleRate, exporting::DefaultChannels,
+                               exporting::DefaultBitRate}; // WAV
+        const QString out = path("out/loudness");
+        QDir().mkpath(out);
+        BatchRun run(m_runner, recipe, {talk}, {out + "/batch.wav"}, work());
+        process(run);
+        QCOMPARE(run.results()[0].state, BatchRun::FileResult::Done);
+        const QString batch = out + "/batch.wav";
+        QVERIFY2(std::abs(fixtures::wavInfo(batch).seconds() - (3 * 1.5 + 2 * 1.0)) <= 0.1,
+                 qPrintable(QString::number(fixtures::wavInfo(batch).seconds())));
+
+        const QString script = path("loudness.sh");
+        QFile file(script);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        const QString text = recipeScript(recipe);
+        QVERIFY(text.contains("figure_input_i=$(figure input_i)"));
+        file.write(text.toUtf8());
+        file.close();
+        QString said;
+        QCOMPARE(fixtures::run("sh", {script, talk, out + "/script.wav"}, &said), 0);
+        QCOMPARE(fixtures::samples(out + "/script.wav"), fixtures::samples(batch));
+        // Silence has no loudness: the script stops with the editor's words.
+        const QString silence = path("in/silence.wav");
+        fixtures::makeSilence(silence, 2);
+        QVERIFY(fixtures::run("sh", {script, silence, out + "/silence.wav"}, &said) != 0);
+        QVERIFY2(said.contains("could not measure the audio: it is silent"), qPrintable(said));
+        QVERIFY(!QFile::exists(out + "/silence.wav"));
+    }
+
     void theSavedScriptMakesTheSameAudioAsTheBatch() {
         const QString fourth = path("in/it's the fourth.flac");
         batchTest::makeAudio(fourth, 5, 330);

@@ -19,8 +19,9 @@ private slots:
         for (const EffectEntry& entry : effectCatalogue())
             keys.insert(entry.key);
         QCOMPARE(keys.size(), int(effectCatalogue().size()));
-        // The 28 effects of the catalogue, the equalizer and Shorten Pauses.
-        QCOMPARE(effectCatalogue().size(), std::size_t(30));
+        // The 28 effects of the catalogue, the equalizer, Shorten Pauses and
+        // Loudness Normalize.
+        QCOMPARE(effectCatalogue().size(), std::size_t(31));
         for (const char* noSelection : {"BassTreble", "FadeIn", "FadeOut", "Equalizer"})
             QVERIFY(!findEffect(noSelection)->selection);
         QCOMPARE(findEffect("Compression")->windowTitle, QString("Contrast"));

@@ -113,6 +113,7 @@ private slots:
         row("Earwax", {}, {"earwax"});
         row("OOPS", {}, {"oops"});
         row("ShortenPauses", {}, {"silence", "-l", "0", "-1", "1.00", "1.00%"});
+        row("LoudnessNormalize", {}, {}); // no sox words: two ffmpeg runs of its own, below
     }
     void startValuesGiveTheArguments() {
         QFETCH(QString, key);
@@ -124,7 +125,29 @@ private slots:
         QCOMPARE(a.global, global);
         QCOMPARE(a.effect, effect);
     }
-    void everyRowHasItsStartArguments() { QCOMPARE(effectCatalogue().size(), std::size_t(30)); }
+    void everyRowHasItsStartArguments() { QCOMPARE(effectCatalogue().size(), std::size_t(31)); }
+
+    // Loudness Normalize's start values: the podcast target, -1 dBTP, 11 LU,
+    // measured and then applied by ffmpeg, said in its own name.
+    void loudnessNormalizeRunsFfmpegTwice() {
+        const EffectEntry* entry = findEffect("LoudnessNormalize");
+        QVERIFY(entry);
+        const EffectArguments a = entry->arguments(startValues(entry->dialog));
+        QVERIFY(a.steps && a.notice);
+        QCOMPARE(effectOperationName(a), QString("Loudness Normalize"));
+        const QList<PlannedRun> runs = plannedRuns({a.steps("/w/in.wav", "/w/out.wav", "/w/whole.wav")});
+        QCOMPARE(runs.size(), 2);
+        QCOMPARE(runs[0].tool, Tool::FFmpeg);
+        QCOMPARE(runs[0].arguments.mid(2, 4),
+                 QStringList(
+                     {"-i", "/w/whole.wav", "-af", "loudnorm=I=-16.0:TP=-1.0:LRA=11.0:print_format=json"}));
+        QCOMPARE(runs[1].arguments.mid(2, 2), QStringList({"-i", "/w/in.wav"}));
+        QCOMPARE(runs[1].arguments.last(), QString("/w/out.wav"));
+        const EffectArguments broadcast =
+            entry->arguments({{"f_Target_LUFS", -23.0f}, {"f_Ceiling_dBTP", -2.0f}, {"f_Range_LU", 7.0f}});
+        QVERIFY(plannedRuns({broadcast.steps("/w/in.wav", "/w/out.wav", "/w/in.wav")})[0].arguments.contains(
+            "loudnorm=I=-23.0:TP=-2.0:LRA=7.0:print_format=json"));
+    }
 
     // How a control shows its value and how OK reads it back.
     void labelsAndReadings() {

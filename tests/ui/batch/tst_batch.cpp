@@ -270,6 +270,47 @@ private slots:
         QCOMPARE(QDir(out).entryList(QDir::Files), QStringList{"lecture.wav"});
     }
 
+    // Loudness Normalize measures each file by itself: three files processed
+    // as MP3s equal, after decoding, the saved script's results and the
+    // editor's own export of each.
+    void loudnessNormalizedFilesAreTheScriptsAndTheEditors() {
+        BatchDialog* dialog = batchAfter({"LoudnessNormalize"});
+        QVERIFY(dialog);
+        QCOMPARE(rows(dialog->listSteps), QStringList({"Loudness Normalize"}));
+        const QString out = m_root.filePath("loudness-batch"), scripted = m_root.filePath("loudness-script"),
+                      byHand = m_root.filePath("loudness-by-hand");
+        for (const QString& folder : {out, scripted, byHand})
+            QDir().mkpath(folder);
+        dialog->setInputs(m_inputs);
+        dialog->setOutputFolder(out);
+        dialog->exportLists.format->setCurrentIndex(2); // MP3
+        const Recipe recipe = dialog->recipe();
+        BatchProgressDialog* progress = process(dialog);
+        QVERIFY(progress);
+        QCOMPARE(progress->labelSummary->text(), QString("3 of 3 files processed."));
+        QTest::mouseClick(progress->btnClose, Qt::LeftButton);
+
+        const QString script = m_root.filePath("loudness.sh");
+        QFile file(script);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(recipeScript(recipe).toUtf8());
+        file.close();
+        for (const QString& input : m_inputs) {
+            const QString name = QFileInfo(input).completeBaseName() + ".mp3";
+            QString said;
+            QCOMPARE(fixtures::run("sh", {script, input, scripted + "/" + name}, &said), 0);
+            QVERIFY2(batchTest::sameAudio(out + "/" + name, scripted + "/" + name), qPrintable(name));
+
+            Document* e = gui::openInNewWindow(*m_app, input);
+            QVERIFY(e);
+            QVERIFY(apply(e, "LoudnessNormalize"));
+            exportVia(e, {2, -2, -2, -2}, byHand + "/" + name);
+            QVERIFY2(batchTest::sameAudio(byHand + "/" + name, out + "/" + name), qPrintable(name));
+        }
+        // Each file was measured by itself: the three differ.
+        QVERIFY(!batchTest::sameAudio(out + "/lecture.mp3", out + "/interview.mp3"));
+    }
+
     void theWindowsRecipeIsSavedAsAScript() {
         Document* d = gui::openInNewWindow(*m_app, m_source);
         QVERIFY(d);

@@ -162,6 +162,18 @@ private slots:
             [](EffectDialog* equalizer) { equalizer->findChild<QSlider*>("sliderdB10")->setValue(-20); }, 0);
     }
 
+    // Loudness normalisation measures the whole selection, as applying it
+    // does, and applies that gain to the stretch heard.
+    void loudnessNormalizeOnASelectionIsTheAppliedOne() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        setMarkers(d, 30, 60, 0); // 3–6 s, with 2–3 s before it
+        previewEqualsApplied(
+            d, "OnPopupLoudnessNormalizeSelection",
+            [](EffectDialog* loudness) { loudness->findChild<QSlider*>("sliderTarget")->setValue(-230); },
+            2.0);
+    }
+
     void tempoOnTheWholeTrackIsTheAppliedTempo() {
         Document* d = openPattern();
         QVERIFY(d);
