@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Takes a screenshot of the real editor under Xvfb with a track loaded:
-#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel|word|mixer|effects-menu|shortcuts|history|equalizer|preview|recovery|closing|loudness|batch|batch-done]
+#   scripts/screenshot.sh OUTPUT.png [ZOOM_STEPS] [SCROLL_STEPS] [AUDIO_FILE] [play|record|export|split|split-silence|cancel|word|mixer|effects-menu|shortcuts|history|equalizer|preview|recovery|closing|loudness|normalize|batch|batch-done]
 # The last argument, run beside an audio server (scripts/with-audio-server.sh),
 # takes the picture 2.5 s into playback from the clicked position, or into a
 # recording of a tone played into the server. "export" takes the export dialog
@@ -17,7 +17,7 @@
 # "preview" the echo dialog on a selection while its Preview plays (beside
 # an audio server); "recovery" the question of a start after the editor was
 # killed with its track edited; "closing" the question Quit asks after a
-# delete; "loudness" Tracks ▸ Measure Loudness… with the selection measured
+# delete; "normalize" the Loudness Normalize dialog; "loudness" Tracks ▸ Measure Loudness… with the selection measured
 # beside the track;
 # "batch" the batch window after normalize, an echo on a selection and a
 # fade in, with the file itself and a copy of it added; "batch-done" the
@@ -134,7 +134,7 @@ equalizer)
     # Effects ▸ Equalizer ▸ Entire Track…: a dialog built from its declarations.
     xdotool key alt+c
     sleep 0.5
-    xdotool key Down Down Down Down Down Down Down Down Right Return
+    xdotool key Down Down Down Down Down Down Down Down Down Right Return
     window=$(timeout 10 xdotool search --sync --name '^Equalizer$' | head -1)
     sleep 0.5
     ;;
@@ -145,7 +145,7 @@ preview)
     sleep 0.3
     xdotool key alt+c
     sleep 0.5
-    for _ in $(seq 21); do xdotool key Down; done
+    for _ in $(seq 22); do xdotool key Down; done
     xdotool key Right Down Return
     window=$(timeout 10 xdotool search --sync --name '^Echo$' | head -1)
     sleep 0.5
@@ -165,6 +165,14 @@ recovery)
     app=$!
     window=$(timeout 10 xdotool search --sync --name '^Tanselo$' | head -1)
     sleep 1
+    ;;
+normalize)
+    # Effects ▸ Loudness Normalize ▸ Entire Track…: its dialog.
+    xdotool key alt+c
+    sleep 0.5
+    xdotool key Down Down Right Return
+    window=$(timeout 10 xdotool search --sync --name '^Loudness Normalize$' | head -1)
+    sleep 0.5
     ;;
 loudness)
     xdotool key alt+t
@@ -220,8 +228,8 @@ batch | batch-done)
     }
     effect 1 0 Normalize
     xdotool key shift+End
-    effect 21 1 Echo
-    effect 2 0 Fade-In
+    effect 22 1 Echo
+    effect 3 0 Fade-In
     cp "$audio" "$work/Interview.${audio##*.}"
     xdotool windowfocus "$window"
     sleep 0.2
