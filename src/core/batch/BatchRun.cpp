@@ -6,19 +6,26 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QThread>
+#include <atomic>
 
 BatchRun::BatchRun(PlanRunner& runner, Recipe recipe, const QStringList& inputs, const QStringList& outputs,
                    const QString& workFolder, QObject* parent)
-    : QObject(parent), m_runner(runner), m_recipe(std::move(recipe)),
-      m_work(std::make_unique<QTemporaryDir>(workFolder + QStringLiteral("/batch-XXXXXX"))) {
+    : QObject(parent), m_tools(runner.tools()), m_recipe(std::move(recipe)),
+      m_work(std::make_unique<QTemporaryDir>(workFolder + QStringLiteral("/batch-XXXXXX"))),
+      m_atOnce(std::max(1, QThread::idealThreadCount())) {
     for (qsizetype i = 0; i < inputs.size(); ++i)
         m_results.append({FileResult::Waiting, inputs[i], outputs.value(i), {}});
 }
 
 BatchRun::~BatchRun() {
-    // A batch closed while a file is under way takes that file back as a cancel would.
-    if (!m_finished && m_current >= 0 && m_runner.currentReceiver() == this)
-        m_runner.cancel();
+    // A batch closed while files are under way takes them back as a cancel
+    // would: each runner kills its tool, and its thread ends before the
+    // folder of the work files goes.
+    m_cancelled = true;
+    for (const auto& runner : m_runners)
+        runner->withdraw(this);
+    m_runners.clear();
 }
 
 int BatchRun::count(FileResult::State state) const {
@@ -27,50 +34,61 @@ int BatchRun::count(FileResult::State state) const {
 }
 
 void BatchRun::start() {
-    startFile(0);
+    const int runners = std::min<int>(m_atOnce, int(m_results.size()));
+    for (int i = 0; i < runners; ++i)
+        m_runners.push_back(std::make_unique<PlanRunner>(m_tools));
+    for (const auto& runner : m_runners)
+        startNextFile(*runner);
+    finishIfIdle();
 }
 
 void BatchRun::cancel() {
     if (m_finished)
         return;
     m_cancelled = true;
-    if (m_runner.currentReceiver() == this)
-        m_runner.cancel();
+    for (const auto& runner : m_runners)
+        runner->cancel();
+    finishIfIdle();
 }
 
-void BatchRun::startFile(int index) {
-    if (m_cancelled || index >= m_results.size()) {
-        finish();
+void BatchRun::startNextFile(PlanRunner& runner) {
+    while (!m_cancelled && m_next < m_results.size()) {
+        const int index = m_next++;
+        FileResult& file = m_results[index];
+        const QString folder = m_work->filePath(QString::number(index + 1));
+        QDir().mkpath(folder);
+        // The export is written under a name of this run's own and takes its
+        // real name only when it is complete: another file of this batch, another
+        // batch, or a script, writing into the same folder meanwhile can neither
+        // be overwritten by this one nor have its file removed when this one fails.
+        // Files of several batches run at once, so the number is the process's.
+        static std::atomic<int> files = 0;
+        const QString temporary = temporaryOutputPath(file.output, files++);
+        const RecipePlan plan = buildRecipePlan(m_recipe, file.input, folder, temporary, file.output);
+        emit fileStarted(index, int(m_results.size()));
+        if (!plan.problem.isEmpty()) {
+            file.state = FileResult::Failed;
+            file.reason = plan.problem;
+            emit fileEnded(index);
+            continue;
+        }
+        ++m_running;
+        emit stageStarted(index, 0, int(plan.stages.size()), plan.stages.value(0));
+        runner.submit(
+            plan.plan, this,
+            [this, &runner, index, temporary](const PlanOutcome& outcome) {
+                endFile(runner, index, temporary, outcome);
+            },
+            [this, index, plan](int run, int, const QString&, int) {
+                const int stage = plan.runStages.value(run);
+                emit stageStarted(index, stage, int(plan.stages.size()), plan.stages.value(stage));
+            });
         return;
     }
-    m_current = index;
-    FileResult& file = m_results[index];
-    const QString folder = m_work->filePath(QString::number(index + 1));
-    QDir().mkpath(folder);
-    // The export is written under a name of this run's own and takes its
-    // real name only when it is complete: another batch, or a script, writing
-    // into the same folder meanwhile can neither be overwritten by this one
-    // nor have its file removed when this one fails.
-    const QString temporary = temporaryOutputPath(file.output, index);
-    const RecipePlan plan = buildRecipePlan(m_recipe, file.input, folder, temporary, file.output);
-    emit fileStarted(index, int(m_results.size()));
-    if (!plan.problem.isEmpty()) {
-        file.state = FileResult::Failed;
-        file.reason = plan.problem;
-        startFile(index + 1);
-        return;
-    }
-    emit stageStarted(0, int(plan.stages.size()), plan.stages.value(0));
-    m_runner.submit(
-        plan.plan, this,
-        [this, index, temporary](const PlanOutcome& outcome) { fileEnded(index, temporary, outcome); },
-        [this, plan](int run, int, const QString&, int) {
-            const int stage = plan.runStages.value(run);
-            emit stageStarted(stage, int(plan.stages.size()), plan.stages.value(stage));
-        });
 }
 
-void BatchRun::fileEnded(int index, const QString& temporary, const PlanOutcome& outcome) {
+void BatchRun::endFile(PlanRunner& runner, int index, const QString& temporary, const PlanOutcome& outcome) {
+    --m_running;
     FileResult& file = m_results[index];
     QDir(m_work->filePath(QString::number(index + 1))).removeRecursively();
     exporting::Verdict verdict = outcome.ok && !outcome.runs.isEmpty()
@@ -92,18 +110,23 @@ void BatchRun::fileEnded(int index, const QString& temporary, const PlanOutcome&
         QFile::remove(temporary);
         file.state = outcome.cancelled ? FileResult::Cancelled : FileResult::Failed;
         file.reason = verdict.message.replace(temporary, file.output);
-        m_cancelled = m_cancelled || outcome.cancelled;
+        if (outcome.cancelled && !m_cancelled) { // the others stop with it
+            m_cancelled = true;
+            for (const auto& other : m_runners)
+                other->cancel();
+        }
     }
-    startFile(index + 1);
+    emit fileEnded(index);
+    startNextFile(runner);
+    finishIfIdle();
 }
 
-void BatchRun::finish() {
-    if (m_finished)
+void BatchRun::finishIfIdle() {
+    if (m_finished || m_running > 0 || (!m_cancelled && m_next < m_results.size()))
         return;
     for (FileResult& file : m_results)
         if (file.state == FileResult::Waiting)
             file.state = FileResult::NotStarted;
-    m_current = -1;
     m_finished = true;
     m_work.reset();
     emit finished();

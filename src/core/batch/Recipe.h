@@ -54,7 +54,8 @@ QStringList outputPaths(const QStringList& inputs, const QString& folder, const 
                         const std::function<bool(const QString&)>& exists);
 
 // Where a result is written before it takes its name: a hidden name of this
-// process's own beside `wanted`, with its extension (the encoder follows it).
+// process's own beside `wanted`, with its extension (the encoder follows it);
+// `index` tells apart the files of this process that run at once.
 QString temporaryOutputPath(const QString& wanted, int index);
 
 // Gives the finished file at `temporary` the name `wanted`, or the next of

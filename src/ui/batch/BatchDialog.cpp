@@ -308,22 +308,35 @@ BatchProgressDialog::BatchProgressDialog(BatchRun& run, QWidget* parent) : QDial
         m_run.cancel();
     });
     connect(btnClose, &QPushButton::clicked, this, &QDialog::accept);
-    connect(&run, &BatchRun::fileStarted, this, [this, bar](int index, int count) {
-        const BatchRun::FileResult& file = m_run.results().at(index);
-        labelFile->setText(
-            tr("File %1 of %2: %3").arg(index + 1).arg(count).arg(QFileInfo(file.input).fileName()));
-        labelStage->clear();
-        bar->setRange(0, count);
-        bar->setValue(index);
-    });
-    connect(&run, &BatchRun::stageStarted, this, [this](int index, int count, const QString& stage) {
-        if (btnCancel->isEnabled())
-            labelStage->setText(tr("Step %1 of %2: %3").arg(index + 1).arg(count).arg(stage));
+    // Files run side by side: the line above the bar counts the files ended,
+    // and one line under it tells each running file's step.
+    bar->setRange(0, int(run.results().size()));
+    bar->setValue(0);
+    labelFile->setText(tr("%1 files, %2 at once").arg(run.results().size()).arg(run.filesAtOnce()));
+    connect(&run, &BatchRun::stageStarted, this,
+            [this](int file, int index, int count, const QString& stage) {
+                m_stages[file] = tr("%1: Step %2 of %3: %4")
+                                     .arg(QFileInfo(m_run.results().at(file).input).fileName())
+                                     .arg(index + 1)
+                                     .arg(count)
+                                     .arg(stage);
+                showStages();
+            });
+    connect(&run, &BatchRun::fileEnded, this, [this, bar](int file) {
+        m_stages.remove(file);
+        showStages();
+        using State = BatchRun::FileResult;
+        bar->setValue(m_run.count(State::Done) + m_run.count(State::Failed) + m_run.count(State::Cancelled));
     });
     connect(&run, &BatchRun::finished, this, [this, bar] {
         bar->setValue(bar->maximum());
         showSummary();
     });
+}
+
+void BatchProgressDialog::showStages() {
+    if (btnCancel->isEnabled())
+        labelStage->setText(m_stages.values().join(u'\n'));
 }
 
 void BatchProgressDialog::showSummary() {

@@ -4,6 +4,7 @@
 #include "widgets/ExportLists.h"
 
 #include <QDialog>
+#include <QMap>
 #include <QPointer>
 
 class PlanRunner;
@@ -78,9 +79,11 @@ public:
     QPushButton* btnClose;
 
 private:
+    void showStages();
     void showSummary();
     void reject() override; // Escape and the close button cancel a batch under way
     BatchRun& m_run;
+    QMap<int, QString> m_stages; // each running file's line, by its index
 };
 
 // Asks where, then writes the recipe as a shell script (the export setting's

@@ -62,11 +62,11 @@ private slots:
         const QStringList inputs{path("in/one.wav"), path("in/two.flac"), path("in/three.mp3")};
         const QStringList outputs = outputsIn("cancel", inputs);
         BatchRun run(m_runner, batchTest::threeSteps(), inputs, outputs, work());
+        run.setFilesAtOnce(1); // one after another, as on a machine of one processor
         QStringList stagesOfTheSecond;
         process(run, [&](BatchRun& r) {
-            connect(&r, &BatchRun::stageStarted, &r, [&](int stage, int, const QString& label) {
-                if (r.results()[1].state != BatchRun::FileResult::Waiting ||
-                    r.results()[0].state != BatchRun::FileResult::Done)
+            connect(&r, &BatchRun::stageStarted, &r, [&](int file, int stage, int, const QString& label) {
+                if (file != 1 || r.results()[0].state != BatchRun::FileResult::Done)
                     return;
                 stagesOfTheSecond << label;
                 if (stage == 2) // the echo of the second file: cancel while sox runs
@@ -82,6 +82,45 @@ private slots:
         QVERIFY(!QFile::exists(outputs[1]));
         QVERIFY(!QFile::exists(outputs[2]));
         QCOMPARE(QDir(path("out/cancel")).entryList(QDir::Files), QStringList{"one.mp3"});
+        QVERIFY2(leftInWork().isEmpty(), qPrintable(leftInWork().join(", ")));
+    }
+
+    // As many files at once as asked: the short ones are done beside the
+    // long one, each in its own work folder, and the editor's runner is
+    // never used. Cancel stops every file under way and keeps the done ones.
+    void filesRunSideBySideAndCancelStopsThemAll() {
+        const QStringList inputs{path("in/two.flac"), path("in/one.wav"), path("in/three.mp3"),
+                                 path("in/two.flac")};
+        const QStringList outputs =
+            outputsIn("parallel", {inputs[0], inputs[1], inputs[2], path("in/again.flac")});
+        BatchRun run(m_runner, batchTest::threeSteps(), inputs, outputs, work());
+        run.setFilesAtOnce(3);
+        int running = 0, most = 0;
+        QStringList folders;
+        connect(&run, &BatchRun::fileStarted, this, [&] { most = std::max(most, ++running); });
+        connect(&run, &BatchRun::fileEnded, this, [&] { --running; });
+        connect(&run, &BatchRun::stageStarted, this, [&](int file, int stage, int, const QString&) {
+            if (stage == 1)
+                for (const QString& entry : QDir(work()).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+                    folders << QDir(work() + "/" + entry).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+            // The long file at its echo once both short ones are done: cancel.
+            if (file == 0 && stage == 2 && run.count(BatchRun::FileResult::Done) == 2)
+                QTimer::singleShot(300, &run, [&run] { run.cancel(); });
+        });
+        process(run);
+        QCOMPARE(most, 3);
+        QVERIFY(!m_runner.isBusy() && m_runner.runs().isEmpty());
+        folders.removeDuplicates();
+        QVERIFY2(folders.size() >= 2, qPrintable(folders.join(", "))); // a work folder per file
+        QCOMPARE(run.results()[0].state, BatchRun::FileResult::Cancelled);
+        QCOMPARE(run.results()[1].state, BatchRun::FileResult::Done);
+        QCOMPARE(run.results()[2].state, BatchRun::FileResult::Done);
+        // The fourth started once a short one was done, and went with the cancel.
+        QVERIFY(run.results()[3].state == BatchRun::FileResult::Cancelled ||
+                run.results()[3].state == BatchRun::FileResult::NotStarted);
+        QCOMPARE(QDir(path("out/parallel")).entryList(QDir::Files | QDir::Hidden),
+                 QStringList({"one.mp3", "three.mp3"}));
+        QVERIFY(batchTest::decoded(outputs[1]).size() > 44100 * 2 * 2);
         QVERIFY2(leftInWork().isEmpty(), qPrintable(leftInWork().join(", ")));
     }
 
@@ -150,9 +189,9 @@ private slots:
         QCOMPARE(fixtures::digest(out + "/first.wav"), fixtures::digest(out + "/second.wav"));
     }
 
-    // Two batches into one folder, the second started while the first's file
-    // was still queued: both chose "one.mp3", and neither result replaces
-    // or removes the other.
+    // Two batches into one folder at once, each on its own runners: both
+    // chose "one.mp3", the first to finish takes it, and neither result
+    // replaces or removes the other.
     void twoBatchesIntoOneFolderKeepBothResults() {
         Recipe recipe = batchTest::threeSteps();
         const QStringList outputs = outputsIn("together", {path("in/one.wav")});
@@ -167,11 +206,12 @@ private slots:
         QCOMPARE(first.results()[0].state, BatchRun::FileResult::Done);
         QCOMPARE(second.results()[0].state, BatchRun::FileResult::Done);
         const QString folder = path("out/together");
-        QCOMPARE(first.results()[0].output, folder + "/one.mp3");
-        QCOMPARE(second.results()[0].output, folder + "/one (2).mp3");
+        const QStringList names{first.results()[0].output, second.results()[0].output};
+        QCOMPARE(QSet<QString>(names.begin(), names.end()),
+                 QSet<QString>({folder + "/one.mp3", folder + "/one (2).mp3"}));
         const auto seconds = [](const QString& f) { return batchTest::decoded(f).size() / 2.0 / 44100; };
         // Each holds its own input's audio: the 3 s one a second longer than the 2 s one.
-        const double difference = seconds(folder + "/one.mp3") - seconds(folder + "/one (2).mp3");
+        const double difference = seconds(first.results()[0].output) - seconds(second.results()[0].output);
         QVERIFY2(std::abs(difference - 1) < 0.1, qPrintable(QString::number(difference)));
         // Nothing of either is left under a name of its own.
         QCOMPARE(QDir(folder).entryList(QDir::Files | QDir::Hidden), QStringList({"one (2).mp3", "one.mp3"}));
@@ -258,6 +298,43 @@ private slots:
         QVERIFY(fixtures::run("sh", {script, silence, out + "/silence.wav"}, &said) != 0);
         QVERIFY2(said.contains("could not measure the audio: it is silent"), qPrintable(said));
         QVERIFY(!QFile::exists(out + "/silence.wav"));
+    }
+
+    // The saved script fanned out as the README shows, four runs at once over
+    // four files with xargs -P: each result is the batch's for that file.
+    void fourRunsOfTheScriptAtOnceMakeTheBatchsFiles() {
+        const QString inputs = path("four"), out = path("out/four");
+        QDir().mkpath(inputs);
+        QDir().mkpath(out);
+        QStringList files;
+        for (int i = 0; i < 4; ++i) {
+            files << inputs + QString("/take %1.%2").arg(i + 1).arg(i % 2 ? "flac" : "wav");
+            batchTest::makeAudio(files.last(), 2 + i, 300 + 100 * i);
+        }
+        QStringList outputs;
+        for (const QString& file : files)
+            outputs << out + "/" + QFileInfo(file).completeBaseName() + ".mp3";
+        BatchRun run(m_runner, batchTest::threeSteps(), files, outputs, work());
+        run.setFilesAtOnce(4);
+        process(run);
+        QCOMPARE(run.count(BatchRun::FileResult::Done), 4);
+
+        const QString script = path("fan-out.sh");
+        QFile file(script);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(recipeScript(batchTest::threeSteps()).toUtf8());
+        file.close();
+        QString said;
+        QCOMPARE(fixtures::run("sh",
+                               {"-c", "cd " + shellQuoted(inputs) +
+                                          " && printf '%s\\0' *.wav *.flac | xargs -0 -P4 -n1 sh " +
+                                          shellQuoted(script)},
+                               &said),
+                 0);
+        for (int i = 0; i < 4; ++i) {
+            const QString scripted = inputs + "/" + QFileInfo(files[i]).completeBaseName() + ".mp3";
+            QVERIFY2(batchTest::sameAudio(outputs[i], scripted), qPrintable(scripted + "\n" + said));
+        }
     }
 
     void theSavedScriptMakesTheSameAudioAsTheBatch() {
