@@ -11,7 +11,7 @@
 
 BatchRun::BatchRun(PlanRunner& runner, Recipe recipe, const QStringList& inputs, const QStringList& outputs,
                    const QString& workFolder, QObject* parent)
-    : QObject(parent), m_tools(runner.tools()), m_recipe(std::move(recipe)),
+    : QObject(parent), m_log(runner), m_tools(runner.tools()), m_recipe(std::move(recipe)),
       m_work(std::make_unique<QTemporaryDir>(workFolder + QStringLiteral("/batch-XXXXXX"))),
       m_atOnce(std::max(1, QThread::idealThreadCount())) {
     for (qsizetype i = 0; i < inputs.size(); ++i)
@@ -35,8 +35,10 @@ int BatchRun::count(FileResult::State state) const {
 
 void BatchRun::start() {
     const int runners = std::min<int>(m_atOnce, int(m_results.size()));
-    for (int i = 0; i < runners; ++i)
+    for (int i = 0; i < runners; ++i) {
         m_runners.push_back(std::make_unique<PlanRunner>(m_tools));
+        connect(m_runners.back().get(), &PlanRunner::runFinished, &m_log, &PlanRunner::log);
+    }
     for (const auto& runner : m_runners)
         startNextFile(*runner);
     finishIfIdle();

@@ -59,6 +59,7 @@ private:
     void endFile(PlanRunner& runner, int index, const QString& temporary, const PlanOutcome& outcome);
     void finishIfIdle();
 
+    PlanRunner& m_log; // the editor's runner, whose log lists the batch's runs too
     const ToolPaths m_tools;
     Recipe m_recipe;
     QList<FileResult> m_results;

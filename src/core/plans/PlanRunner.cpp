@@ -53,11 +53,14 @@ void PlanRunner::startNext() {
     });
 }
 
+void PlanRunner::log(const ToolRun& run) {
+    m_runs.append(run);
+    emit runFinished(run);
+}
+
 void PlanRunner::finish(const PlanOutcome& outcome) {
-    for (const ToolRun& run : outcome.runs) {
-        m_runs.append(run);
-        emit runFinished(run);
-    }
+    for (const ToolRun& run : outcome.runs)
+        log(run);
     Job job = std::move(m_queue.front());
     m_queue.pop_front();
     m_running = false;

@@ -45,6 +45,9 @@ public:
     QStringList filesOfQueuedPlans() const;
     // Every run of this session, oldest first.
     const QList<ToolRun>& runs() const { return m_runs; }
+    // Keeps a run another runner made for this session (a batch's) with this
+    // one's, so that Help ▸ Tool Runs lists it.
+    void log(const ToolRun& run);
 
 signals:
     void busyChanged(bool busy);
