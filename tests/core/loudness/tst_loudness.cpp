@@ -1,5 +1,6 @@
 // Loudness measured by ffmpeg's EBU R128 filter and read from its summary.
 
+#include "LoudnessFixture.h"
 #include "loudness/Loudness.h"
 #include "support/Fixtures.h"
 
@@ -8,6 +9,8 @@
 #include <QTest>
 #include <cmath>
 
+using loudnessTest::measure;
+
 namespace {
 // A 1 kHz sine in both channels whose peak stands at `dbfs`.
 QString tone(const QTemporaryDir& dir, const QString& name, double dbfs, double seconds) {
@@ -15,14 +18,6 @@ QString tone(const QTemporaryDir& dir, const QString& name, double dbfs, double 
     fixtures::run("sox", {"-D", "-n", "-r", "44100", "-c", "2", "-b", "16", path, "synth",
                           QString::number(seconds), "sine", "1000", "vol", QString("%1dB").arg(dbfs)});
     return path;
-}
-
-std::optional<LoudnessReading> measure(const QString& track, const QString& start = {},
-                                       const QString& duration = {}) {
-    QString said;
-    if (fixtures::run("ffmpeg", loudnessMeasureArguments(track, start, duration), &said) != 0)
-        return std::nullopt;
-    return readLoudnessSummary(said);
 }
 
 // A summary as ffmpeg prints it, with these figures.

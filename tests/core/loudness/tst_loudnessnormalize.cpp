@@ -1,6 +1,7 @@
 // Loudness normalisation's two ffmpeg passes: the figures the first prints,
 // read and handed to the second, and the plans that carry them, run for real.
 
+#include "LoudnessFixture.h"
 #include "loudness/Loudness.h"
 #include "loudness/LoudnessNormalize.h"
 #include "plans/PrintedFigures.h"
@@ -12,6 +13,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <cmath>
+
+using loudnessTest::measure;
 
 namespace {
 // What loudnorm prints at the end of a pass, with these figures.
@@ -28,12 +31,6 @@ ToolPaths realTools() {
     return {QStandardPaths::findExecutable("sox"), QStandardPaths::findExecutable("ffmpeg")};
 }
 
-std::optional<LoudnessReading> measure(const QString& track) {
-    QString said;
-    if (fixtures::run("ffmpeg", loudnessMeasureArguments(track), &said) != 0)
-        return std::nullopt;
-    return readLoudnessSummary(said);
-}
 } // namespace
 
 class tst_LoudnessNormalize : public QObject {

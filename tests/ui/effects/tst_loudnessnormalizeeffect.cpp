@@ -3,6 +3,7 @@
 // says when ffmpeg had to compress or found nothing to measure.
 
 #include "application/AppDelegate.h"
+#include "core/loudness/LoudnessFixture.h"
 #include "document/Document.h"
 #include "effects/EffectDialogs.h"
 #include "loudness/Loudness.h"
@@ -18,14 +19,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-namespace {
-std::optional<LoudnessReading> measure(const QString& track) {
-    QString said;
-    if (fixtures::run("ffmpeg", loudnessMeasureArguments(track), &said) != 0)
-        return std::nullopt;
-    return readLoudnessSummary(said);
-}
-} // namespace
+using loudnessTest::measure;
 
 class tst_LoudnessNormalizeEffect : public QObject {
     Q_OBJECT
