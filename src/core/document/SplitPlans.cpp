@@ -100,14 +100,17 @@ Plan buildSplitOnSilencePlan(const QString& wav, const SilenceSettings& settings
     return {{step::Run{Tool::Sox, silenceArguments(wav, settings, stem)}}};
 }
 
-QStringList findSilencePieces(const QString& wav, const QString& stem,
-                              const std::function<bool(const QString&)>& exists) {
-    QStringList pieces;
+SilencePieces findSilencePieces(const QString& wav, const QString& stem,
+                                const std::function<qint64(const QString&)>& frames) {
+    SilencePieces found;
     for (int n = 1;; ++n) {
         const QString piece = silencePiecePath(wav, stem, n);
-        if (!exists(piece))
-            return pieces;
-        pieces.append(piece);
+        const qint64 count = frames(piece);
+        if (count == 0)
+            found.empty = piece;
+        if (count <= 0)
+            return found;
+        found.pieces.append(piece);
     }
 }
 

@@ -59,10 +59,17 @@ QString silencePiecePath(const QString& wav, const QString& stem, int n);
 QStringList silenceArguments(const QString& wav, const SilenceSettings& settings, const QString& stem);
 Plan buildSplitOnSilencePlan(const QString& wav, const SilenceSettings& settings, const QString& stem);
 
-// The pieces numbered from 001 up to the first number with no file, as
-// `exists` says. Pieces of an earlier split numbered higher than this one's
-// are found as well: sox does not remove them.
-QStringList findSilencePieces(const QString& wav, const QString& stem,
-                              const std::function<bool(const QString&)>& exists);
+// The pieces numbered from 001 up to the first number with no file or with a
+// file of no frames, as `frames` says (-1 for no file). Where the track ends
+// in silence sox still starts a last piece and writes a bare header: that
+// piece is `empty`, for the caller to delete, and no window opens for it;
+// nothing after it is this split's. Pieces of an earlier split numbered
+// higher than this one's are found as well: sox does not remove them.
+struct SilencePieces {
+    QStringList pieces;
+    QString empty;
+};
+SilencePieces findSilencePieces(const QString& wav, const QString& stem,
+                                const std::function<qint64(const QString&)>& frames);
 
 } // namespace splitting

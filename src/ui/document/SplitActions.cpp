@@ -2,10 +2,11 @@
 
 #include "Window_Split_Silence.h"
 #include "actions/TrackWindow.h"
+#include "plans/AudioChecks.h"
+#include "plans/RemovedFiles.h"
 #include "session/Session.h"
 #include "track/Track.h"
 
-#include <QFileInfo>
 #include <QMenu>
 
 SplitActions::SplitActions(Track& track, Session& session, TrackWindow& window, QObject* parent)
@@ -53,10 +54,12 @@ void SplitActions::OnPopupSplitOnSilence() {
                                   if (m_window.failed(outcome))
                                       return;
                                   // What sox wrote is found by name; no piece, nothing more happens.
-                                  const QStringList pieces = splitting::findSilencePieces(
-                                      wav, stem, [](const QString& path) { return QFileInfo::exists(path); });
-                                  if (!pieces.isEmpty())
-                                      emit piecesMade(pieces);
+                                  const splitting::SilencePieces found =
+                                      splitting::findSilencePieces(wav, stem, audioFrames);
+                                  if (!found.empty.isEmpty())
+                                      removedFiles::remove(found.empty);
+                                  if (!found.pieces.isEmpty())
+                                      emit piecesMade(found.pieces);
                               });
 }
 

@@ -107,12 +107,26 @@ private slots:
     }
 
     void theSearchStopsAtTheFirstMissingNumber() {
-        const QSet<QString> there{"/w/t_PART_001.wav", "/w/t_PART_002.wav", "/w/t_PART_003.wav",
-                                  "/w/t_PART_005.wav"};
-        const auto exists = [&](const QString& p) { return there.contains(p); };
-        QCOMPARE(findSilencePieces("/w/t.wav", "t", exists),
-                 QStringList({"/w/t_PART_001.wav", "/w/t_PART_002.wav", "/w/t_PART_003.wav"}));
-        QCOMPARE(findSilencePieces("/w/other.wav", "other", exists), QStringList());
+        const QHash<QString, qint64> there{{"/w/t_PART_001.wav", 100},
+                                           {"/w/t_PART_002.wav", 5},
+                                           {"/w/t_PART_003.wav", 1},
+                                           {"/w/t_PART_005.wav", 9}};
+        const auto frames = [&](const QString& p) { return there.value(p, -1); };
+        const SilencePieces found = findSilencePieces("/w/t.wav", "t", frames);
+        QCOMPARE(found.pieces, QStringList({"/w/t_PART_001.wav", "/w/t_PART_002.wav", "/w/t_PART_003.wav"}));
+        QCOMPARE(found.empty, QString());
+        QCOMPARE(findSilencePieces("/w/other.wav", "other", frames).pieces, QStringList());
+    }
+
+    // A piece of no frames (the track ended in silence) is not a piece: the
+    // search stops there and names it for deleting; what follows is older.
+    void theSearchStopsAtAPieceOfNoFrames() {
+        const QHash<QString, qint64> there{
+            {"/w/t_PART_001.wav", 100}, {"/w/t_PART_002.wav", 0}, {"/w/t_PART_003.wav", 7}};
+        const SilencePieces found =
+            findSilencePieces("/w/t.wav", "t", [&](const QString& p) { return there.value(p, -1); });
+        QCOMPARE(found.pieces, QStringList({"/w/t_PART_001.wav"}));
+        QCOMPARE(found.empty, QString("/w/t_PART_002.wav"));
     }
 };
 

@@ -279,6 +279,28 @@ private slots:
         QVERIFY(ranSox);
     }
 
+    // A track that ends in silence: sox starts a last piece and writes only
+    // its header. No window opens for it and no file of no frames is left.
+    void aTrackEndingInSilenceOpensOnlyItsSoundingPieces() {
+        const QString gap = m_root.filePath("end-gap.wav"), ending = m_root.filePath("ends-quiet.wav");
+        fixtures::makeSilence(gap, 3);
+        fixtures::join({m_speech, gap}, ending);
+        Document* d = gui::openInNewWindow(*m_app, ending);
+        QVERIFY(d);
+        answerSilenceDialog("0.1");
+        const QList<Document*> pieces = split(d, [&] { d->splitActions().OnPopupSplitOnSilence(); });
+        QCOMPARE(pieces.size(), 3);
+        for (int i = 0; i < 3; ++i)
+            QVERIFY(fixtures::wavInfo(pieces[i]->track().s_WAV_File_Path).seconds() > 0.5);
+        const QDir folder(m_app->session().s_Output_Folder);
+        const QString stem = QFileInfo(d->track().s_WAV_File_Path).completeBaseName();
+        const QStringList made = folder.entryList({stem + "_PART_*.wav"}, QDir::Files);
+        QCOMPARE(made.size(), 3);
+        for (const QString& name : made)
+            QVERIFY2(fixtures::wavInfo(folder.filePath(name)).seconds() > 0, qPrintable(name));
+        QVERIFY(!QFile::exists(pieces[2]->track().s_WAV_File_Path.replace("_PART_003", "_PART_004")));
+    }
+
     void aStaleHigherNumberedPieceOfAnEarlierSplitIsOpenedToo() {
         Document* d = gui::openInNewWindow(*m_app, m_speech);
         QVERIFY(d);
