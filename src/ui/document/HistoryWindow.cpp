@@ -5,6 +5,7 @@
 
 #include <QDialogButtonBox>
 #include <QHeaderView>
+#include <QPushButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -32,6 +33,12 @@ HistoryWindow::HistoryWindow(Document* document) : QDialog(document), m_document
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    // Enter in the list goes to a version and the list passes the key on:
+    // Close must not be the default button that takes it, or the window
+    // would close under the user moving through the versions.
+    QPushButton* close = buttons->button(QDialogButtonBox::Close);
+    close->setAutoDefault(false);
+    close->setDefault(false);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(tableVersions);
     layout->addWidget(buttons);

@@ -175,12 +175,21 @@ private slots:
         QCOMPARE(labels(w), QStringList({"Opened speech.mp3", "Cut", "Echo on selection"}));
         QCOMPARE(d->history().u_array_WAV_Files_Length(), 3u);
 
-        // Enter on a row chooses it too.
+        // Enter on a row chooses it too, and the window stays open for the next.
         w->tableVersions->setCurrentItem(w->tableVersions->topLevelItem(1));
         w->tableVersions->setFocus();
         QVERIFY(waitReloaded(d, [&] { QTest::keyClick(w->tableVersions, Qt::Key_Return); }));
         QCOMPARE(shown(d), second);
         QCOMPARE(marked(w), QList<int>({1}));
+        QTest::qWait(100);
+        QVERIFY(w->isVisible());
+        QVERIFY(waitReloaded(d, [&] {
+            w->tableVersions->setCurrentItem(w->tableVersions->topLevelItem(0));
+            QTest::keyClick(w->tableVersions, Qt::Key_Enter);
+        }));
+        QCOMPARE(shown(d), first);
+        QTest::qWait(100);
+        QVERIFY(w->isVisible());
     }
 
     void showsWhenEachVersionWasMade() {
