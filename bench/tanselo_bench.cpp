@@ -47,6 +47,7 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QThread>
 #include <QTimer>
 #include <algorithm>
 #include <cstdio>
@@ -345,8 +346,9 @@ void measureCancel(const QString& folder, const QString& hour) {
     std::fflush(stdout);
 }
 
-// Ten 1-minute files through a three-step recipe: the batch on the editor's
-// runner beside the saved script run on each file by a shell loop, each
+// Ten 1-minute files through a three-step recipe: the batch one file at a
+// time beside the saved script run on each file by a shell loop, and the
+// batch with every processor beside the script fanned out by xargs -P, each
 // writing into a fresh folder.
 void compareBatchWithTheScript(const QString& folder) {
     QStringList inputs;
@@ -373,11 +375,13 @@ void compareBatchWithTheScript(const QString& folder) {
         QDir().mkpath(out);
         return out;
     };
-    auto throughTheEditor = [&] {
+    const int processors = std::max(1, QThread::idealThreadCount());
+    auto throughTheEditor = [&](int atOnce) {
         const QString out = freshFolder();
         const QStringList outputs =
             outputPaths(inputs, out, "mp3", [](const QString& p) { return QFile::exists(p); });
         BatchRun run(runner, recipe, inputs, outputs, folder + "/work");
+        run.setFilesAtOnce(atOnce);
         QEventLoop loop;
         QObject::connect(&run, &BatchRun::finished, &loop, &QEventLoop::quit);
         QElapsedTimer clock;
@@ -396,20 +400,39 @@ void compareBatchWithTheScript(const QString& folder) {
                                "batch", script, freshFolder()};
         return timeCommand("sh", loop + inputs);
     };
-    std::vector<double> editor, shell;
+    auto throughTheScriptAtOnce = [&] {
+        const QStringList fanned{
+            "-c",
+            "script=$1; out=$2; n=$3; shift 3; printf '%s\\n' \"$@\" | xargs -P \"$n\" -I{} "
+            "sh -c 'sh \"$0\" \"$2\" \"$1/$(basename \"$2\" .wav).mp3\" > /dev/null' "
+            "\"$script\" \"$out\" {}",
+            "batch",
+            script,
+            freshFolder(),
+            QString::number(processors)};
+        return timeCommand("sh", fanned + inputs);
+    };
+    std::vector<double> editor, shell, editorAtOnce, shellAtOnce;
     for (int i = 0; i < 3; ++i) {
         timeCommand("sync", {});
         if (i % 2 == 0) {
             shell.push_back(throughTheScript());
-            editor.push_back(throughTheEditor());
+            editor.push_back(throughTheEditor(1));
+            shellAtOnce.push_back(throughTheScriptAtOnce());
+            editorAtOnce.push_back(throughTheEditor(processors));
         } else {
-            editor.push_back(throughTheEditor());
+            editorAtOnce.push_back(throughTheEditor(processors));
+            shellAtOnce.push_back(throughTheScriptAtOnce());
+            editor.push_back(throughTheEditor(1));
             shell.push_back(throughTheScript());
         }
     }
     std::printf("\nA three-step recipe (normalize, echo, fade in; MP3) over ten 1-minute files: the batch "
                 "beside its saved script (median of 3)\n");
-    printSideBySide("ten files", {median(editor), median(shell)});
+    printSideBySide("one file at a time", {median(editor), median(shell)});
+    printSideBySide("all processors at once", {median(editorAtOnce), median(shellAtOnce)});
+    std::printf("  the batch with %d processors took %.2f of the time one at a time took\n", processors,
+                median(editorAtOnce) / median(editor));
 }
 
 // The overview and the peak summaries of a 1-hour WAV beside sox and cat,

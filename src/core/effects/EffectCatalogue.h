@@ -36,6 +36,10 @@ QString actionName(const EffectEntry& entry, bool selection);
 // What the version an effect makes is called in the history: "Echo", "Echo on selection".
 QString effectVersionLabel(const EffectEntry& entry, bool selection);
 
+// An effect's values as its dialog shows them, in the dialog's order and
+// words: "Duration (ms): 2000, Shape: Linear (t)".
+QString effectValuesText(const EffectEntry& entry, const EffectValues& values);
+
 // Where a row's declarations and its argument builder disagree: a value the
 // builder reads that no control declares, or reads as another type, a check
 // of an undeclared value, two controls of one name. Empty when they agree.

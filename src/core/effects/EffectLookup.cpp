@@ -89,6 +89,24 @@ QStringList declarationProblems(const EffectEntry& entry) {
     return problems;
 }
 
+QString effectValuesText(const EffectEntry& entry, const EffectValues& values) {
+    QStringList parts;
+    for (const Parameter& p : entry.dialog.parameters) {
+        if (!values.contains(p.key))
+            continue;
+        const QVariant value = values.variant(p.key);
+        QString name = p.caption.endsWith(u':') ? p.caption.chopped(1) : p.caption;
+        if (p.kind == ControlKind::Band)
+            name = p.text + u' ' + name;
+        const QString shown = p.kind == ControlKind::List ? p.items.value(value.toInt(), value.toString())
+                              : p.kind == ControlKind::Check
+                                  ? (value.toInt() ? QStringLiteral("on") : QStringLiteral("off"))
+                                  : QString::number(value.toDouble());
+        parts << name + QStringLiteral(": ") + shown;
+    }
+    return parts.join(QStringLiteral(", "));
+}
+
 QStringList equalizerArguments(float bandwidthQ) {
     static const QStringList frequencies = {"24",   "34",   "48",   "68",   "96",    "136",  "193",
                                             "273",  "386",  "546",  "772",  "1100",  "1500", "2200",

@@ -2,6 +2,7 @@
 
 #include "batch/RecipePlans.h"
 #include "document/ImportPlans.h"
+#include "effects/EffectCatalogue.h"
 #include "widgets/Alerts.h"
 #include "widgets/DialogRows.h"
 
@@ -51,14 +52,13 @@ bool writeFile(QWidget* parent, const QString& path, const QString& workFolder, 
     return false;
 }
 
-// What a step's row tells besides its label: the values it was done with.
+// What a step's row tells besides its label: the values it was done with,
+// in its dialog's words.
 QString stepDetails(const RecipeStep& step) {
-    QStringList parts;
-    for (const QString& key : step.values.keys())
-        parts << QStringLiteral("%1 = %2").arg(key, step.values.variant(key).toString());
     if (step.kind != RecipeStep::Kind::Effect)
-        parts << QStringLiteral("%1 ms").arg(step.milliseconds);
-    return parts.join(QStringLiteral(", "));
+        return QStringLiteral("%1 ms").arg(step.milliseconds);
+    const EffectEntry* entry = findEffect(step.effect);
+    return entry ? effectValuesText(*entry, step.values) : QString();
 }
 } // namespace
 

@@ -31,6 +31,19 @@ private slots:
         QVERIFY(!findEffect("NoiseReduction")); // a procedure of its own
     }
 
+    // A step's values as its dialog words them, for the batch window's rows.
+    void valuesAreToldInTheDialogsWords() {
+        QCOMPARE(effectValuesText(*findEffect("FadeIn"),
+                                  {{"f_Duration_MS", 2000.0f}, {"u_Modulation", quint64(0)}}),
+                 QString("Duration (ms): 2000, Shape: Linear (t)"));
+        QCOMPARE(
+            effectValuesText(*findEffect("LoudnessNormalize"),
+                             startValues(findEffect("LoudnessNormalize")->dialog)),
+            QString("Target: Podcast, stereo (-16 LUFS), Loudness (LUFS): -16, True-peak ceiling (dBTP): -1, "
+                    "Loudness range (LU): 11"));
+        QCOMPARE(effectValuesText(*findEffect("Reverse"), {}), QString());
+    }
+
     // A group's rows stand together, so the menu can set them apart.
     void groupsAreContiguous() {
         QStringList groups;

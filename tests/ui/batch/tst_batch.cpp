@@ -109,6 +109,8 @@ private slots:
         BatchDialog* dialog = batchAfter({"Normalize", "Echo", "FadeIn"});
         QVERIFY(dialog);
         QCOMPARE(rows(dialog->listSteps), QStringList({"Normalize", "Echo", "Fade In"}));
+        // Each row's tooltip tells its values in the dialog's words.
+        QCOMPARE(dialog->listSteps->item(2)->toolTip(), QString("Duration (ms): 500, Shape: Linear (t)"));
         QVERIFY(dialog->listSkipped->isHidden());
         QVERIFY(dialog->recipe() == batchTest::threeSteps() ||
                 dialog->recipe().exportChoice.format == exporting::DefaultFormat);
