@@ -145,7 +145,7 @@ preview)
     sleep 0.3
     xdotool key alt+c
     sleep 0.5
-    for _ in $(seq 22); do xdotool key Down; done
+    for _ in $(seq 23); do xdotool key Down; done
     xdotool key Right Down Return
     window=$(timeout 10 xdotool search --sync --name '^Echo$' | head -1)
     sleep 0.5
@@ -228,7 +228,7 @@ batch | batch-done)
     }
     effect 1 0 Normalize
     xdotool key shift+End
-    effect 22 1 Echo
+    effect 23 1 Echo
     effect 3 0 Fade-In
     cp "$audio" "$work/Interview.${audio##*.}"
     xdotool windowfocus "$window"
