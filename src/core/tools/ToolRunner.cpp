@@ -1,5 +1,7 @@
 #include "ToolRunner.h"
 
+#include "Duration.h"
+
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
@@ -134,10 +136,17 @@ QString commandLine(const ToolRun& run) {
 QString toolLogText(const QList<ToolRun>& runs) {
     QString text;
     for (const ToolRun& run : runs) {
-        text += QStringLiteral("$ %1\n# exit code %2, %3 ms\n")
-                    .arg(commandLine(run))
-                    .arg(run.exitCode)
-                    .arg(run.milliseconds);
+        // The duration probe names an input and no output, so ffmpeg always
+        // ends it with status 1: it is marked as a probe with what it found,
+        // not shown as a run that failed.
+        const bool probe = QFileInfo(run.program).baseName() == QLatin1String("ffmpeg") &&
+                           run.arguments == probeArguments(run.arguments.value(1));
+        const QString verdict = !probe ? QStringLiteral("exit code %1").arg(run.exitCode)
+                                : durationTextFromOutput(run.output).isEmpty()
+                                    ? QStringLiteral("duration probe, no duration found")
+                                    : QStringLiteral("duration probe: duration %1")
+                                          .arg(clockText(secondsFromProbeOutput(run.output)));
+        text += QStringLiteral("$ %1\n# %2, %3 ms\n").arg(commandLine(run), verdict).arg(run.milliseconds);
         text += run.output;
         if (!run.output.endsWith(u'\n'))
             text += u'\n';

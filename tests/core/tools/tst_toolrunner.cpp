@@ -258,6 +258,27 @@ private slots:
         QCOMPARE(output, QString("[-i][/w/it's a $(test).wav][-ac][2]"));
     }
 
+    // The duration probe ends with status 1 by its nature: the log marks it
+    // as a probe with the duration it found.
+    void theDurationProbeIsMarkedAsAProbe() {
+        const ToolRun probe{
+            "/usr/bin/ffmpeg",
+            {"-i", "/w/talk.wav"},
+            "Input #0, wav, from '/w/talk.wav':\n  Duration: 00:15:02.47, bitrate: 1411 kb/s\n"
+            "At least one output file must be specified\n",
+            1,
+            40};
+        QVERIFY(toolLogText({probe}).startsWith("$ /usr/bin/ffmpeg -i /w/talk.wav\n"
+                                                "# duration probe: duration 00:15:02, 40 ms\n"));
+        ToolRun nothing = probe;
+        nothing.output = "/w/talk.wav: No such file or directory\n";
+        QVERIFY(toolLogText({nothing}).contains("# duration probe, no duration found, 40 ms\n"));
+        // The same arguments to another program, or more of them, are a run like any other.
+        ToolRun sox = probe;
+        sox.program = "/usr/bin/sox";
+        QVERIFY(toolLogText({sox}).contains("# exit code 1, 40 ms\n"));
+    }
+
     void missingToolMessageNamesProgramAndPackage() {
         const QString text = missingToolMessage("ffmpeg");
         QVERIFY(text.contains("\"ffmpeg\""));
