@@ -55,9 +55,10 @@ Plan buildPreviewPlan(const EditState& s, const PreviewFiles& files, const Effec
     plan.steps.push_back(
         step::Run{Tool::Sox, soxSegmentArguments(s.track, stretch.start, stretch.duration, files.part)});
     // An effect that measures (loudness normalisation) measures what applying
-    // it measures: the whole track, or the whole selection.
-    QString measured = s.track;
-    if (arguments.steps && selection) {
+    // it measures: the whole track, or the whole selection, which is the
+    // stretch already cut when it fits in a preview.
+    QString measured = selection ? files.part : s.track;
+    if (arguments.steps && selection && stretch.duration != s.seg.sDurationSelection) {
         plan.steps.push_back(
             step::Run{Tool::Sox, soxSegmentArguments(s.track, s.seg.sStartSelection, s.seg.sDurationSelection,
                                                      files.whole)});
