@@ -47,10 +47,14 @@ void BatchRun::start() {
 void BatchRun::cancel() {
     if (m_finished)
         return;
+    stopRunners();
+    finishIfIdle();
+}
+
+void BatchRun::stopRunners() {
     m_cancelled = true;
     for (const auto& runner : m_runners)
         runner->cancel();
-    finishIfIdle();
 }
 
 void BatchRun::startNextFile(PlanRunner& runner) {
@@ -112,11 +116,8 @@ void BatchRun::endFile(PlanRunner& runner, int index, const QString& temporary, 
         QFile::remove(temporary);
         file.state = outcome.cancelled ? FileResult::Cancelled : FileResult::Failed;
         file.reason = verdict.message.replace(temporary, file.output);
-        if (outcome.cancelled && !m_cancelled) { // the others stop with it
-            m_cancelled = true;
-            for (const auto& other : m_runners)
-                other->cancel();
-        }
+        if (outcome.cancelled && !m_cancelled) // the others stop with it
+            stopRunners();
     }
     emit fileEnded(index);
     startNextFile(runner);

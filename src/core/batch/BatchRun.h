@@ -58,6 +58,7 @@ private:
     void startNextFile(PlanRunner& runner);
     void endFile(PlanRunner& runner, int index, const QString& temporary, const PlanOutcome& outcome);
     void finishIfIdle();
+    void stopRunners(); // every file under way is cancelled, and none starts
 
     PlanRunner& m_log; // the editor's runner, whose log lists the batch's runs too
     const ToolPaths m_tools;
