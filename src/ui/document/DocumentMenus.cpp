@@ -10,6 +10,7 @@
 #include "timeline/MarkerKeys.h"
 #include "timeline/SetSelectionDialog.h"
 #include "timeline/View_Audio_Wave.h"
+#include "widgets/MenuMnemonics.h"
 
 #include <QAction>
 #include <QMenu>
@@ -54,7 +55,7 @@ void Document::buildMenuBar() {
         menu->addActions(popup->actions());
         return menu;
     };
-    menuPasteAt = copyOf(m_editing->popupMenuPaste, tr("Paste &At"));
+    menuPasteAt = copyOf(m_editing->popupMenuPaste, tr("Paste At"));
     menuPasteMixing = copyOf(m_editing->popupMenuPasteMixing, tr("&Mix Copied Audio In"));
     menuSilence = copyOf(m_editing->popupMenuSilence, tr("&Silence"));
     edit->addSeparator();
@@ -113,6 +114,12 @@ void Document::buildMenuBar() {
     tracks->addMenu(m_split->popupMenuSplit);
     tracks->addAction(m_loudness->actionMeasureLoudness);
     updateMenus();
+
+    // A letter for every item, the menu bar's first and then the toolbar's
+    // pop-ups, whose items are mostly the same actions.
+    giveMnemonics(bar);
+    for (QMenu* menu : findChildren<QMenu*>())
+        giveMnemonics(menu);
 }
 
 void Document::addMarkerKey(QMenu* menu, const QString& text, const QKeySequence& keys, MarkerKey key) {

@@ -4,6 +4,7 @@
 #include "EffectPreview.h"
 #include "actions/TrackWindow.h"
 #include "widgets/Alerts.h"
+#include "widgets/MenuMnemonics.h"
 
 #include <QMenu>
 
@@ -109,4 +110,5 @@ void EffectActions::fillEffectsMenu() {
     popupMenuEffects->addSeparator();
     popupMenuEffects->addAction(tr("Noise Reduction") + ellipsis, this, &EffectActions::OnPopupNoiseReduction)
         ->setObjectName(QStringLiteral("OnPopupNoiseReduction"));
+    giveMnemonics(popupMenuEffects);
 }

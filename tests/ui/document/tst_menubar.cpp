@@ -1,9 +1,11 @@
 #include "plans/PlanRunner.h"
+#include "text/Mnemonics.h"
 #include "timeline/ZoomRules.h"
 #include "ui/edit/EditingFixture.h"
 #include "windows/ShortcutsWindow.h"
 
 #include <QAction>
+#include <QHash>
 #include <QLabel>
 #include <QMap>
 #include <QMenu>
@@ -279,6 +281,85 @@ private slots:
         QTRY_VERIFY(QApplication::activePopupWidget());
         QCOMPARE(QApplication::activePopupWidget()->geometry().topLeft(), inside);
         QApplication::activePopupWidget()->close();
+    }
+
+    // Every item of every menu, the menu bar's and the toolbar's pop-ups, has
+    // a mnemonic; no letter serves two items of one menu, or more than two
+    // where the menu has more items than the alphabet has letters.
+    void everyMenuItemHasALetterOfItsOwn() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        QStringList problems;
+        QSet<QMenu*> walked;
+        const auto check = [&](const QString& where, const QList<QAction*>& actions, int perLetter) {
+            QHash<QChar, QStringList> items;
+            for (QAction* action : actions) {
+                if (action->isSeparator())
+                    continue;
+                const QChar letter = mnemonicOf(action->text());
+                if (letter.isNull())
+                    problems << where + " ▸ " + action->text() + ": no letter";
+                else
+                    items[letter] << action->text();
+            }
+            for (auto it = items.cbegin(); it != items.cend(); ++it)
+                if (it.value().size() > perLetter)
+                    problems << where + ": " + it.value().join(", ") + " share " + it.key();
+        };
+        std::function<void(QMenu*, const QString&)> walk = [&](QMenu* menu, const QString& where) {
+            if (walked.contains(menu))
+                return;
+            walked.insert(menu);
+            emit menu->aboutToShow(); // as opening it does: the effects menu fills itself
+            const QList<QAction*> actions = menu->actions();
+            check(where, actions, actions.size() > 26 ? 2 : 1);
+            for (QAction* action : actions)
+                if (action->menu())
+                    walk(action->menu(), where + " ▸ " + withoutMnemonic(action->text()));
+        };
+        check("menu bar", d->menuBar()->actions(), 1);
+        for (QAction* top : d->menuBar()->actions())
+            walk(top->menu(), withoutMnemonic(top->text()));
+        for (QMenu* popup : d->findChildren<QMenu*>())
+            walk(popup, "pop-up " + withoutMnemonic(popup->title()));
+        QVERIFY2(problems.isEmpty(), qPrintable(problems.join("\n")));
+        // Every effect's submenu was walked, and the toolbar's tools menu.
+        QVERIFY(walked.size() > 31 + 7);
+        QVERIFY(walked.contains(d->editingActions().popupMenuTools));
+        QVERIFY(!mnemonicOf(menuItem(d, {"Tracks", "Split into Parts"})->text()).isNull());
+        // Texts are shown as they were: the letters only add an underline.
+        QCOMPARE(withoutMnemonic(menuItem(d, {"Effects", "Reverse", "Entire Track"})->text()),
+                 QString("Entire Track"));
+    }
+
+    // As a keyboard user reaches an effect: Alt+C opens Effects, Reverse's
+    // letter opens its submenu at Entire Track, and Enter applies it.
+    void theKeyboardReachesReverseOfTheEntireTrack() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        const std::vector<short> before = frames(d->track().s_WAV_File_Path);
+        d->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(d));
+        QMenu* effects = d->effectActions().popupMenuEffects;
+        QTest::keyClick(d, Qt::Key_C, Qt::AltModifier);
+        QTRY_COMPARE(QApplication::activePopupWidget(), effects);
+        QAction* reverse = menuItem(d, {"Effects", "Reverse"});
+        QVERIFY(reverse);
+        const QChar letter = mnemonicOf(reverse->text());
+        QVERIFY(!letter.isNull());
+        QTest::keyClicks(effects, QString(letter));
+        QTRY_COMPARE(QApplication::activePopupWidget(), reverse->menu());
+        QCOMPARE(withoutMnemonic(reverse->menu()->activeAction()->text()), QString("Entire Track"));
+        QVERIFY(edit(d, [&] { QTest::keyClick(reverse->menu(), Qt::Key_Return); }));
+        QCOMPARE(d->history().versions().last().label, QString("Reverse"));
+        const std::vector<short> after = frames(d->track().s_WAV_File_Path);
+        QCOMPARE(after.size(), before.size());
+        // Frame for frame from the end: the pattern's stereo pairs, reversed.
+        const size_t count = before.size() / 2;
+        for (size_t i = 0; i < count; i += 997)
+            QVERIFY2(after[2 * i] == before[2 * (count - 1 - i)] &&
+                         after[2 * i + 1] == before[2 * (count - 1 - i) + 1],
+                     qPrintable(QString::number(i)));
     }
 
     // No key is given to two actions of a window.

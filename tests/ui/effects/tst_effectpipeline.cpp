@@ -1,3 +1,4 @@
+#include "text/Mnemonics.h"
 #include "ui/edit/EditingFixture.h"
 
 #include "effects/EffectDialogs.h"
@@ -77,7 +78,7 @@ private slots:
                 continue;
             }
             if (!item->menu()) {
-                offered << item->text() + ": " + item->objectName();
+                offered << withoutMnemonic(item->text()) + ": " + item->objectName();
                 bool asked = false;
                 gui::whenModal<EffectDialog>("Window_Ask_Noise_Selected", [&asked](EffectDialog* ask) {
                     asked = true;
@@ -87,14 +88,15 @@ private slots:
                 QVERIFY(asked);
                 continue;
             }
-            const auto entry = std::find_if(effectCatalogue().begin(), effectCatalogue().end(),
-                                            [&](const EffectEntry& e) { return e.title == item->text(); });
-            QVERIFY2(entry != effectCatalogue().end(), qPrintable(item->text()));
+            const auto entry =
+                std::find_if(effectCatalogue().begin(), effectCatalogue().end(),
+                             [&](const EffectEntry& e) { return e.title == withoutMnemonic(item->text()); });
+            QVERIFY2(entry != effectCatalogue().end(), qPrintable(withoutMnemonic(item->text())));
             for (QAction* action : item->menu()->actions()) {
-                offered << item->text() + ": " + action->objectName();
+                offered << withoutMnemonic(item->text()) + ": " + action->objectName();
                 const bool selection = action->objectName().endsWith("Selection");
-                QCOMPARE(action->text(), QString(selection ? "Selection" : "Entire Track") +
-                                             (entry->dialog.isEmpty() ? "" : "…"));
+                QCOMPARE(withoutMnemonic(action->text()), QString(selection ? "Selection" : "Entire Track") +
+                                                              (entry->dialog.isEmpty() ? "" : "…"));
                 if (entry->dialog.isEmpty())
                     continue; // reversal runs at once; tested below
                 QString shown, title;
@@ -162,7 +164,7 @@ private slots:
         d->effectActions().fillEffectsMenu();
         QMenu* reverse = nullptr;
         for (QAction* action : d->effectActions().popupMenuEffects->actions())
-            if (action->text() == "Reverse")
+            if (withoutMnemonic(action->text()) == "Reverse")
                 reverse = action->menu();
         QVERIFY(reverse);
         QCOMPARE(reverse->actions().size(), 2);

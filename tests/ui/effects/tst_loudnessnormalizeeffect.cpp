@@ -9,6 +9,7 @@
 #include "loudness/Loudness.h"
 #include "support/Fixtures.h"
 #include "support/Gui.h"
+#include "text/Mnemonics.h"
 #include "ui/edit/EditingFixture.h"
 
 #include <QComboBox>
@@ -72,7 +73,7 @@ private slots:
         QAction* action =
             d->effectActions().popupMenuEffects->findChild<QAction*>("OnPopupLoudnessNormalizeEntireTrack");
         QVERIFY(action);
-        QCOMPARE(action->text(), QString("Entire Track…"));
+        QCOMPARE(withoutMnemonic(action->text()), QString("Entire Track…"));
         bool seen = false;
         gui::whenModal<EffectDialog>("Window_Loudness_Normalize", [&](EffectDialog* dialog) {
             seen = true;
