@@ -346,7 +346,7 @@ private slots:
         QAction* reverse = menuItem(d, {"Effects", "Reverse"});
         QVERIFY(reverse);
         const QChar letter = mnemonicOf(reverse->text());
-        QVERIFY(!letter.isNull());
+        QCOMPARE(letter, QChar(u'v')); // Re&verse, the README's example
         QTest::keyClicks(effects, QString(letter));
         QTRY_COMPARE(QApplication::activePopupWidget(), reverse->menu());
         QCOMPARE(withoutMnemonic(reverse->menu()->activeAction()->text()), QString("Entire Track"));
@@ -360,6 +360,32 @@ private slots:
             QVERIFY2(after[2 * i] == before[2 * (count - 1 - i)] &&
                          after[2 * i + 1] == before[2 * (count - 1 - i) + 1],
                      qPrintable(QString::number(i)));
+    }
+
+    // A letter two effects share opens the first one's submenu; Left goes
+    // back, and the same letter then opens the second's.
+    void aSharedLetterReachesBothOfItsEffects() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        d->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(d));
+        QMenu* effects = d->effectActions().popupMenuEffects;
+        QTest::keyClick(d, Qt::Key_C, Qt::AltModifier);
+        QTRY_COMPARE(QApplication::activePopupWidget(), effects);
+        QList<QAction*> sharing;
+        for (QAction* action : effects->actions())
+            if (action->menu() && mnemonicOf(action->text()) == u'c')
+                sharing << action;
+        QCOMPARE(sharing.size(), 2);
+        QTest::keyClicks(effects, "c");
+        QTRY_COMPARE(QApplication::activePopupWidget(), sharing[0]->menu());
+        QTest::keyClick(sharing[0]->menu(), Qt::Key_Left);
+        QTRY_COMPARE(QApplication::activePopupWidget(), effects);
+        QTest::keyClicks(effects, "c");
+        QTRY_COMPARE(QApplication::activePopupWidget(), sharing[1]->menu());
+        QCOMPARE(effects->activeAction(), sharing[1]);
+        while (QWidget* popup = QApplication::activePopupWidget())
+            popup->close();
     }
 
     // No key is given to two actions of a window.
