@@ -262,7 +262,7 @@ void compareJoinWithAShell(const QString& folder) {
     for (int i = 0; i < 3; ++i) {
         const QString path = folder + QString("/join-%1.wav").arg(i);
         makeSine(path, 600);
-        tracks.append({QFileInfo(path).fileName(), path, 600, quint64(600 * i)});
+        tracks.append({QFileInfo(path).fileName(), path, 600, quint64(600 * i), {}});
     }
     const Plan plan = buildMixPlan(tracks, folder + "/joined.wav").plan;
     PlanRunner runner(foundTools());

@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QLabel>
 #include <QMainWindow>
 #include <QTimer>
 
@@ -313,7 +314,8 @@ QList<Document*> AppDelegate::documents() const {
 QList<OpenTrack> AppDelegate::openTracks() const {
     QList<OpenTrack> open;
     for (const Document* document : documents())
-        open.append({document->track().s_WAV_File_Path, document->track().i_Audio_Duration_Seconds});
+        open.append({document->track().s_WAV_File_Path, document->track().i_Audio_Duration_Seconds,
+                     document->labelSource->text()});
     return open;
 }
 

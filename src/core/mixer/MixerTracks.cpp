@@ -12,11 +12,17 @@ AudioTracks tracksOfDocuments(const QList<OpenTrack>& documents) {
     quint32 sum = 0; // a 32-bit signed running sum, wrapping as two's complement
     for (const OpenTrack& document : documents) {
         const auto start = quint64(qint64(qint32(sum)));
-        tracks.append(
-            {QFileInfo(document.wavPath).fileName(), document.wavPath, quint64(document.seconds), start});
+        tracks.append({QFileInfo(document.wavPath).fileName(), document.wavPath, quint64(document.seconds),
+                       start, document.source});
         sum += quint32(quint64(document.seconds));
     }
     return tracks;
+}
+
+QString mixerTrackTip(const Object_Audio_Track& track) {
+    if (track.s_Source.isEmpty() || track.s_Source == track.s_Name)
+        return track.s_Name;
+    return QStringLiteral("%1, from %2").arg(track.s_Name, track.s_Source);
 }
 
 void restackTracks(AudioTracks& tracks) {

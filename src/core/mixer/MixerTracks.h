@@ -11,6 +11,7 @@ struct Object_Audio_Track {
     QString s_Path;                  // the working WAV; the padded copy once a mix has padded it
     quint64 f_Duration = 0;          // whole seconds
     quint64 f_Position_To_Start = 0; // whole seconds on the joint time line
+    QString s_Source;                // the file the track came from, as its window's status bar names it
     bool operator==(const Object_Audio_Track&) const = default;
 };
 using AudioTracks = QList<Object_Audio_Track>;
@@ -19,11 +20,15 @@ using AudioTracks = QList<Object_Audio_Track>;
 struct OpenTrack {
     QString wavPath;
     qint64 seconds = 0;
+    QString source; // the file the track came from ("interview.mp3"), as the status bar names it
 };
 
 // The rows of the open documents in their order, each starting where the one
 // before it ends (the running sum is kept in 32 signed bits).
 AudioTracks tracksOfDocuments(const QList<OpenTrack>& documents);
+// A row's tooltip: its working file, and the file it came from when that
+// is another ("2026-11-26-10-00-00.wav, from interview.mp3").
+QString mixerTrackTip(const Object_Audio_Track& track);
 // Every row starts again where the one before it ends.
 void restackTracks(AudioTracks& tracks);
 

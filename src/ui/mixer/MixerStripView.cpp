@@ -2,7 +2,9 @@
 
 #include "mixer/MixerStrip.h"
 
+#include <QHelpEvent>
 #include <QPainter>
+#include <QToolTip>
 
 MixerStripView::MixerStripView(QWidget* parent) : QWidget(parent) {
     setMinimumHeight(60);
@@ -15,14 +17,33 @@ void MixerStripView::show(const AudioTracks& tracks, qint64 selected) {
     update();
 }
 
+StripLayout MixerStripView::layout() const {
+    const QFontMetricsF metrics(font());
+    return layOutStrip(m_tracks, m_selected, size(),
+                       [&](const QString& text) { return metrics.horizontalAdvance(text); });
+}
+
+QString MixerStripView::toolTipAt(const QPoint& point) const {
+    const StripLayout bars = layout();
+    const qsizetype at = stripBarAt(bars, point);
+    return at < 0 ? toolTip() : bars.bars[at].tip;
+}
+
+bool MixerStripView::event(QEvent* event) {
+    // Each bar names its track's files; the strip's own tip is said elsewhere.
+    if (event->type() == QEvent::ToolTip) {
+        const auto* help = static_cast<QHelpEvent*>(event);
+        QToolTip::showText(help->globalPos(), toolTipAt(help->pos()), this);
+        return true;
+    }
+    return QWidget::event(event);
+}
+
 void MixerStripView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.fillRect(rect(), palette().base());
-    const QFontMetricsF metrics(font());
-    const StripLayout layout = layOutStrip(
-        m_tracks, m_selected, size(), [&](const QString& text) { return metrics.horizontalAdvance(text); });
     const QColor bar = palette().color(QPalette::Mid), chosen = palette().color(QPalette::Highlight);
-    for (const StripBar& b : layout.bars) {
+    for (const StripBar& b : layout().bars) {
         painter.fillRect(b.rect, b.selected ? chosen : bar);
         if (!b.labelFits)
             continue;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mixer/MixerTracks.h"
+#include "mixer/MixerStrip.h"
 
 #include <QWidget>
 
@@ -13,11 +13,16 @@ public:
 
     const AudioTracks& tracks() const { return m_tracks; }
     qint64 selected() const { return m_selected; }
+    // The tooltip at `point`: the bar's there, the strip's own elsewhere.
+    QString toolTipAt(const QPoint& point) const;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
+    StripLayout layout() const;
+
     AudioTracks m_tracks;
     qint64 m_selected = -1;
 };

@@ -35,9 +35,12 @@ public:
     }
     int columnCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : 3; }
     QVariant data(const QModelIndex& index, int role) const override {
-        if (role != Qt::DisplayRole || !index.isValid() || index.row() >= m_tracks.size())
+        if ((role != Qt::DisplayRole && role != Qt::ToolTipRole) || !index.isValid() ||
+            index.row() >= m_tracks.size())
             return {};
         const Object_Audio_Track& track = m_tracks[index.row()];
+        if (role == Qt::ToolTipRole) // every cell of a row: its files
+            return mixerTrackTip(track);
         const QString key = headerData(index.column(), Qt::Horizontal, Qt::UserRole).toString();
         if (key == QLatin1String("key1"))
             return QStringLiteral("%1").arg(track.s_Name);

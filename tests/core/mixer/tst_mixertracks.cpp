@@ -15,11 +15,11 @@ namespace {
 AudioTracks stacked(const QList<quint64>& seconds) {
     QList<OpenTrack> documents;
     for (qsizetype i = 0; i < seconds.size(); ++i)
-        documents.append({QStringLiteral("/w/t%1.wav").arg(i), qint64(seconds[i])});
+        documents.append({QStringLiteral("/w/t%1.wav").arg(i), qint64(seconds[i]), {}});
     return tracksOfDocuments(documents);
 }
 Object_Audio_Track track(const QString& path, quint64 seconds, quint64 start) {
-    return {QFileInfo(path).fileName(), path, seconds, start};
+    return {QFileInfo(path).fileName(), path, seconds, start, {}};
 }
 } // namespace
 
@@ -31,7 +31,7 @@ class tst_MixerTracks : public QObject {
 private slots:
     void documentsAreListedEndToEndInTheirOrder() {
         const AudioTracks tracks =
-            tracksOfDocuments({{"/a/one.wav", 10}, {"/b/two.wav", 20}, {"/c/three.wav", 30}});
+            tracksOfDocuments({{"/a/one.wav", 10, {}}, {"/b/two.wav", 20, {}}, {"/c/three.wav", 30, {}}});
         QCOMPARE(starts(tracks), QList<quint64>({0, 10, 30}));
         QCOMPARE(tracks[1].s_Name, QString("two.wav"));
         QCOMPARE(tracks[1].s_Path, QString("/b/two.wav"));
@@ -209,6 +209,38 @@ private slots:
         QCOMPARE(strip.bars[1].rect.width(), 1.0);
         QVERIFY(strip.bars[2].rect.right() <= 100.0);
         QVERIFY(layOutStrip({}, -1, QSizeF(100, 30), width).bars.isEmpty());
+    }
+
+    // Rows name their working files as before; their tips and the strip's
+    // bars also name the file each track came from.
+    void rowsAndBarsNameTheFileEachTrackCameFrom() {
+        const AudioTracks tracks = tracksOfDocuments({{"/w/2026-11-26-10-00-00.wav", 10, "interview.mp3"},
+                                                      {"/w/2026-11-26-10-00-01.wav", 30, "music.flac"},
+                                                      {"/w/silence.wav", 10, "silence.wav"}});
+        QCOMPARE(tracks[0].s_Name, QString("2026-11-26-10-00-00.wav"));
+        QCOMPARE(tracks[0].s_Source, QString("interview.mp3"));
+        QCOMPARE(mixerTrackTip(tracks[0]), QString("2026-11-26-10-00-00.wav, from interview.mp3"));
+        QCOMPARE(mixerTrackTip(tracks[2]), QString("silence.wav")); // its own source
+        QCOMPARE(mixerTrackTip(track("/w/x.wav", 1, 0)), QString("x.wav"));
+
+        const auto width = [](const QString& text) { return qreal(text.size() * 7); };
+        // 50 s over 1000 px: 200, 600 and 200 px wide.
+        const StripLayout strip = layOutStrip(tracks, -1, QSizeF(1000, 90), width);
+        QCOMPARE(strip.bars[1].label, QString("music.flac · 2026-11-26-10-00-01.wav")); // 36 × 7 px fit
+        QCOMPARE(strip.bars[0].label, QString("interview.mp3"));                        // both do not
+        QCOMPARE(strip.bars[2].label, QString("silence.wav"));
+        QVERIFY(strip.bars[0].labelFits && strip.bars[1].labelFits && strip.bars[2].labelFits);
+        QCOMPARE(strip.bars[1].tip, QString("2026-11-26-10-00-01.wav, from music.flac"));
+        // A bar too narrow for the source's name shows none.
+        const StripLayout narrow = layOutStrip(tracks, -1, QSizeF(300, 90), width);
+        QVERIFY(!narrow.bars[0].labelFits);
+
+        // Which bar a point is over, for its tooltip.
+        QCOMPARE(stripBarAt(strip, QPointF(100, 15)), 0);
+        QCOMPARE(stripBarAt(strip, QPointF(500, 45)), 1);
+        QCOMPARE(stripBarAt(strip, QPointF(500, 15)), -1); // the first lane, past the first bar
+        QCOMPARE(stripBarAt(strip, QPointF(900, 75)), 2);
+        QCOMPARE(stripBarAt(strip, QPointF(-1, 15)), -1);
     }
 };
 

@@ -19,6 +19,7 @@
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolTip>
 
 namespace {
 QStringList column(Window_Multiple_Tracks& mixer, int c) {
@@ -380,6 +381,40 @@ private slots:
         QCOMPARE(image.pixelColor(w / 2, h / 4), base);
         QCOMPARE(image.pixelColor(w * 7 / 8, 3 * h / 4 + 5), chosen);
         QCOMPARE(image.pixelColor(w / 8, 3 * h / 4), base);
+    }
+
+    // The rows show the working files' names; every cell's tooltip and each
+    // bar of the strip also name the file the track came from.
+    void theRowsAndTheBarsNameTheFileEachTrackCameFrom() {
+        const QList<Document*> documents = open({{10, 440}, {30, 660}});
+        QCOMPARE(documents.size(), 2);
+        Window_Multiple_Tracks mixer(m_app->session(), [this] { return m_app->openTracks(); });
+        mixer.resize(800, 400);
+        mixer.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&mixer));
+        QAbstractItemModel* model = mixer.tableAudioTracks->model();
+        const QStringList sources = {"tone 10 s 440 Hz.wav", "tone 30 s 660 Hz.wav"};
+        for (int row = 0; row < 2; ++row) {
+            const QString working = QFileInfo(documents[row]->track().s_WAV_File_Path).fileName();
+            QCOMPARE(documents[row]->labelSource->text(), sources[row]); // as the status bar says
+            QCOMPARE(model->index(row, 0).data().toString(), working);
+            for (int c = 0; c < 3; ++c)
+                QCOMPARE(model->index(row, c).data(Qt::ToolTipRole).toString(),
+                         working + ", from " + sources[row]);
+        }
+        // The strip: a hover over the second bar (lower lane, right three
+        // quarters) shows its files; between bars, the strip's own words.
+        MixerStripView* strip = mixer.strip;
+        const QPoint overSecond(strip->width() * 5 / 8, strip->height() * 3 / 4);
+        QHelpEvent hover(QEvent::ToolTip, overSecond, strip->mapToGlobal(overSecond));
+        QApplication::sendEvent(strip, &hover);
+        QTRY_VERIFY(QToolTip::isVisible());
+        QCOMPARE(QToolTip::text(), model->index(1, 0).data(Qt::ToolTipRole).toString());
+        QCOMPARE(strip->toolTipAt({strip->width() / 8, strip->height() / 4}),
+                 model->index(0, 0).data(Qt::ToolTipRole).toString());
+        QCOMPARE(strip->toolTipAt({strip->width() * 5 / 8, strip->height() / 4}),
+                 QString("Where each track plays in the joined track"));
+        QToolTip::hideText();
     }
 };
 
