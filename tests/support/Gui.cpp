@@ -5,6 +5,7 @@
 #include "document/Document.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -52,10 +53,15 @@ void answer(QFileDialog* dialog, const QString& path, const std::shared_ptr<File
     // Typed as a user would, then closed with done() rather than accept():
     // accept() checks the name against a directory listing the dialog may
     // still be gathering in the background.
-    dialog->setDirectory(QFileInfo(path).absolutePath());
+    // A path into folders that are not there yet is typed from the nearest
+    // one that is ("new/season two/episode.mp3"), as a user does to make them.
+    QString folder = QFileInfo(path).absolutePath();
+    while (!QFileInfo(folder).isDir() && QFileInfo(folder).path() != folder)
+        folder = QFileInfo(folder).path();
+    dialog->setDirectory(folder);
     auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
     QVERIFY(name);
-    name->setText(QFileInfo(path).fileName());
+    name->setText(QDir(folder).relativeFilePath(QFileInfo(path).absoluteFilePath()));
     QCOMPARE(dialog->selectedFiles(), QStringList({QFileInfo(path).absoluteFilePath()}));
     static_cast<QDialog*>(dialog)->done(QDialog::Accepted);
 }

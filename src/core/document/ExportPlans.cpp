@@ -119,6 +119,66 @@ Plan buildExportPlan(const QString& destination, const QStringList& arguments, s
     return plan;
 }
 
+std::optional<WrittenAudio> writtenAudio(const QString& probeOutput) {
+    // "  Stream #0:0[0x1](und): Audio: aac (LC) (mp4a / 0x6134706D), 22050 Hz, mono, fltp, 62 kb/s (default)"
+    static const QRegularExpression rate(QStringLiteral("^(\\d+) Hz$"));
+    static const QRegularExpression bits(QStringLiteral("^(\\d+) kb/s"));
+    for (const QString& line : probeOutput.split(u'\n')) {
+        const qsizetype audio = line.indexOf(QStringLiteral(": Audio: "));
+        if (!line.trimmed().startsWith(QStringLiteral("Stream #")) || audio < 0)
+            continue;
+        const QStringList parts = line.mid(audio + 9).trimmed().split(QStringLiteral(", "));
+        WrittenAudio written;
+        written.codec = parts.value(0).section(u' ', 0, 0);
+        for (qsizetype i = 1; i < parts.size(); ++i) {
+            if (const auto m = rate.match(parts[i]); m.hasMatch()) {
+                written.sampleRate = m.captured(1).toInt();
+                written.channels = parts.value(i + 1);
+            } else if (const auto b = bits.match(parts[i]); b.hasMatch()) {
+                written.kilobitsPerSecond = b.captured(1).toInt();
+            }
+        }
+        if (written.codec.isEmpty() || written.sampleRate <= 0)
+            return std::nullopt;
+        return written;
+    }
+    return std::nullopt;
+}
+
+QString savedMessage(const QString& destination, const std::optional<WrittenAudio>& written) {
+    QString message =
+        QStringLiteral("Audio file saved successfully.\n\n") + QFileInfo(destination).absoluteFilePath();
+    if (!written)
+        return message;
+    const QString suffix = QFileInfo(destination).suffix().toUpper();
+    message += QStringLiteral("\n%1%2, %3 Hz, %4")
+                   .arg(suffix.isEmpty() ? QString() : suffix + QStringLiteral(" audio: "), written->codec)
+                   .arg(written->sampleRate)
+                   .arg(written->channels);
+    // Uncompressed audio's rate follows from the rest; a compressed file's is its own.
+    if (written->kilobitsPerSecond && !written->codec.startsWith(QStringLiteral("pcm_")))
+        message += QStringLiteral(", %1 kb/s").arg(*written->kilobitsPerSecond);
+    return message;
+}
+
+QStringList missingFolders(const QString& destination) {
+    QStringList missing;
+    for (QString folder = QFileInfo(destination).absolutePath(); !QFileInfo::exists(folder);) {
+        missing.prepend(folder);
+        const QString parent = QFileInfo(folder).path();
+        if (parent == folder)
+            break;
+        folder = parent;
+    }
+    return missing;
+}
+
+QString folderNotMadeMessage(const QString& folder) {
+    return QStringLiteral("The folder \"%1\" could not be made, so nothing was exported: choose a folder "
+                          "you can write to.")
+        .arg(folder);
+}
+
 QString exportLengthProblem(const QString& destination, std::optional<qint64> probed, qint64 seconds) {
     if (!probed || seconds < 0 || std::abs(*probed - seconds) <= 1)
         return {};

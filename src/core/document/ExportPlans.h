@@ -61,6 +61,29 @@ Plan buildExportPlan(const QString& destination, const QStringList& arguments,
 // track of `seconds`; empty when it is, or when either is not known.
 QString exportLengthProblem(const QString& destination, std::optional<qint64> probed, qint64 seconds);
 
+// What ffmpeg's reading of a written file ("-i" FILE, the export's length
+// probe) says of its audio stream, as it says it: "mp3", 44100, "stereo", 160.
+struct WrittenAudio {
+    QString codec;
+    int sampleRate = 0;
+    QString channels;
+    std::optional<int> kilobitsPerSecond; // the stream's bit rate, where it gives one
+    bool operator==(const WrittenAudio&) const = default;
+};
+std::optional<WrittenAudio> writtenAudio(const QString& probeOutput);
+
+// The success alert's text: the sentence every export says, then the file's
+// full path and what it holds ("MP3 audio: mp3, 44100 Hz, stereo, 160 kb/s"),
+// the bit rate for compressed audio only. A list's bit rate may not be the
+// one written (from "56k" on each item passes the next higher rate), so the
+// file's own is told.
+QString savedMessage(const QString& destination, const std::optional<WrittenAudio>& written);
+
+// The folders an export to `destination` must make first, the outermost
+// first; empty when its folder is there.
+QStringList missingFolders(const QString& destination);
+QString folderNotMadeMessage(const QString& folder);
+
 // Whether `destination` is one of `protectedFiles` (the versions of open
 // tracks, the clipboard, the silence track), however either is spelt.
 bool isProtected(const QString& destination, const QStringList& protectedFiles);

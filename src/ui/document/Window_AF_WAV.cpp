@@ -110,6 +110,15 @@ void Window_AF_WAV::OnUserOK() {
         exporting::exportArguments(s_WAV_File_Path, chosen, destination);
     if (!arguments)
         return;
+    // A folder typed into the file dialog that is not there yet is made,
+    // and taken away again when the export fails.
+    m_madeFolders = exporting::missingFolders(destination);
+    if (!m_madeFolders.isEmpty() && !QDir().mkpath(m_madeFolders.last())) {
+        showErrorAlert(this, exporting::folderNotMadeMessage(m_madeFolders.last()));
+        removeMadeFolders();
+        emit exportEnded(destination, false);
+        return;
+    }
     startExport(destination, exporting::buildExportPlan(
                                  destination, *arguments,
                                  exporting::expectedBytes(destination, chosen, audioSeconds(s_WAV_File_Path)),
@@ -122,14 +131,17 @@ void Window_AF_WAV::startExport(const QString& destination, const Plan& plan) {
     m_session.runner().submit(plan, this, [this, destination, hadFile](const PlanOutcome& outcome) {
         setExporting(false);
         if (outcome.cancelled) { // what ffmpeg had written is gone with the cancel
+            removeMadeFolders();
             emit exportEnded(destination, false);
             return;
         }
         if (!outcome.ok) {
+            removeMadeFolders();
             failExport(destination, outcome, hadFile);
             return;
         }
-        finishExport(destination);
+        m_madeFolders.clear();
+        finishExport(destination, outcome);
     });
 }
 
@@ -151,10 +163,20 @@ void Window_AF_WAV::failExport(const QString& destination, const PlanOutcome& ou
     emit exportEnded(destination, false);
 }
 
-void Window_AF_WAV::finishExport(const QString& destination) {
-    const int pressed =
-        showAlert(this, QStringLiteral("Success"), QStringLiteral("Audio file saved successfully."),
-                  {QStringLiteral("Play Audio File"), QStringLiteral("Close")});
+void Window_AF_WAV::removeMadeFolders() {
+    // Innermost first; a folder something else has been put in stays.
+    for (auto folder = m_madeFolders.crbegin(); folder != m_madeFolders.crend(); ++folder)
+        QDir().rmdir(*folder);
+    m_madeFolders.clear();
+}
+
+void Window_AF_WAV::finishExport(const QString& destination, const PlanOutcome& outcome) {
+    // The last run is ffmpeg's reading of the written file, for its length:
+    // what it says of the stream is what was written.
+    const QString probed = outcome.runs.isEmpty() ? QString() : outcome.runs.last().output;
+    const int pressed = showAlert(this, QStringLiteral("Success"),
+                                  exporting::savedMessage(destination, exporting::writtenAudio(probed)),
+                                  {QStringLiteral("Play Audio File"), QStringLiteral("Close")});
     if (pressed == 0)
         QDesktopServices::openUrl(QUrl::fromLocalFile(destination));
     emit exportEnded(destination, true);

@@ -47,10 +47,12 @@ private:
     QString askDestination(int format);
     void startExport(const QString& destination, const Plan& plan);
     void failExport(const QString& destination, const PlanOutcome& outcome, bool hadFile);
-    void finishExport(const QString& destination);
+    void finishExport(const QString& destination, const PlanOutcome& outcome);
+    void removeMadeFolders();
     void setExporting(bool exporting);
 
     Session& m_session;
     QStringList m_protectedFiles;
     bool m_exporting = false;
+    QStringList m_madeFolders; // the folders this export made, outermost first
 };

@@ -132,6 +132,58 @@ private slots:
         QVERIFY(protectedDestinationMessage(track).contains(track));
     }
 
+    // ffmpeg's reading of what it wrote, from real files: the stream's codec,
+    // rate, channels and, for compressed audio, the bit rate ffprobe reads.
+    void whatWasWrittenIsReadBackAsFfprobeReadsIt() {
+        const QString wav = m_dir.filePath("tone.wav");
+        QCOMPARE(fixtures::run(
+                     "sox", {"-n", "-r", "44100", "-c", "2", "-b", "16", wav, "synth", "3", "sine", "440"}),
+                 0);
+        struct Case {
+            QString name;
+            QStringList arguments;
+            QString expected;
+        };
+        const QList<Case> cases = {
+            {"a.mp3",
+             {"-ar", "44100", "-ac", "2", "-ab", "128k"},
+             "MP3 audio: mp3, 44100 Hz, stereo, 128 kb/s"},
+            {"b.m4a", {"-ar", "22050", "-ac", "1", "-ab", "64k"}, "M4A audio: aac, 22050 Hz, mono, %1 kb/s"},
+            {"c.wav", {"-ar", "8000", "-ac", "1"}, "WAV audio: pcm_s16le, 8000 Hz, mono"},
+        };
+        for (const Case& c : cases) {
+            const QString out = m_dir.filePath(c.name);
+            QCOMPARE(fixtures::run("ffmpeg", QStringList{"-y", "-v", "error", "-i", wav, "-vn"} +
+                                                 c.arguments + QStringList{out}),
+                     0);
+            QString said, probed;
+            fixtures::run("ffmpeg", {"-hide_banner", "-i", out}, &said);
+            fixtures::run("ffprobe",
+                          {"-v", "error", "-select_streams", "a:0", "-show_entries", "stream=bit_rate", "-of",
+                           "csv=p=0", out},
+                          &probed);
+            const int kbps = probed.trimmed().toInt() / 1000;
+            const std::optional<WrittenAudio> written = writtenAudio(said);
+            QVERIFY2(written, qPrintable(said));
+            QCOMPARE(written->kilobitsPerSecond.value_or(-1), kbps);
+            QCOMPARE(savedMessage(out, written),
+                     "Audio file saved successfully.\n\n" + out + "\n" + c.expected.arg(kbps));
+        }
+        QVERIFY(!writtenAudio("").has_value());
+        QVERIFY(!writtenAudio("  Stream #0:0: Video: h264, yuv420p, 640x480").has_value());
+        QCOMPARE(savedMessage("/x/y.mp3", std::nullopt),
+                 QString("Audio file saved successfully.\n\n/x/y.mp3"));
+    }
+
+    void theFoldersAnExportMustMakeAreListedOutermostFirst() {
+        const QString base = m_dir.filePath("deep");
+        QCOMPARE(missingFolders(m_dir.filePath("here.mp3")), QStringList());
+        QCOMPARE(missingFolders(base + "/a/b/out.mp3"), QStringList({base, base + "/a", base + "/a/b"}));
+        QVERIFY(QDir().mkpath(base + "/a"));
+        QCOMPARE(missingFolders(base + "/a/b/out.mp3"), QStringList({base + "/a/b"}));
+        QVERIFY(folderNotMadeMessage("/x/y").contains("\"/x/y\""));
+    }
+
     void ffmpegsOwnReasonIsFound() {
         QCOMPARE(failureReason("  Stream #0:0 -> #0:0\nPress [q] to stop\n[libvorbis @ 0x5] encoder setup "
                                "failed\nError initializing output stream 0:0 -- bad bit_rate\nConversion "

@@ -79,7 +79,9 @@ private slots:
         checkLength(out, d->track().s_WAV_File_Path);
         QVERIFY(alert->shown);
         QCOMPARE(alert->text, QString("Success"));
-        QCOMPARE(alert->informativeText, QString("Audio file saved successfully."));
+        // The stated sentence, then where the file is and what it holds.
+        QCOMPARE(alert->informativeText,
+                 "Audio file saved successfully.\n\n" + out + "\nWAV audio: pcm_s16le, 44100 Hz, stereo");
         QCOMPARE(alert->buttons, QStringList({"Play Audio File", "Close"}));
         QCOMPARE(m_catcher.urls, QList<QUrl>({QUrl::fromLocalFile(out)}));
         QCOMPARE(d->history().u_array_WAV_Files_Length(), 1u); // the document is unchanged
@@ -154,6 +156,46 @@ private slots:
         QVERIFY2(alert.informativeText.contains("produced no file"), qPrintable(alert.informativeText));
         QVERIFY(alert.informativeText.contains(out));
         QVERIFY(!QFile::exists(out)); // no empty file left behind
+    }
+
+    // The item "128k" passes 160k: the message tells the rate the file has,
+    // as ffprobe reads it, beside its full path.
+    void theSuccessMessageNamesThePathAndTheBitRateFfprobeReads() {
+        Document* d = openTone();
+        QVERIFY(d);
+        const QString out = m_out + "/episode.mp3";
+        const gui::AlertSeen alert = exportVia(d, {2, 6, 1, 10}, out);
+        QCOMPARE(alert.text, QString("Success"));
+        QString probed;
+        fixtures::run("ffprobe",
+                      {"-v", "error", "-select_streams", "a:0", "-show_entries", "stream=bit_rate", "-of",
+                       "csv=p=0", out},
+                      &probed);
+        QCOMPARE(probed.trimmed().toInt() / 1000, 160);
+        QCOMPARE(alert.informativeText,
+                 "Audio file saved successfully.\n\n" + out + "\nMP3 audio: mp3, 44100 Hz, stereo, 160 kb/s");
+    }
+
+    // A folder typed into the file dialog that is not there yet is made; an
+    // export that fails takes away the folders it made.
+    void aFolderThatIsNotThereYetIsMade() {
+        Document* d = openTone();
+        QVERIFY(d);
+        const QString out = m_out + "/new/season two/episode.mp3";
+        QVERIFY(!QFileInfo::exists(m_out + "/new"));
+        const gui::AlertSeen alert = exportVia(d, {2, -2, -2, -2}, out);
+        QCOMPARE(alert.text, QString("Success"));
+        QVERIFY2(alert.informativeText.startsWith("Audio file saved successfully.\n\n" + out + "\n"),
+                 qPrintable(alert.informativeText));
+        QCOMPARE(probe(out).value("codec_name"), QString("mp3"));
+        checkLength(out, d->track().s_WAV_File_Path);
+
+        const QString refused = m_out + "/made/for/refused.ogg"; // vorbis refuses the default 40k
+        const gui::AlertSeen failed = exportVia(d, {}, refused);
+        QCOMPARE(failed.text, QString("Error"));
+        QVERIFY(failed.informativeText.contains("produced no file"));
+        QVERIFY(!QFileInfo::exists(m_out + "/made"));
+        QVERIFY(QFileInfo::exists(out)); // the folders of another export stay
     }
 
     void fiftySixKPassesSixtyFourK() {
