@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QDropEvent>
 #include <QFile>
+#include <QLabel>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
@@ -213,6 +214,47 @@ private slots:
         QVERIFY(allLoaded(before, 2));
         QCOMPARE(first->track().s_File_Path, m_flac);
         QCOMPARE(windowsAfter(before).last()->track().s_File_Path, m_mp3);
+    }
+
+    // File ▸ Open in a window still on its untouched silence track opens the
+    // file there, as a drop does; in a window with a track, in a new one.
+    void fileOpenInAnUntouchedSilenceWindowLoadsThere() {
+        Document* first = gui::firstDocument(*m_app);
+        QVERIFY(first);
+        first->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(first));
+        const qsizetype before = m_app->documents().size();
+        const qsizetype runs = m_app->runner().runs().size();
+
+        // Cancelled: the window stays on its silence, and nothing runs.
+        auto seen = gui::answerFileDialog({});
+        m_app->actionOpen->trigger();
+        QTRY_VERIFY(seen->shown);
+        QVERIFY(gui::waitIdle(*m_app));
+        QCOMPARE(m_app->documents().size(), before);
+        QCOMPARE(first->track().s_WAV_File_Path, m_app->session().sSilenceWavPath);
+        QCOMPARE(m_app->runner().runs().size(), runs);
+
+        first->activateWindow(); // as it is again once the dialog has gone
+        QVERIFY(QTest::qWaitForWindowActive(first));
+        QSignalSpy loaded(first, &Document::loaded);
+        seen = gui::answerFileDialog(m_flac);
+        m_app->actionOpen->trigger();
+        QVERIFY(loaded.wait(20000));
+        QVERIFY(gui::waitIdle(*m_app));
+        QCOMPARE(m_app->documents().size(), before); // no empty window left behind
+        QCOMPARE(first->track().s_File_Path, m_flac);
+        QCOMPARE(first->labelSource->text(), QFileInfo(m_flac).fileName());
+        QCOMPARE(first->history().array_WAV_Files(), QStringList({first->track().s_WAV_File_Path}));
+
+        // Now it holds a track: File ▸ Open makes a new window, as ever.
+        first->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(first));
+        seen = gui::answerFileDialog(m_mp3);
+        m_app->actionOpen->trigger();
+        QVERIFY(allLoaded(before, 1));
+        QCOMPARE(windowsAfter(before).first()->track().s_File_Path, m_mp3);
+        QCOMPARE(first->track().s_File_Path, m_flac);
     }
 };
 

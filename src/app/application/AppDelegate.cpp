@@ -41,7 +41,7 @@ AppDelegate::AppDelegate() : b_Starting(true), u_Doc_Index(0) {
     actionJoinTracks->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_J));
 
     connect(actionNew, &QAction::triggered, this, [this] { newDocument(); });
-    connect(actionOpen, &QAction::triggered, this, &AppDelegate::openDocument);
+    connect(actionOpen, &QAction::triggered, this, &AppDelegate::open);
     connect(actionQuit, &QAction::triggered, this, &AppDelegate::OnMenuQuit);
     connect(actionUndo, &QAction::triggered, this, &AppDelegate::undo);
     connect(actionRedo, &QAction::triggered, this, &AppDelegate::redo);
@@ -286,6 +286,14 @@ void AppDelegate::openNextFile() {
 void AppDelegate::openDocument() {
     u_Open_New_Document = 1;
     newDocument();
+}
+
+void AppDelegate::open() {
+    // A new window beside one that holds nothing yet would leave that one
+    // empty on the screen: the file goes where the user is.
+    if (Document* here = currentDocument(); here && here->openHere())
+        return;
+    openDocument();
 }
 
 void AppDelegate::openPreGeneratedDocuments() {

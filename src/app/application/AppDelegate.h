@@ -57,7 +57,11 @@ public:
     void settleManifest();
     // Off only to measure what keeping the manifest costs (the benchmark).
     void setKeepsManifest(bool keeps) { m_keepsManifest = keeps; }
+    // A new window that asks for the file to open.
     void openDocument();
+    // File ▸ Open: into the current window when it still shows its untouched
+    // silence track, as a drop there does, else as openDocument().
+    void open();
     void openPreGeneratedDocuments();
     Document* currentDocument() const;
     QList<Document*> documents() const;

@@ -65,6 +65,10 @@ public:
     void Open_And_Select_Silence_File();
     void Open_Pre_Generated_Audio_File();
     void OnToolbarOpen();
+    // Asks for a file and opens it in this window when the window still shows
+    // its untouched silence track (File ▸ Open there); false, asking nothing,
+    // in any other window.
+    bool openHere();
     void openFileWithFilePathURL(const QString& url);
     // Shows the current working WAV again in `colour`, as a fresh history.
     void Refresh_Audio_Plot(const QColor& colour);

@@ -103,6 +103,16 @@ void Document::OnToolbarOpen() {
     Open_And_Select_An_Audio_File();
 }
 
+bool Document::openHere() {
+    if (!showsUntouchedSilence())
+        return false;
+    const QString path = chooseAudioFile(this, m_session.lastOpenFolder);
+    // Cancelled, or R pressed while the dialog was up: the window stays as it is.
+    if (!path.isEmpty() && showsUntouchedSilence())
+        importFile(path);
+    return true;
+}
+
 void Document::importGivenFile(const QString& path) {
     if (const QString problem = givenFileProblem(path); !problem.isEmpty()) {
         showErrorAlert(this, problem);
