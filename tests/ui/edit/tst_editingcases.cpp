@@ -126,6 +126,49 @@ private slots:
         QVERIFY(hiddenFiles().isEmpty());
     }
 
+    // After a cut the clipboard is the current version's file, so a mix at
+    // the start mixes the track with itself: sox's "-m" halves each input,
+    // so the result is the track again (within sox's dither), sample for
+    // sample what sox makes of the file mixed with itself.
+    void aMixAtStartRightAfterACutMixesTheTrackWithItself() {
+        Document* d = openPattern();
+        QVERIFY(d);
+        setMarkers(d, 20, 50, 0);
+        QVERIFY(edit(d, [&] { d->editingActions().Operation_Cut(); }));
+        const QString remainder = d->track().s_WAV_File_Path;
+        QCOMPARE(m_app->session().s_Copied_WAV_File, remainder);
+        const QString kept = m_root.filePath("remainder.wav");
+        QFile::remove(kept);
+        QVERIFY(QFile::copy(remainder, kept));
+        waitPastEveryStamp(m_app->session().s_Output_Folder);
+
+        const qsizetype runs = m_app->runner().runs().size();
+        QVERIFY(edit(d, [&] { d->editingActions().OnPopupPasteMixingAtStart(); }));
+        const QString mixed = d->track().s_WAV_File_Path;
+        QVERIFY(mixed != remainder);
+        const QList<ToolRun> made = m_app->runner().runs().mid(runs);
+        QVERIFY(std::any_of(made.cbegin(), made.cend(), [&](const ToolRun& run) {
+            return run.arguments == QStringList({"-m", remainder, remainder, mixed});
+        }));
+
+        const QString bySox = m_root.filePath("by-sox.wav");
+        QFile::remove(bySox);
+        QCOMPARE(fixtures::run("sox", {"-m", kept, kept, bySox}), 0);
+        const std::vector<short> ours = frames(mixed), theirs = frames(bySox), track = frames(kept);
+        QCOMPARE(ours.size(), theirs.size());
+        QCOMPARE(ours.size(), track.size()); // 7 s, as the track
+        int furthest = 0, fromTrack = 0;
+        for (size_t i = 0; i < ours.size(); ++i) {
+            furthest = std::max(furthest, std::abs(ours[i] - theirs[i]));
+            fromTrack = std::max(fromTrack, std::abs(ours[i] - track[i]));
+        }
+        // Two runs of sox differ by its dither alone: at most 2 in 32768.
+        QVERIFY2(furthest <= 2, qPrintable(QString::number(furthest)));
+        QVERIFY2(fromTrack <= 1, qPrintable(QString::number(fromTrack)));
+        QVERIFY(fixtures::rms(mixed, 0.1, 1.9) > 0.3);           // tone, as loud as it was
+        QCOMPARE(m_app->session().s_Copied_WAV_File, remainder); // the clipboard is unchanged
+    }
+
     // A paste at the end is named like a before-part ("…Before.wav"): a delete
     // in the same second must not write its own before-part over the track it
     // is cutting.
