@@ -10,6 +10,13 @@ View_Time_Rule::View_Time_Rule(QWidget* parent) : QWidget(parent) {
     setFixedHeight(24);
 }
 
+QStringList View_Time_Rule::labels(double from, double to) const {
+    QStringList texts;
+    for (const ruler::Mark& mark : ruler::marks(width(), b_Audio_Loaded, i_Audio_Duration_Seconds, from, to))
+        texts << mark.text;
+    return texts;
+}
+
 void View_Time_Rule::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     const double w = width();

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QStringList>
 #include <QWidget>
+#include <limits>
 
 // The strip above the waveform: a baseline, a tick every 81 points and before
 // each next tick the time there, spread over the track's whole duration (or 3
@@ -13,6 +15,10 @@ public:
     bool b_Audio_Loaded = false;
     qint64 i_Audio_Duration_Seconds = 0;
     quint64 u_ID = 0;
+
+    // The labels drawn between `from` and `to` (the whole ruler by default),
+    // as the paint draws them from the fields above.
+    QStringList labels(double from = 0, double to = std::numeric_limits<double>::infinity()) const;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

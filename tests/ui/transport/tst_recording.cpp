@@ -9,6 +9,7 @@
 #include "support/Gui.h"
 #include "support/Listening.h"
 #include "timeline/View_Audio_Wave.h"
+#include "timeline/View_Time_Rule.h"
 #include "transport/TransportRules.h"
 
 #include <QAction>
@@ -210,6 +211,13 @@ private slots:
         QVERIFY(fixtures::wavInfo(d->track().s_WAV_File_Path).seconds() < 1);
         QCOMPARE(d->track().i_Audio_Duration_Seconds, 0);
         QCOMPARE(d->history().u_array_WAV_Files_Length(), 1u);
+        // The ruler spreads those 0 seconds over its width: every label it
+        // draws reads 00:00:00 (and it no longer says no audio is loaded).
+        QVERIFY(d->viewTimeRule->b_Audio_Loaded);
+        QCOMPARE(d->viewTimeRule->i_Audio_Duration_Seconds, 0);
+        const QStringList labels = d->viewTimeRule->labels();
+        QVERIFY2(labels.size() >= d->viewTimeRule->width() / 81, qPrintable(labels.join(' ')));
+        QCOMPARE(labels, QStringList(labels.size(), "00:00:00"));
     }
 
     // Another window's result of the take's second, made while it records,
