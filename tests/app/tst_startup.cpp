@@ -4,6 +4,7 @@
 #include "support/Gui.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QDesktopServices>
 #include <QDialog>
 #include <QDir>
@@ -13,6 +14,7 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QUrl>
 #include <sndfile.h>
 
@@ -173,6 +175,66 @@ private slots:
         QVERIFY(reloaded.wait(10000));
         QCOMPARE(app->actionUndo->shortcut(), QKeySequence(QKeySequence::Undo));
         QCOMPARE(app->actionOpen->shortcut(), QKeySequence(QKeySequence::Open));
+    }
+
+    // With no window open, every command of the menus that works on a
+    // window's track (undo, redo, cut, copy, paste, delete, export) does
+    // nothing: no run, no window, no question, no file, the clipboard as it
+    // was.
+    void trackCommandsWithNoWindowOpenDoNothing() {
+        auto app = gui::startApplication(m_root.filePath("home-n"));
+        QVERIFY(app && gui::waitIdle(*app));
+        Document* first = gui::firstDocument(*app);
+        QVERIFY(first);
+        first->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(first));
+        first->editingActions().Operation_Copy(); // a clipboard to keep
+        QVERIFY(gui::waitIdle(*app));
+        const QString clipboard = app->session().s_Copied_WAV_File;
+        QVERIFY(QFile::exists(clipboard));
+        QVERIFY(gui::closeAllWindows(*app));
+        QVERIFY(app->documents().isEmpty());
+        QCOMPARE(app->currentDocument(), nullptr);
+
+        const QDir work(app->session().s_Output_Folder);
+        const QStringList files = work.entryList(QDir::Files | QDir::Hidden);
+        const qsizetype runs = app->runner().runs().size();
+        bool asked = false;
+        const auto anyDialog = std::make_shared<bool>(true);
+        const std::function<void()> watch = [&asked, anyDialog, &watch] {
+            QTimer::singleShot(5, [&asked, anyDialog, &watch] {
+                if (!*anyDialog)
+                    return;
+                if (QWidget* modal = QApplication::activeModalWidget()) {
+                    asked = true;
+                    modal->close();
+                }
+                watch();
+            });
+        };
+        watch();
+        for (QAction* command : {app->actionUndo, app->actionRedo, app->actionCut, app->actionCopy,
+                                 app->actionPaste, app->actionDelete, app->actionExport}) {
+            command->trigger();
+            QTest::qWait(150); // the export's command waits a tenth of a second for a second press
+            QVERIFY2(!asked, qPrintable(command->text()));
+        }
+        // And called as the keys call them.
+        app->undo();
+        app->redo();
+        app->cut();
+        app->copy();
+        app->paste();
+        app->deleteSelection();
+        app->save();
+        QTest::qWait(300);
+        *anyDialog = false;
+        QVERIFY(!asked);
+        QVERIFY(gui::waitIdle(*app));
+        QVERIFY(app->documents().isEmpty());
+        QCOMPARE(app->runner().runs().size(), runs);
+        QCOMPARE(app->session().s_Copied_WAV_File, clipboard);
+        QCOMPARE(work.entryList(QDir::Files | QDir::Hidden), files);
     }
 
     void toolRunsShowsTheCommandLinesOfTheSession() {
