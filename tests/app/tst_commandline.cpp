@@ -216,6 +216,79 @@ private slots:
         QCOMPARE(windowsAfter(before).last()->track().s_File_Path, m_mp3);
     }
 
+    // A file whose name has no extension: the open dialog's filter leaves it
+    // out, as it lists audio by extension; given on the command line or
+    // dropped, audio opens whatever its name, and anything else is refused
+    // with a message that names the file.
+    void aFileWithoutAnExtension() {
+        const QString folder = m_root.filePath("bare");
+        QVERIFY(QDir().mkpath(folder));
+        const QString audio = folder + "/interview", text = folder + "/notes";
+        QVERIFY(QFile::copy(m_mp3, audio));
+        QFile words(text);
+        QVERIFY(words.open(QIODevice::WriteOnly));
+        words.write("these are words, not sound\n");
+        words.close();
+        QVERIFY(QFile::copy(m_mp3, folder + "/named.mp3"));
+
+        // The open dialog, as the toolbar's Open shows it: its filter takes
+        // the named copy and neither bare name.
+        Document* first = gui::firstDocument(*m_app);
+        QVERIFY(first);
+        const auto seen = gui::answerFileDialog({});
+        first->OnToolbarOpen();
+        QTRY_VERIFY(seen->shown);
+        QVERIFY(gui::waitIdle(*m_app));
+        QCOMPARE(seen->nameFilters.size(), 1);
+        // "Audio files (*.ac3 *.aifc …)": the patterns between the brackets.
+        const QString filter = seen->nameFilters.first();
+        const QStringList patterns =
+            filter.section(u'(', 1).section(u')', 0, 0).split(u' ', Qt::SkipEmptyParts);
+        QVERIFY(patterns.contains("*.mp3"));
+        QCOMPARE(QDir(folder).entryList(patterns, QDir::Files), QStringList({"named.mp3"}));
+
+        // The command line: the audio opens, under its own name.
+        const qsizetype before = m_app->documents().size();
+        m_app->openFiles({audio});
+        QVERIFY(allLoaded(before, 1));
+        Document* opened = windowsAfter(before).first();
+        QCOMPARE(opened->track().s_File_Path, audio);
+        QCOMPARE(opened->labelSource->text(), QString("interview"));
+        QVERIFY(fixtures::wavInfo(opened->track().s_WAV_File_Path).isWorkingWav());
+        QVERIFY(std::abs(fixtures::wavInfo(opened->track().s_WAV_File_Path).seconds() - 3.0) < 0.06);
+
+        // A drop on a window with a track: a new window, the audio in it.
+        QVERIFY(drop(opened, {QUrl::fromLocalFile(audio)}));
+        QVERIFY(allLoaded(before, 2));
+        QCOMPARE(windowsAfter(before).last()->track().s_File_Path, audio);
+
+        // Text without an extension, given or dropped: refused in words that name it.
+        QStringList said;
+        const std::function<void()> listen = [&] {
+            gui::whenModal<QMessageBox>([&](QMessageBox* box) {
+                said << box->informativeText();
+                box->buttons().first()->click();
+                if (said.size() < 2)
+                    listen();
+            });
+        };
+        listen();
+        m_app->openFiles({text});
+        QVERIFY(allLoaded(before, 3));
+        QVERIFY(drop(opened, {QUrl::fromLocalFile(text)}));
+        QVERIFY(allLoaded(before, 4));
+        QTRY_COMPARE_WITH_TIMEOUT(said.size(), 2, 20000);
+        for (const QString& message : said) {
+            QVERIFY2(message == unreadableFileMessage(text) ||
+                         message.startsWith("Opening “notes” produced no usable audio."),
+                     qPrintable(message));
+            QVERIFY(message.contains("notes"));
+        }
+        for (Document* refused : windowsAfter(before).mid(2))
+            QCOMPARE(refused->track().s_WAV_File_Path, m_app->session().sSilenceWavPath);
+        QCOMPARE(opened->track().s_File_Path, audio); // the window dropped on keeps its track
+    }
+
     // File ▸ Open in a window still on its untouched silence track opens the
     // file there, as a drop does; in a window with a track, in a new one.
     void fileOpenInAnUntouchedSilenceWindowLoadsThere() {
