@@ -1,7 +1,7 @@
 # Tanselo: `make run` sets up, builds and starts the editor; `make test` sets up,
 # builds and runs every test headless. Both install what is missing (Debian 12).
 
-.PHONY: run test build bench package effects-doc setup clean
+.PHONY: run test build bench package effects-doc screenshots setup clean
 
 run: build
 	./build/tanselo
@@ -23,6 +23,10 @@ package: build
 # Rewrites docs/effects.md from the effect catalogue's declarations.
 effects-doc: build
 	cmake --build build --target effects-doc
+
+# Takes every picture the README shows again, from the editor as it is now.
+screenshots: build
+	scripts/screenshots.sh
 
 setup:
 	scripts/setup.sh

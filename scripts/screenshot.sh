@@ -43,6 +43,8 @@ if [ -z "$audio" ]; then
 fi
 
 export DISPLAY=:97
+# A run just before this one may still be taking its X server down.
+for _ in $(seq 50); do [ -e /tmp/.X97-lock ] || break; sleep 0.1; done
 height=480
 case "$transport" in effects-menu | shortcuts | batch*) height=860 ;; esac # room for the whole list
 Xvfb $DISPLAY -screen 0 1100x${height}x24 >/dev/null 2>&1 &
@@ -121,7 +123,7 @@ effects-menu)
     sleep 0.5
     xdotool key Right
     sleep 0.5
-    import -window root -crop 620x700+0+0 "$output"
+    import -window root -crop 620x790+0+0 "$output"
     echo "$output"
     exit 0
     ;;
