@@ -32,6 +32,16 @@ bool drop(Document* window, const QList<QUrl>& urls) {
     QApplication::sendEvent(window, &dropped);
     return dropped.isAccepted();
 }
+
+// Answers the next `count` alerts with their first button, keeping what each said.
+void answerAlerts(QStringList& said, int count) {
+    gui::whenModal<QMessageBox>([&said, count](QMessageBox* box) {
+        said << box->informativeText();
+        box->buttons().first()->click();
+        if (said.size() < count)
+            answerAlerts(said, count);
+    });
+}
 } // namespace
 
 // Files handed to the editor by name: on its command line, by a later start
@@ -131,15 +141,7 @@ private slots:
         text.close();
 
         QStringList said;
-        const std::function<void()> listen = [&] {
-            gui::whenModal<QMessageBox>([&](QMessageBox* box) {
-                said << box->informativeText();
-                box->buttons().first()->click();
-                if (said.size() < 3)
-                    listen();
-            });
-        };
-        listen();
+        answerAlerts(said, 3);
         const qsizetype before = m_app->documents().size();
         m_app->openFiles({missing, m_mp3, folder, notAudio});
         QVERIFY(allLoaded(before, 4));
@@ -264,15 +266,7 @@ private slots:
 
         // Text without an extension, given or dropped: refused in words that name it.
         QStringList said;
-        const std::function<void()> listen = [&] {
-            gui::whenModal<QMessageBox>([&](QMessageBox* box) {
-                said << box->informativeText();
-                box->buttons().first()->click();
-                if (said.size() < 2)
-                    listen();
-            });
-        };
-        listen();
+        answerAlerts(said, 2);
         m_app->openFiles({text});
         QVERIFY(allLoaded(before, 3));
         QVERIFY(drop(opened, {QUrl::fromLocalFile(text)}));
