@@ -10,7 +10,7 @@
 # stretch from WORD_START to WORD_END (time strings; by default a word half
 # an hour into the speech check repeated for an hour, as the README shows
 # it), "mixer" the track mixer over this
-# track and two silence tracks, the second row selected and starting at 50 s;
+# track opened three times, the last row selected and starting at 50 s;
 # "effects-menu" the menu bar with its Effects menu open; "shortcuts" the
 # Keyboard Shortcuts window; "history" the History window after a cut, a
 # delete, a paste at the end and one undo; "equalizer" the equalizer's dialog;
@@ -28,7 +28,11 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 output=$(realpath -m "$1")
-work=$(mktemp -d)
+# A fixed folder, so that the pictures that show a path show the same one
+# at every run (the display is fixed too: one run at a time).
+work=/tmp/tanselo-screenshot
+rm -rf "$work"
+mkdir -p "$work"
 trap 'kill $app $xvfb 2>/dev/null || true; rm -rf "$work"' EXIT
 
 zoom=${2:-0}
@@ -53,6 +57,7 @@ sleep 1
 HOME="$work/home" ./build/tanselo >/dev/null 2>&1 &
 app=$!
 first=$(xdotool search --sync --name 'silence.wav' | head -1)
+sleep 1 # its silence track loaded: File ▸ Open then opens the file in it
 xdotool windowfocus "$first"
 xdotool key ctrl+o
 dialog=$(xdotool search --sync --name 'Select an audio file.' | head -1)
@@ -98,11 +103,19 @@ word)
     sleep 1.5
     ;;
 mixer)
-    xdotool key ctrl+n
-    timeout 10 xdotool search --sync --name 'silence.wav' >/dev/null
-    sleep 1
-    xdotool key ctrl+n
-    sleep 1.5
+    # Two more windows of the same file: File ▸ Open from a window with a
+    # track opens a new one.
+    for _ in 1 2; do
+        xdotool windowfocus "$window"
+        sleep 0.3
+        xdotool key ctrl+o
+        dialog=$(timeout 10 xdotool search --sync --name 'Select an audio file.' | head -1)
+        sleep 0.5
+        xdotool windowfocus "$dialog"
+        xdotool type --delay 5 "$audio"
+        xdotool key Return
+        sleep 2
+    done
     xdotool windowfocus "$window"
     sleep 0.3
     xdotool key ctrl+j
