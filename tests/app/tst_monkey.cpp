@@ -6,6 +6,7 @@
 #include "plans/RemovedFiles.h"
 #include "support/Fixtures.h"
 #include "support/Gui.h"
+#include "text/Mnemonics.h"
 #include "timeline/View_Audio_Wave.h"
 
 #include <QAbstractButton>
@@ -68,10 +69,6 @@ void quietHandler(QtMsgType type, const QMessageLogContext& context, const QStri
 QString oneLine(QString text, int longest = 140) {
     text.replace(u'\n', u' ');
     return text.size() > longest ? text.left(longest) + QStringLiteral("…") : text;
-}
-
-QString withoutMnemonic(QString text) {
-    return text.remove(u'&');
 }
 
 // An action of a menu tree, with the path a user follows to it.

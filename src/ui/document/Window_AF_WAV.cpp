@@ -2,6 +2,7 @@
 
 #include "document/Waveform.h"
 #include "session/Session.h"
+#include "tools/Duration.h"
 #include "widgets/Alerts.h"
 #include "widgets/DialogRows.h"
 #include "widgets/ExportLists.h"
@@ -19,6 +20,7 @@
 #include <QStandardPaths>
 #include <QUrl>
 #include <QVBoxLayout>
+#include <algorithm>
 
 Window_AF_WAV::Window_AF_WAV(Session& session, const QStringList& protectedFiles, QWidget* parent)
     : QDialog(parent), m_session(session), m_protectedFiles(protectedFiles) {
@@ -171,9 +173,13 @@ void Window_AF_WAV::removeMadeFolders() {
 }
 
 void Window_AF_WAV::finishExport(const QString& destination, const PlanOutcome& outcome) {
-    // The last run is ffmpeg's reading of the written file, for its length:
-    // what it says of the stream is what was written.
-    const QString probed = outcome.runs.isEmpty() ? QString() : outcome.runs.last().output;
+    // ffmpeg's reading of the written file, for its length: what it says of
+    // the stream is what was written. (The export's own run lists the track's
+    // stream too, so only the probe's words are taken.)
+    const auto probe = std::find_if(outcome.runs.crbegin(), outcome.runs.crend(), [&](const ToolRun& run) {
+        return run.arguments == probeArguments(destination);
+    });
+    const QString probed = probe == outcome.runs.crend() ? QString() : probe->output;
     const int pressed = showAlert(this, QStringLiteral("Success"),
                                   exporting::savedMessage(destination, exporting::writtenAudio(probed)),
                                   {QStringLiteral("Play Audio File"), QStringLiteral("Close")});
